@@ -1,0 +1,100 @@
+#include "base/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <system_error>
+#include <utility>
+
+#include "marovia/error.h"
+
+namespace marovia {
+namespace {
+
+template <class T>
+std::string Shortest(T value, int digits) {
+  std::array<char, 40> buffer{};
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                    std::chars_format::general, digits);
+  std::string text(buffer.data(), result.ptr);
+  if (const auto exponent = text.find('e'); exponent != std::string::npos) text[exponent] = 'E';
+  return text;
+}
+
+std::string WithLeadingBlank(std::string text) {
+  return text.starts_with('-') ? text : " " + std::move(text);
+}
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// The length of the number at the start of `text`, which has no sign and no blanks before it.
+std::size_t UnsignedLength(std::string_view text) {
+  std::size_t end = 0;
+  std::size_t digits = 0;
+  const auto skipDigits = [&](std::size_t from) {
+    while (from < text.size() && IsDigit(text[from])) ++from;
+    return from;
+  };
+  end = skipDigits(0);
+  digits = end;
+  if (end < text.size() && text[end] == '.') {
+    const std::size_t fractionEnd = skipDigits(end + 1);
+    digits += fractionEnd - end - 1;
+    end = fractionEnd;
+  }
+  if (digits == 0) return 0;
+  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    std::size_t exponent = end + 1;
+    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+    const std::size_t exponentEnd = skipDigits(exponent);
+    if (exponentEnd > exponent) end = exponentEnd;
+  }
+  return end;
+}
+
+}  // namespace
+
+std::string TrimmedNumberText(std::int32_t value) {
+  return std::to_string(value);
+}
+std::string TrimmedNumberText(float value) {
+  return Shortest(value, 7);
+}
+std::string TrimmedNumberText(double value) {
+  return Shortest(value, 15);
+}
+
+std::string NumberText(std::int32_t value) {
+  return WithLeadingBlank(TrimmedNumberText(value));
+}
+std::string NumberText(float value) {
+  return WithLeadingBlank(TrimmedNumberText(value));
+}
+std::string NumberText(double value) {
+  return WithLeadingBlank(TrimmedNumberText(value));
+}
+
+double LeadingNumber(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  text = text.substr(0, UnsignedLength(text));
+  if (text.empty()) return 0;
+
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (result.ec == std::errc::result_out_of_range) {
+    // from_chars says the same of a number too near 0 as of one too large.
+    const bool tiny = text.find_first_of("eE") == std::string_view::npos
+                          ? text.find_first_not_of("0.") > text.find('.')
+                          : text[text.find_first_of("eE") + 1] == '-';
+    if (!tiny)
+      Fail(Errc::kOverflow, "Overflow: the number " + std::string(text) + " is too large.");
+    value = 0;
+  }
+  return negative ? -value : value;
+}
+
+}  // namespace marovia

@@ -1,0 +1,150 @@
+// Compression of grey images into embedded wavelet files, and back, on bytes in memory.
+//
+//   marovia::Image image = marovia::ReadImage(bytes).image;
+//   marovia::CompressResult file = marovia::Compress(image, {.rate = 0.5});
+//   marovia::DecompressResult back = marovia::Decompress(file.bytes, marovia::FileKind::kAwf);
+//
+// A file is embedded: decompressed at any lower rate, or cut short, it gives the picture that those
+// bits hold. Every function may be called from several threads at once; nothing is shared.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "marovia/error.h"
+#include "marovia/image.h"
+
+namespace marovia {
+
+// The numbers are part of the file format.
+enum class WaveletKind : std::int16_t {
+  kDaub97 = 1,     // "Daub 9/7": floating point, the best pictures at a given rate
+  kInteger53 = 2,  // "DD 5/3 Integer": exactly invertible
+  kInteger22 = 3,  // "DD 2+2,2 Integer": exactly invertible, one more lifting step
+};
+
+// What a compressed file holds; its extension names it, nothing inside does.
+enum class FileKind {
+  kAwb,  // WDR, raw bits
+  kAwa,  // WDR, arithmetic coding
+  kAwd,  // ASWDR, raw bits
+  kAwf,  // ASWDR, arithmetic coding
+  kAwg,  // ASWDR, arithmetic coding, lossless
+};
+
+// "awb" ... "awg", and back (lower case, without a point).
+std::string_view Extension(FileKind kind);
+std::optional<FileKind> KindOfExtension(std::string_view extension);
+
+// Rows row1 to row2 and columns col1 to col2 of an image, all included, from 0.
+struct Region {
+  int row1 = 0;
+  int col1 = 0;
+  int row2 = 0;
+  int col2 = 0;
+};
+
+// The state of a run after a pass over one bit plane.
+struct PassReport {
+  int pass = 0;                  // 1 for the first
+  float threshold = 0;           // a power of two, half that of the pass before
+  std::int32_t significant = 0;  // coefficients found so far
+  std::int32_t bits = 0;         // bits written or read so far, the header's charge included
+};
+
+using PassListener = std::function<void(const PassReport&)>;
+
+struct CompressOptions {
+  FileKind kind = FileKind::kAwf;
+  WaveletKind wavelet = WaveletKind::kDaub97;
+  // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long
+  // as padding the sides to multiples of 2^levels adds at most 6 % of the pixels.
+  std::optional<int> levels;
+  // Bits per pixel of the image (unpadded), the header included. Ignored by kAwg.
+  double rate = 0.5;
+  // The most bytes that the file may have, in place of the rate. Ignored by kAwg.
+  std::optional<std::int64_t> bytes;
+  // Spend the last `share` of the bits (0 to 0.99; held to that) on this part of the image.
+  std::optional<Region> region;
+  float share = 0.9F;
+  // Repeat the last row and column up to multiples of 2^levels, and note the true size in the file.
+  // Without it such sides are coded as they are, and do not come back faithfully.
+  bool pad = true;
+  PassListener onPass;
+};
+
+struct CompressResult {
+  Bytes file;
+  int levels = 0;  // as used
+  float mean = 0;  // of the low band; subtracted before coding
+  int exponent = 0;
+  std::vector<PassReport> passes;  // one a pass, then one more of the end
+};
+
+// Throws Error: kInvalidArgument (a rate that is not a number, levels below 1, lossless with the
+// 9/7 wavelet and padding on, a region outside the image), kLimit (a padded side above 32767),
+// kOverflow (more than 2^31 bits).
+CompressResult Compress(const Image& image, const CompressOptions& options = {});
+
+// What a compressed file says of itself, read without decoding.
+struct FileInfo {
+  FileKind kind = FileKind::kAwf;
+  WaveletKind wavelet = WaveletKind::kDaub97;
+  int levels = 0;
+  int rows = 0;  // of the image that comes out
+  int cols = 0;
+  int codedRows = 0;  // of the coded image, larger where the sides were padded
+  int codedCols = 0;
+  float mean = 0;
+  int exponent = 0;                    // the first threshold is 2^exponent
+  std::optional<std::int32_t> budget;  // bits that the compressor might spend; none in kAwg
+  std::int64_t bitsPresent = 0;        // of the stream, behind the header
+  bool complete = true;                // the stream is not shorter than its budget asks for
+};
+
+// Throws Error: kMalformed (shorter than a header, or with a header that no compressor writes),
+// kLimit (more than maxPixels pixels).
+FileInfo Inspect(ByteView file, FileKind kind, std::int64_t maxPixels = kDefaultMaxPixels);
+
+struct DecompressOptions {
+  // Bits per pixel to decode, held to what the file was made with; unset: all. Ignored by kAwg.
+  std::optional<double> rate;
+  std::int64_t maxPixels = kDefaultMaxPixels;
+  PassListener onPass;
+};
+
+struct DecompressResult {
+  Image image;
+  FileInfo info;
+  std::vector<PassReport> passes;  // one a pass, then one more of the end
+  bool rateHeld = false;           // the rate asked for was above the file's own
+  bool truncated = false;  // bits that were asked for are missing; the picture is what was there
+};
+
+// Throws Error as Inspect, and kMalformed or kOverflow where a damaged stream holds numbers that no
+// image can have.
+DecompressResult Decompress(ByteView file, FileKind kind, const DecompressOptions& options = {});
+
+struct TruncateOptions {
+  std::optional<double> rate;  // bits per pixel to keep, or
+  std::optional<std::int64_t>
+      bytes;  // the most bytes that the result may have; just one of the two
+  std::int64_t maxPixels = kDefaultMaxPixels;
+};
+
+struct TruncateResult {
+  Bytes file;
+  FileKind kind = FileKind::kAwf;  // that of the file, but kAwf for a kAwg
+  bool rateHeld = false;           // the file was already no longer than that, and is as it was
+};
+
+// A shorter file that decodes just as the long one does at that rate, without coding again. A
+// lossless file becomes a lossy one of its kind (kAwg to kAwf).
+// Throws Error as Inspect, and kInvalidArgument (no target or two, a rate that is not a number
+// above 0, fewer bytes than a header).
+TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options);
+
+}  // namespace marovia

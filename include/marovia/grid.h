@@ -1,0 +1,54 @@
+// A two-dimensional array of values, rows one after another.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace marovia {
+
+// Rows() x Cols() values; (r, c) is row r from the top, column c from the left, both from 0. The
+// samples lie row by row without gaps. Positions are not checked, sizes are never negative.
+template <class T>
+class Grid {
+ public:
+  Grid() = default;
+  Grid(int rows, int cols, T fill = T{})
+      : rows_(rows),
+        cols_(cols),
+        samples_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols), fill) {}
+
+  [[nodiscard]] int Rows() const { return rows_; }
+  [[nodiscard]] int Cols() const { return cols_; }
+  [[nodiscard]] std::size_t Size() const { return samples_.size(); }
+  [[nodiscard]] bool Empty() const { return samples_.empty(); }
+
+  T& operator()(int r, int c) { return samples_[Index(r, c)]; }
+  const T& operator()(int r, int c) const { return samples_[Index(r, c)]; }
+
+  std::span<T> Row(int r) { return std::span(samples_).subspan(Index(r, 0), Width()); }
+  [[nodiscard]] std::span<const T> Row(int r) const {
+    return std::span(samples_).subspan(Index(r, 0), Width());
+  }
+  std::span<T> Samples() { return samples_; }
+  [[nodiscard]] std::span<const T> Samples() const { return samples_; }
+
+  [[nodiscard]] bool SameShape(const auto& other) const {
+    return rows_ == other.Rows() && cols_ == other.Cols();
+  }
+
+  friend bool operator==(const Grid&, const Grid&) = default;
+
+ private:
+  [[nodiscard]] std::size_t Width() const { return static_cast<std::size_t>(cols_); }
+  [[nodiscard]] std::size_t Index(int r, int c) const {
+    return static_cast<std::size_t>(r) * Width() + static_cast<std::size_t>(c);
+  }
+
+  int rows_ = 0;
+  int cols_ = 0;
+  std::vector<T> samples_;
+};
+
+}  // namespace marovia

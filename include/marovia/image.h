@@ -1,0 +1,44 @@
+// Images, and the readers and writers of image files on bytes in memory.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "marovia/grid.h"
+
+namespace marovia {
+
+// Grey values 0 (black) to 255 (white), row 0 at the top.
+using Image = Grid<std::uint8_t>;
+
+using Bytes = std::vector<std::uint8_t>;
+using ByteView = std::span<const std::uint8_t>;
+
+// The pixels that a reader accepts unless told otherwise: 2^26, an image of 8192 x 8192.
+inline constexpr std::int64_t kDefaultMaxPixels = std::int64_t{1} << 26;
+
+enum class ImageFormat { kPgm, kBmp };
+
+struct LoadedImage {
+  Image image;
+  ImageFormat format;
+  // How the samples differ from those in the file ("colour turned to grey", "values scaled from
+  // 1023 to 255"); empty where they are the same.
+  std::string alteration;
+};
+
+// Reads a PGM (P5 and P2, comments, any white space, maximum values up to 65535) or a Windows BMP
+// (1, 4, 8, 16, 24 and 32 bits, run-length coded or not, both row orders), told apart by their
+// first bytes. Colour becomes grey with the weights of ITU-R BT.601. Throws Error: kMalformed,
+// kUnsupported, or kLimit where the image has more than maxPixels pixels; that is checked before
+// anything is allocated.
+LoadedImage ReadImage(ByteView file, std::int64_t maxPixels = kDefaultMaxPixels);
+
+// A binary PGM, width first; a bottom-up BMP of 8 bits with a grey palette.
+Bytes WritePgm(const Image& image);
+Bytes WriteBmp(const Image& image);
+
+}  // namespace marovia

@@ -1,0 +1,23 @@
+// How far two images of one shape are apart.
+#pragma once
+
+#include <optional>
+
+#include "marovia/codec.h"
+#include "marovia/image.h"
+
+namespace marovia {
+
+struct ErrorMeasures {
+  float supNorm = 0;          // the largest absolute difference of two samples
+  float meanSquareError = 0;  // summed in single precision, row by row
+  double rootMeanSquare = 0;
+  std::optional<float> psnr;  // in decibels of a peak of 255; none for identical images
+};
+
+// Over the whole image, or over a region of it. Error kIndex where the shapes differ, an image is
+// empty, or the region reaches outside.
+ErrorMeasures Measure(const Image& source, const Image& reconstruction,
+                      const std::optional<Region>& region = {});
+
+}  // namespace marovia
