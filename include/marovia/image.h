@@ -20,7 +20,10 @@ using ByteView = std::span<const std::uint8_t>;
 // The pixels that a reader accepts unless told otherwise: 2^26, an image of 8192 x 8192.
 inline constexpr std::int64_t kDefaultMaxPixels = std::int64_t{1} << 26;
 
-enum class ImageFormat { kPgm, kBmp };
+enum class ImageFormat {
+  kPgm,  // or PPM
+  kBmp,
+};
 
 struct LoadedImage {
   Image image;
@@ -30,14 +33,16 @@ struct LoadedImage {
   std::string alteration;
 };
 
-// Reads a PGM (P5 and P2, comments, any white space, maximum values up to 65535) or a Windows BMP
-// (1, 4, 8, 16, 24 and 32 bits, run-length coded or not, both row orders), told apart by their
-// first bytes. Colour becomes grey with the weights of ITU-R BT.601. Throws Error: kMalformed,
-// kUnsupported, or kLimit where the image has more than maxPixels pixels; that is checked before
-// anything is allocated.
+// Reads a PGM (P5 and P2, comments, any white space, maximum values up to 65535; of several images
+// the first), its colour sibling PPM (P6 and P3) or a Windows BMP (1, 4, 8, 16, 24 and 32 bits,
+// run-length coded or not, both row orders), told apart by their first bytes. Colour becomes grey
+// with the weights of ITU-R BT.601; what is grey stays as it is. Throws Error: kMalformed also for
+// a file cut short or a sample above its maximum, kUnsupported, or kLimit where the image has more
+// than maxPixels pixels; that is checked before anything is allocated.
 LoadedImage ReadImage(ByteView file, std::int64_t maxPixels = kDefaultMaxPixels);
 
-// A binary PGM, width first; a bottom-up BMP of 8 bits with a grey palette.
+// A binary PGM, width first; a bottom-up BMP of 8 bits with a grey palette (Error kLimit where it
+// would exceed the 4 GB that its header can tell).
 Bytes WritePgm(const Image& image);
 Bytes WriteBmp(const Image& image);
 

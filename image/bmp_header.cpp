@@ -1,0 +1,147 @@
+#include "image/bmp_header.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <string>
+
+#include "marovia/error.h"
+
+#include "image/little_endian.h"
+
+namespace marovia {
+namespace {
+
+// Behind the fields of the smaller information header, whether they belong to a larger one or not.
+constexpr std::size_t kMasksAt = kBmpFileHeaderBytes + kBmpInfoHeaderBytes;
+constexpr std::size_t kMasksBytes = 12;
+
+std::uint32_t Field(ByteView file, std::size_t at, std::size_t bytes) {
+  return LittleEndian(file.subspan(at, bytes));
+}
+
+void RequireHeader(ByteView file, std::size_t bytes) {
+  if (file.size() >= bytes) return;
+  Fail(Errc::kMalformed, "The BMP ends within its header, which takes " + std::to_string(bytes) +
+                             " bytes; " + std::to_string(file.size()) + " are there.");
+}
+
+std::size_t InfoHeaderBytes(ByteView file) {
+  RequireHeader(file, kBmpFileHeaderBytes + 4);
+  const std::uint32_t bytes = Field(file, kBmpFileHeaderBytes, 4);
+  constexpr std::array<std::uint32_t, 6> kRead = {12, 40, 52, 56, 108, 124};
+  if (std::ranges::find(kRead, bytes) == kRead.end()) {
+    Fail(Errc::kUnsupported, "The BMP has an information header of " + std::to_string(bytes) +
+                                 " bytes; 12, 40, 52, 56, 108 and 124 are read.");
+  }
+  RequireHeader(file, kBmpFileHeaderBytes + bytes);
+  return bytes;
+}
+
+void CheckDepth(int bits, std::uint32_t compression) {
+  if (compression > 3) {
+    Fail(Errc::kUnsupported,
+         "The BMP has compression " + std::to_string(compression) + "; 0 to 3 are read.");
+  }
+  constexpr std::array kRead = {1, 4, 8, 16, 24, 32};
+  if (std::ranges::find(kRead, bits) == kRead.end()) {
+    Fail(Errc::kUnsupported,
+         "The BMP has " + std::to_string(bits) + " bits a pixel; 1, 4, 8, 16, 24 and 32 are read.");
+  }
+  const std::array<bool, 4> fits = {true, bits == 8, bits == 4, bits == 16 || bits == 32};
+  if (!fits[compression]) {
+    Fail(Errc::kMalformed, "The BMP has compression " + std::to_string(compression) + " with " +
+                               std::to_string(bits) + " bits a pixel.");
+  }
+}
+
+struct Fields {
+  std::int64_t cols;
+  std::int64_t rows;  // below 0: the top row comes first
+  int bits;
+  std::uint32_t compression;
+  std::uint32_t colours;  // of the palette; 0: as many as the depth allows
+};
+
+Fields CoreFields(ByteView file) {
+  return {Field(file, 18, 2), Field(file, 20, 2), static_cast<int>(Field(file, 24, 2)), 0, 0};
+}
+
+Fields InfoFields(ByteView file) {
+  return {static_cast<std::int32_t>(Field(file, 18, 4)),
+          static_cast<std::int32_t>(Field(file, 22, 4)), static_cast<int>(Field(file, 28, 2)),
+          Field(file, 30, 4), Field(file, 46, 4)};
+}
+
+std::size_t PixelOffset(ByteView file, std::size_t headers) {
+  const std::size_t offset = Field(file, 10, 4);
+  if (offset < headers || offset > file.size()) {
+    Fail(Errc::kMalformed, "The BMP has its pixels at byte " + std::to_string(offset) +
+                               "; its headers end at " + std::to_string(headers) +
+                               " and the file at " + std::to_string(file.size()) + ".");
+  }
+  return offset;
+}
+
+// `bytes` are those between the headers and the pixels; `colours` of 0 stands for all of the depth.
+std::vector<Rgb> Palette(ByteView bytes, std::size_t entryBytes, std::size_t colours, int bits) {
+  const std::size_t most = std::size_t{1} << bits;
+  if (colours == 0 || colours > most) colours = most;
+  std::vector<Rgb> palette(std::min(colours, bytes.size() / entryBytes));
+  for (std::size_t i = 0; i < palette.size(); ++i) {
+    const ByteView entry = bytes.subspan(i * entryBytes, entryBytes);
+    palette[i] = {entry[2], entry[1], entry[0]};
+  }
+  return palette;
+}
+
+BmpChannel ChannelOf(std::uint32_t mask, int bits) {
+  const int shift = mask == 0 ? 0 : std::countr_zero(mask);
+  const std::uint32_t maximum = mask >> shift;
+  const bool beyondPixel = (std::uint64_t{mask} >> bits) != 0;
+  if (mask == 0 || beyondPixel || (maximum & (maximum + 1)) != 0) {
+    Fail(Errc::kMalformed, "The BMP has a component mask of " + std::to_string(mask) + " with " +
+                               std::to_string(bits) + " bits a pixel.");
+  }
+  return {mask, shift, maximum};
+}
+
+std::array<BmpChannel, 3> Channels(ByteView file, const BmpHeader& header) {
+  std::array<std::uint32_t, 3> masks = {0xFF0000, 0x00FF00, 0x0000FF};
+  if (header.compression == BmpCompression::kBitFields) {
+    for (std::size_t i = 0; i < 3; ++i) masks[i] = Field(file, kMasksAt + 4 * i, 4);
+  } else if (header.bits == 16) {
+    masks = {0x7C00, 0x03E0, 0x001F};
+  }
+  return {ChannelOf(masks[0], header.bits), ChannelOf(masks[1], header.bits),
+          ChannelOf(masks[2], header.bits)};
+}
+
+}  // namespace
+
+BmpHeader ReadBmpHeader(ByteView file, std::int64_t maxPixels) {
+  const std::size_t infoBytes = InfoHeaderBytes(file);
+  const bool core = infoBytes == kBmpCoreHeaderBytes;
+  const Fields fields = core ? CoreFields(file) : InfoFields(file);
+  CheckDepth(fields.bits, fields.compression);
+
+  BmpHeader header;
+  header.shape = CheckedShape(std::abs(fields.rows), fields.cols, maxPixels);
+  header.bottomUp = fields.rows > 0;
+  header.bits = fields.bits;
+  header.compression = BmpCompression{fields.compression};
+
+  const bool masks = header.compression == BmpCompression::kBitFields;
+  const std::size_t headers =
+      std::max(kBmpFileHeaderBytes + infoBytes, masks ? kMasksAt + kMasksBytes : 0);
+  header.pixelOffset = PixelOffset(file, headers);
+  if (header.HasPalette()) {
+    header.palette = Palette(file.subspan(headers, header.pixelOffset - headers), core ? 3 : 4,
+                             fields.colours, header.bits);
+  } else {
+    header.channels = Channels(file, header);
+  }
+  return header;
+}
+
+}  // namespace marovia

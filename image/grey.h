@@ -1,0 +1,32 @@
+// Colours and sample ranges on their way to grey values of 0 to 255.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace marovia {
+
+// Components of any range up to 16 bits.
+struct Rgb {
+  std::uint32_t red = 0;
+  std::uint32_t green = 0;
+  std::uint32_t blue = 0;
+
+  [[nodiscard]] bool IsGrey() const { return red == green && green == blue; }
+
+  // The luma of ITU-R BT.601, rounded. The weights add up to 1000, so a grey is its own luma.
+  [[nodiscard]] std::uint32_t Luma() const {
+    return (299 * red + 587 * green + 114 * blue + 500) / 1000;
+  }
+};
+
+// A sample of 0 to maximum on the scale of 0 to 255, rounded.
+inline std::uint8_t ScaledToByte(std::uint32_t sample, std::uint32_t maximum) {
+  if (maximum == 255) return static_cast<std::uint8_t>(sample);
+  return static_cast<std::uint8_t>((std::uint64_t{sample} * 255 + maximum / 2) / maximum);
+}
+
+// What a reader says of an image whose pixels were coloured, or whose samples went up to `maximum`.
+std::string Alteration(bool coloured, std::uint32_t maximum);
+
+}  // namespace marovia

@@ -1,0 +1,123 @@
+#include "image/pnm_reader.h"
+
+#include <string>
+
+#include "marovia/error.h"
+
+#include "image/grey.h"
+#include "image/pnm_tokens.h"
+#include "image/raster.h"
+#include "image/shape.h"
+
+namespace marovia {
+namespace {
+
+struct Form {
+  bool plain;
+  bool colour;
+};
+
+struct Header {
+  Form form;
+  Shape shape;
+  std::uint32_t maximum;
+
+  [[nodiscard]] std::int64_t Samples() const { return shape.Pixels() * (form.colour ? 3 : 1); }
+};
+
+Form FormOf(ByteView file) {
+  const char digit = file.size() < 2 ? ' ' : static_cast<char>(file[1]);
+  switch (digit) {
+    case '2':
+      return {.plain = true, .colour = false};
+    case '3':
+      return {.plain = true, .colour = true};
+    case '5':
+      return {.plain = false, .colour = false};
+    case '6':
+      return {.plain = false, .colour = true};
+    case '1':
+    case '4':
+    case '7':
+    case 'F':
+    case 'f':
+      Fail(Errc::kUnsupported, std::string("The file is of the Netpbm format P") + digit +
+                                   "; P2, P3, P5 and P6 are read.");
+    default:
+      Fail(Errc::kMalformed, "The file begins with P, but not as a Netpbm file does.");
+  }
+}
+
+std::uint32_t CheckedMaximum(std::int64_t maximum) {
+  if (maximum < 1 || maximum > 65535) {
+    Fail(Errc::kMalformed, "The file has a maximum value of " + std::to_string(maximum) +
+                               "; 1 to 65535 are allowed.");
+  }
+  return static_cast<std::uint32_t>(maximum);
+}
+
+std::uint32_t CheckedSample(std::int64_t sample, std::uint32_t maximum) {
+  if (sample > maximum) {
+    Fail(Errc::kMalformed, "The file has a sample of " + std::to_string(sample) +
+                               ", above its maximum value of " + std::to_string(maximum) + ".");
+  }
+  return static_cast<std::uint32_t>(sample);
+}
+
+Header TakeHeader(PnmTokens& tokens, Form form, std::int64_t maxPixels) {
+  const std::int64_t cols = tokens.Number();
+  const std::int64_t rows = tokens.Number();
+  return {form, CheckedShape(rows, cols, maxPixels), CheckedMaximum(tokens.Number())};
+}
+
+// `next` gives the samples of the file one by one.
+LoadedImage Convert(const Header& header, auto next) {
+  const auto sample = [&] { return CheckedSample(next(), header.maximum); };
+  LoadedImage loaded{Image(header.shape.rows, header.shape.cols), ImageFormat::kPgm, {}};
+  bool coloured = false;
+  for (std::uint8_t& grey : loaded.image.Samples()) {
+    std::uint32_t luma = 0;
+    if (header.form.colour) {
+      const Rgb pixel{sample(), sample(), sample()};
+      coloured = coloured || !pixel.IsGrey();
+      luma = pixel.Luma();
+    } else {
+      luma = sample();
+    }
+    grey = ScaledToByte(luma, header.maximum);
+  }
+  loaded.alteration = Alteration(coloured, header.maximum);
+  return loaded;
+}
+
+LoadedImage ReadPlain(const Header& header, PnmTokens& tokens) {
+  // A digit each, and a white space between any two.
+  RequireSamples(header.shape, tokens.Rest().size(), 2 * header.Samples() - 1);
+  return Convert(header, [&] { return tokens.Number(); });
+}
+
+LoadedImage ReadBinary(const Header& header, ByteView samples) {
+  const bool wide = header.maximum > 255;
+  RequireSamples(header.shape, samples.size(), header.Samples() * (wide ? 2 : 1));
+  if (!header.form.colour && header.maximum == 255) {
+    return {RasterImage(samples, header.shape), ImageFormat::kPgm, {}};
+  }
+  std::size_t at = 0;
+  const auto byte = [&] { return samples[at++]; };
+  if (!wide) return Convert(header, byte);
+  return Convert(header, [&] {
+    const int high = byte();
+    return high * 256 + byte();
+  });
+}
+
+}  // namespace
+
+LoadedImage ReadPnm(ByteView file, std::int64_t maxPixels) {
+  const Form form = FormOf(file);
+  PnmTokens tokens(file.subspan(2));
+  const Header header = TakeHeader(tokens, form, maxPixels);
+  return form.plain ? ReadPlain(header, tokens) : ReadBinary(header, tokens.Rest());
+}
+
+}  // namespace marovia
