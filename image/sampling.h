@@ -1,0 +1,25 @@
+// What the two pictures of the form show of an image of any size.
+#pragma once
+
+#include "marovia/grid.h"
+#include "marovia/image.h"
+
+namespace marovia {
+
+inline constexpr int kPictureSide = 256;
+
+// The source row or column shown at a display coordinate, 1 to 256: coordinate * lines / 256
+// rounded half to even, at most lines - 1. Line 0 shows only of 128 lines or fewer.
+// Of 512 lines 2, 4, ..., 510, 511 show; of 128 lines 0, 1, 2, 2, 2, 3, 4, 4, 4, 5, ... Error
+// kOverflow above 32767 lines.
+int SourceLine(int coordinate, int lines);
+
+// 256 x 256 pixels, of which (y - 1, x - 1) is display coordinate (x, y). Error kIndex where there
+// is nothing to show.
+Image SampleImage(const Image& image);
+
+// The magnitudes of the coefficients rounded half to even; those above 255 are white. Error
+// kOverflow where one exceeds 16 bits.
+Image SampleCoefficients(const Grid<float>& coefficients);
+
+}  // namespace marovia
