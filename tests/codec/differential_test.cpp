@@ -1,12 +1,15 @@
 // The library against the codec written plainly: the same bytes, reports and pictures, over seeded
 // random images and settings.
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <optional>
 #include <random>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "marovia/codec.h"
 #include "marovia/error.h"

@@ -1,6 +1,11 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "marovia/error.h"
 
 #include "base/checked.h"
 #include "tests/support/literal_coder.h"

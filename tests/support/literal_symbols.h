@@ -2,6 +2,7 @@
 // fixed contexts (WDR) or chained ones (ASWDR).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -13,7 +14,10 @@ namespace marovia::literal {
 
 class SymbolWriter {
  public:
-  SymbolWriter(Bytes& file, std::int32_t charge) { writer_.file = &file, writer_.sent = charge; }
+  SymbolWriter(Bytes& file, std::int32_t charge) {
+    writer_.file = &file;
+    writer_.sent = charge;
+  }
   SymbolWriter(const SymbolWriter&) = delete;
   SymbolWriter& operator=(const SymbolWriter&) = delete;
   virtual ~SymbolWriter() = default;
@@ -37,7 +41,9 @@ class SymbolWriter {
 class SymbolReader {
  public:
   SymbolReader(ByteView file, std::size_t start, std::int32_t charge) {
-    reader_.file = file, reader_.next = start, reader_.read = charge;
+    reader_.file = file;
+    reader_.next = start;
+    reader_.read = charge;
   }
   SymbolReader(const SymbolReader&) = delete;
   SymbolReader& operator=(const SymbolReader&) = delete;

@@ -1,5 +1,6 @@
 #include "tests/support/sha256.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -42,16 +43,20 @@ Words64 Schedule(ByteView block) {
 void Compress(Words8& state, ByteView block) {
   static const Words64 k = RootDigits(std::cbrt);
   const Words64 w = Schedule(block);
-  auto [a, b, c, d, e, f, g, h] = state;
+  Words8 s = state;
   for (std::size_t i = 0; i < 64; ++i) {
-    const std::uint32_t t1 = h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) +
-                             ((e & f) ^ (~e & g)) + k[i] + w[i];
+    const std::uint32_t chosen = (s[4] & s[5]) ^ (~s[4] & s[6]);
+    const std::uint32_t majority = (s[0] & s[1]) ^ (s[0] & s[2]) ^ (s[1] & s[2]);
+    const std::uint32_t t1 = s[7] +
+                             (std::rotr(s[4], 6) ^ std::rotr(s[4], 11) ^ std::rotr(s[4], 25)) +
+                             chosen + k[i] + w[i];
     const std::uint32_t t2 =
-        (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + ((a & b) ^ (a & c) ^ (b & c));
-    h = g, g = f, f = e, e = d + t1, d = c, c = b, b = a, a = t1 + t2;
+        (std::rotr(s[0], 2) ^ std::rotr(s[0], 13) ^ std::rotr(s[0], 22)) + majority;
+    s[3] += t1;
+    s[7] = t1 + t2;
+    std::rotate(s.begin(), s.end() - 1, s.end());
   }
-  const Words8 mixed{a, b, c, d, e, f, g, h};
-  for (std::size_t i = 0; i < 8; ++i) state[i] += mixed[i];
+  for (std::size_t i = 0; i < 8; ++i) state[i] += s[i];
 }
 
 Bytes Pad(ByteView bytes) {
