@@ -80,6 +80,9 @@ TEST(Pnm, NeedsTheBytesOfAHugeImageBeforeItIsAllocated) {
   EXPECT_EQ(CodeOf([&] { ReadImage(BytesOf("P5 2147483647 2147483647 255 A"), unlimited); },
                    "more than the limit"),
             Errc::kLimit);
+  EXPECT_EQ(CodeOf([&] { ReadImage(BytesOf("P5 1 2147483648 255 A"), unlimited); },
+                   "at most 2147483647 of either"),
+            Errc::kLimit);
 }
 
 TEST(WritePgm, PutsTheWidthFirst) {
