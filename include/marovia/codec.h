@@ -61,7 +61,7 @@ struct CompressOptions {
   FileKind kind = FileKind::kAwf;
   WaveletKind wavelet = WaveletKind::kDaub97;
   // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long
-  // as padding the sides to multiples of 2^levels adds at most 6 % of the pixels.
+  // as padding the sides to multiples of 2^levels adds at most 6 % of the pixels, else 3.
   std::optional<int> levels;
   // Bits per pixel of the image (unpadded), the header included. Ignored by kAwg.
   double rate = 0.5;
@@ -102,7 +102,9 @@ struct FileInfo {
   int exponent = 0;                    // the first threshold is 2^exponent
   std::optional<std::int32_t> budget;  // bits that the compressor might spend; none in kAwg
   std::int64_t bitsPresent = 0;        // of the stream, behind the header
-  bool complete = true;                // the stream is not shorter than its budget asks for
+  // Whether the stream is as long as the budget. A shorter one was cut, or its coder had nothing
+  // more to send; a lossless file cannot tell.
+  bool fillsBudget = false;
 };
 
 // Throws Error: kMalformed (shorter than a header, or with a header that no compressor writes),

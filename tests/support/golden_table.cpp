@@ -48,7 +48,7 @@ template <class Row>
 Row ReadCoding(const std::vector<std::string>& cells) {
   Row row;
   row.label = cells[0];
-  for (std::size_t i = 1; i <= 7; ++i) row.label += ' ' + cells[i];
+  for (std::size_t i = 1; i <= 7; ++i) row.label.append(" ").append(cells[i]);
   row.image = cells[0];
   row.rows = std::stoi(cells[1]);
   row.cols = std::stoi(cells[2]);

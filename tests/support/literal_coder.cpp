@@ -7,7 +7,7 @@ namespace {
 
 struct Reach {
   Region region;
-  int widening;
+  int widening = 0;
 
   // Whether a coefficient that stands for (row, col) of the image and around counts.
   [[nodiscard]] bool Holds(int row, int col) const {
@@ -63,8 +63,8 @@ Grid<std::int16_t> GetROIValues(const Image& image, WaveletKind wavelet, int lev
     MarkBand(mask, {0, cols / 2, rows / 2, cols}, 1 << k, reach);
     MarkBand(mask, {rows / 2, cols / 2, rows, cols}, 1 << k, reach);
   }
-  // Without levels the low band is the image itself, widened once.
-  const int widening = levels == 0 ? w0 : ((1 << (levels - 1)) + 1) * w0;
+  // Without levels the low band is the image itself, and nothing reaches beyond the region.
+  const int widening = levels == 0 ? 0 : ((1 << (levels - 1)) + 1) * w0;
   MarkBand(mask, {0, 0, image.Rows() >> levels, image.Cols() >> levels}, 1 << levels,
            {region, widening});
   return mask;

@@ -174,7 +174,7 @@ class Encoder {
     if (settings_.region && symbols_->BitsSent() >= switchPoint_) regionOnly_ = true;
   }
 
-  float Weight(Position p) const { return regionOnly_ ? mask_(p.row, p.col) : 1.0F; }
+  float Weight(Position p) const { return regionOnly_ && mask_(p.row, p.col) == 0 ? 0.0F : 1.0F; }
 
   void TestBudget() const {
     const bool limited = settings_.kind != FileKind::kAwg;

@@ -28,7 +28,7 @@ int Reflect(int i, int n) {
 class Extended {
  public:
   explicit Extended(std::span<const float> x)
-      : size_(static_cast<int>(x.size())), samples_(x.size() + 2 * kExtension) {
+      : size_(static_cast<int>(x.size())), samples_(x.size() + kExtension + kExtension) {
     for (int i = -kExtension; i < size_ + kExtension; ++i) {
       Set(i, x[static_cast<std::size_t>(Reflect(i, size_))]);
     }
@@ -50,7 +50,7 @@ class Extended {
   }
 
  private:
-  static std::size_t Index(int i) { return static_cast<std::size_t>(i + kExtension); }
+  static std::size_t Index(int i) { return static_cast<std::size_t>(i) + kExtension; }
 
   int size_;
   std::vector<float> samples_;

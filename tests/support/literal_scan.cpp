@@ -8,8 +8,8 @@ namespace {
 // The r x c block that starts at `corner`, entered there and left for `next`.
 struct Band {
   Position corner;
-  int rows;
-  int cols;
+  int rows = 0;
+  int cols = 0;
   Position next;
 };
 

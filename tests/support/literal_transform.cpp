@@ -20,8 +20,8 @@ int LevelLimitOfSide(WaveletKind wavelet, int side) {
 
 // Applies `change` to the samples of column c, rows 0 to n - 1, as one line.
 void ChangeColumn(Grid<float>& grid, int c, int n, auto change) {
-  std::vector<float> line;
-  for (int r = 0; r < n; ++r) line.push_back(grid(r, c));
+  std::vector<float> line(static_cast<std::size_t>(n));
+  for (int r = 0; r < n; ++r) line[static_cast<std::size_t>(r)] = grid(r, c);
   change(std::span<float>(line));
   for (int r = 0; r < n; ++r) grid(r, c) = line[static_cast<std::size_t>(r)];
 }

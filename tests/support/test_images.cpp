@@ -1,16 +1,15 @@
 #include "tests/support/test_images.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 namespace marovia::test {
 namespace {
 
-template <class Pixel>
-Image Paint(int rows, int cols, Pixel pixel) {
+Image Paint(int rows, int cols, auto pixel) {
   Image image(rows, cols);
   for (int r = 0; r < rows; ++r) {
     for (int c = 0; c < cols; ++c) image(r, c) = static_cast<std::uint8_t>(pixel(r, c));
@@ -42,21 +41,41 @@ std::int64_t Blobs(int rows, int cols, std::int64_t r, std::int64_t c) {
   return std::min<std::int64_t>(255, sum);
 }
 
-Image RandomBlobs(std::mt19937& random, int rows, int cols) {
-  struct Spot {
-    int row, col, radius, height;
-  };
-  std::vector<Spot> spots;
-  for (int i = 0; i < 4; ++i) {
-    spots.push_back({RandomBelow(random, rows), RandomBelow(random, cols),
-                     2 + RandomBelow(random, rows + cols), 20 + RandomBelow(random, 150)});
+std::int64_t Pixel(std::string_view name, int rows, int cols, int r, int c) {
+  if (name == "gradient") {
+    return (255 * r / std::max(1, rows - 1) + 255 * c / std::max(1, cols - 1)) / 2;
   }
+  if (name == "checker") return (r / 5 + c / 7) % 2 == 1 ? 255 : 0;
+  if (name == "rings") return (r * r + 3 * c * c) / 97 % 3 == 0 ? 255 : 20;
+  if (name == "halves") return c >= cols / 2 ? 128 : 0;
+  if (name == "black") return 0;
+  if (name == "flat") return r == rows / 2 && c == cols / 2 ? 101 : 100;
+  if (name == "blobs") return Blobs(rows, cols, r, c);
+  throw std::invalid_argument("no test image " + std::string(name));
+}
+
+struct Spot {
+  std::int64_t row, col, radius, height;
+};
+
+Spot RandomSpot(std::mt19937& random, int rows, int cols) {
+  Spot spot{};
+  spot.row = RandomBelow(random, rows);
+  spot.col = RandomBelow(random, cols);
+  spot.radius = 2 + RandomBelow(random, rows + cols);
+  spot.height = 20 + RandomBelow(random, 150);
+  return spot;
+}
+
+Image RandomBlobs(std::mt19937& random, int rows, int cols) {
+  std::array<Spot, 4> spots{};
+  for (Spot& spot : spots) spot = RandomSpot(random, rows, cols);
   const int slope = RandomBelow(random, 4);
   const int grain = 1 + RandomBelow(random, 6);
   return Paint(rows, cols, [&](int r, int c) {
     std::int64_t sum = slope * r + RandomBelow(random, grain);
     for (const Spot& s : spots) {
-      const int d = (r - s.row) * (r - s.row) + (c - s.col) * (c - s.col);
+      const std::int64_t d = (r - s.row) * (r - s.row) + (c - s.col) * (c - s.col);
       sum += Hill(s.height, d, s.radius * s.radius);
     }
     return std::min<std::int64_t>(255, sum);
@@ -86,18 +105,7 @@ Image RandomDots(std::mt19937& random, int rows, int cols) {
 
 Image NamedImage(std::string_view name, int rows, int cols) {
   if (name == "lcgnoise") return Noise(rows, cols);
-  return Paint(rows, cols, [&](int r, int c) -> std::int64_t {
-    if (name == "gradient") {
-      return (255 * r / std::max(1, rows - 1) + 255 * c / std::max(1, cols - 1)) / 2;
-    }
-    if (name == "checker") return (r / 5 + c / 7) % 2 == 1 ? 255 : 0;
-    if (name == "rings") return (r * r + 3 * c * c) / 97 % 3 == 0 ? 255 : 20;
-    if (name == "halves") return c >= cols / 2 ? 128 : 0;
-    if (name == "black") return 0;
-    if (name == "flat") return r == rows / 2 && c == cols / 2 ? 101 : 100;
-    if (name == "blobs") return Blobs(rows, cols, r, c);
-    throw std::invalid_argument("no test image " + std::string(name));
-  });
+  return Paint(rows, cols, [&](int r, int c) { return Pixel(name, rows, cols, r, c); });
 }
 
 Image RandomImage(std::mt19937& random, int rows, int cols) {
@@ -105,7 +113,7 @@ Image RandomImage(std::mt19937& random, int rows, int cols) {
     case 0:
       return Paint(rows, cols, [&](int, int) { return RandomBelow(random, 256); });
     case 1:
-      return Image(rows, cols, static_cast<std::uint8_t>(RandomBelow(random, 256)));
+      return {rows, cols, static_cast<std::uint8_t>(RandomBelow(random, 256))};
     case 2:
       return RandomEdges(random, rows, cols);
     case 3:

@@ -1,0 +1,49 @@
+// The adaptive order of visiting: after every pass the homes of each finer level are put in the
+// order of their parents, those first whose parent is found, then those with a found sibling, then
+// the rest.
+#pragma once
+
+#include <vector>
+
+#include "coding/visiting_order.h"
+
+namespace marovia {
+
+// The low band and the coarsest detail level keep the order of CreateScanOrder; their homes are
+// numbered in it. The parent of a finer coefficient (i, j) is (i / 2, j / 2), and the four children
+// of a home are numbered in the order in which their block is walked, which depends on the band
+// alone. What no band covers stays at the end.
+//
+// The order of a level follows from that of its parents' level and from what is found, not from its
+// own past. So it is made only when a pass asks for it: a level in which nothing is found costs
+// nothing.
+class AdaptiveOrder final : public VisitingOrder {
+ public:
+  explicit AdaptiveOrder(const BandGrid& grid);
+
+  void Rebuild(const HomeSet& found) override;
+  StretchOrder OrderOf(std::size_t stretch) override;
+
+ private:
+  struct Level {
+    int number;  // of the level in the grid; 2 is the first with parents
+    Home firstBlock;
+    Home lastBlock;
+    bool made = false;
+    std::vector<Home> homes;
+    std::vector<Home> blocksOfFound;
+    std::vector<Home> blocksWithFound;
+    std::vector<Home> blocksWithout;
+  };
+
+  void MakeFirst(Level& level);
+  void Make(std::size_t index);
+  void AppendParent(Level& level, Home parent);
+  void AppendParents(Level& level, Home block);
+
+  BandGrid grid_;
+  std::vector<Level> levels_;       // the finer ones, from the coarsest on
+  const HomeSet* found_ = nullptr;  // none before the second pass
+};
+
+}  // namespace marovia

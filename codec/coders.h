@@ -1,0 +1,35 @@
+// The table of the coders. Adding one is a row here and at most one pair of symbol classes.
+#pragma once
+
+#include <memory>
+
+#include "marovia/codec.h"
+
+#include "coding/visiting_order.h"
+
+namespace marovia {
+
+enum class ScanKind { kFixed, kAdaptive };
+enum class SymbolKind { kBits, kWdr, kAswdr };
+
+struct Coder {
+  FileKind kind;
+  std::string_view extension;
+  ScanKind scan;
+  SymbolKind symbols;
+  // Bits charged for the header before the first of the stream; a region's compressor may charge
+  // more than a plain one, and a decompressor less.
+  int encoderCharge;
+  int regionCharge;
+  int decoderCharge;
+  bool lossless;  // no budget, in the header or anywhere
+
+  [[nodiscard]] bool HasBudget() const { return !lossless; }
+  [[nodiscard]] bool IsArithmetic() const { return symbols != SymbolKind::kBits; }
+};
+
+const Coder& CoderOf(FileKind kind);
+
+std::unique_ptr<VisitingOrder> MakeOrder(ScanKind scan, const BandGrid& grid);
+
+}  // namespace marovia

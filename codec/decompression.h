@@ -1,0 +1,53 @@
+// A decompression as the steps of a run.
+#pragma once
+
+#include "codec/coders.h"
+#include "codec/geometry.h"
+#include "coding/file_header.h"
+
+namespace marovia {
+
+class Decompression {
+ public:
+  // Reads the header and the size note. The bytes must outlive the decompression. Errors as
+  // Inspect.
+  Decompression(ByteView file, FileKind kind, std::int64_t maxPixels);
+
+  [[nodiscard]] const FileInfo& Info() const { return info_; }
+  [[nodiscard]] const Coder& TheCoder() const { return coder_; }
+  [[nodiscard]] ByteView Stream() const { return stream_; }
+
+  // What to read; without it, all. Returns whether the rate was held to what the file was made
+  // with. Not for a lossless coder.
+  bool SetRate(double rate);
+  void SetBudget(std::int64_t bits) { budget_ = bits; }
+
+  // All passes, and the values put in the middle of what they leave open. Returns the closing
+  // report.
+  PassReport ReadPasses(const PassListener& onPass);
+  // After the passes: bits that the run asked for are missing, and the file's length does not say
+  // that it is complete.
+  [[nodiscard]] bool Truncated() const { return truncated_; }
+  // Whether the run ended by its budget, and how many bits of the stream it asked for.
+  [[nodiscard]] bool BudgetSpent() const { return budgetSpent_; }
+  [[nodiscard]] std::int64_t StreamBitsRead() const { return streamBitsRead_; }
+
+  // The picture, at its true size.
+  Image Invert();
+
+ private:
+  template <class Symbols>
+  PassReport ReadWith(Symbols symbols, const PassListener& onPass);
+  [[nodiscard]] bool LengthSaysComplete() const;
+
+  const Coder& coder_;
+  FileInfo info_;
+  ByteView stream_;
+  std::int64_t budget_;
+  Grid<float> coefficients_;
+  std::int64_t streamBitsRead_ = 0;
+  bool truncated_ = false;
+  bool budgetSpent_ = false;
+};
+
+}  // namespace marovia

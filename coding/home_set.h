@@ -1,0 +1,49 @@
+// Sets of homes: the coefficients under the numbers that a scan gives them.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <vector>
+
+namespace marovia {
+
+// A home is the number of a coefficient, from 0, in the order in which a scan keeps them: the order
+// of visiting where that is fixed, else one in which the four children of home p are the homes 4p
+// to 4p + 3. Four such homes are a block, and have the number p.
+using Home = std::uint32_t;
+
+// One bit a home.
+class HomeSet {
+ public:
+  explicit HomeSet(std::size_t homes) : words_(homes / 64 + 1) {}
+
+  [[nodiscard]] std::size_t WordCount() const { return words_.size(); }
+  std::uint64_t& Word(std::size_t i) { return words_[i]; }
+  [[nodiscard]] std::uint64_t Word(std::size_t i) const { return words_[i]; }
+
+  [[nodiscard]] bool Has(Home home) const { return (words_[home / 64] >> (home % 64) & 1) != 0; }
+  void Insert(Home home) { words_[home / 64] |= std::uint64_t{1} << (home % 64); }
+
+  // The homes of one block, the lowest bit the first of them.
+  [[nodiscard]] std::uint64_t Block(Home block) const {
+    return words_[block / 16] >> (block % 16 * 4) & 0xF;
+  }
+  // The homes of the four blocks 4 * block to 4 * block + 3: the children of the homes of a block.
+  [[nodiscard]] std::uint64_t Children(Home block) const {
+    return words_[block / 4] >> (block % 4 * 16) & 0xFFFF;
+  }
+
+  // Homes first to last - 1.
+  [[nodiscard]] std::int64_t CountIn(Home first, Home last) const;
+  // Of the homes first to last - 1, those that lie in word i of the set.
+  static std::uint64_t RangeMask(std::size_t i, Home first, Home last);
+
+  void UniteWith(const HomeSet& other);
+  void IntersectWith(const HomeSet& other);
+  void Clear();
+
+ private:
+  std::vector<std::uint64_t> words_;
+};
+
+}  // namespace marovia

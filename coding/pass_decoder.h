@@ -1,0 +1,185 @@
+// The passes of every decompressor: what PassEncoder sends, taken back.
+//
+// A run says how many pending homes lie between two that are found, so the decoder jumps: over the
+// words of a set of homes by counting their bits, over whole stretches and blocks that hold nothing
+// found by subtraction.
+#pragma once
+
+#include <bit>
+#include <cmath>
+#include <vector>
+
+#include "coding/found_visit.h"
+#include "coding/thresholds.h"
+#include "coding/visiting_order.h"
+
+namespace marovia {
+
+template <class Symbols>
+class PassDecoder {
+ public:
+  PassDecoder(VisitingOrder& order, Symbols& symbols, std::int64_t budget)
+      : order_(order),
+        symbols_(symbols),
+        budget_(budget),
+        found_(order.HomeCount()),
+        taken_(order.HomeCount()),
+        foundIn_(order.Stretches().size()),
+        values_(order.HomeCount()) {}
+
+  // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
+  // stream ended it.
+  bool Run(int pass, float threshold) {
+    Begin(pass, threshold);
+    return ReadRun() && SignificancePass() && !Spent() && RefinementPass();
+  }
+
+  [[nodiscard]] std::int64_t FoundCount() const { return foundCount_; }
+  // Whether the stream ended before the budget.
+  [[nodiscard]] bool StreamEnded() const { return streamEnded_; }
+
+  // Puts every value found into the middle of what the passes leave open. To be called once, at the
+  // end.
+  void PlaceInTheMiddle() {
+    std::int64_t visited = 0;
+    ForEachFound(order_, found_, [&](Home home) {
+      values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
+      return true;
+    });
+    for (std::size_t i = 0; i < taken_.WordCount(); ++i) {
+      for (std::uint64_t bits = taken_.Word(i); bits != 0; bits &= bits - 1) {
+        float& value = values_[i * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
+        value = LastRefinement(value, threshold_, true);
+      }
+    }
+  }
+
+  // The value of every home, 0 where it is not found.
+  [[nodiscard]] std::span<const float> Values() const { return values_; }
+
+ private:
+  void Begin(int pass, float threshold) {
+    threshold_ = threshold;
+    refinedCount_ = 0;
+    if (pass > 1) {
+      found_.UniteWith(taken_);
+      taken_.Clear();
+      order_.Rebuild(found_);
+    }
+  }
+
+  [[nodiscard]] bool Spent() const { return symbols_.BitsRead() >= budget_; }
+
+  bool Ended() {
+    streamEnded_ = true;
+    return false;
+  }
+
+  bool ReadRun() {
+    std::uint32_t number = 0;
+    if (!symbols_.ReadNumber(number)) return Ended();
+    run_ = number;
+    return true;
+  }
+
+  bool SignificancePass() {
+    for (std::size_t i = 0; i < foundIn_.size(); ++i) {
+      if (!FindIn(i)) return false;
+    }
+    return true;
+  }
+
+  bool FindIn(std::size_t index) {
+    const Stretch& stretch = order_.Stretches()[index];
+    const std::int64_t pending = stretch.Size() - foundIn_[index];
+    if (run_ > pending) {
+      run_ -= pending;
+      return true;
+    }
+    const std::int64_t before = foundCount_;
+    const bool goOn = stretch.ordered ? FindInOrder(order_.OrderOf(index)) : FindInTurn(stretch);
+    foundIn_[index] += foundCount_ - before;
+    return goOn;
+  }
+
+  bool FindInTurn(const Stretch& stretch) {
+    for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
+      const std::uint64_t mask = HomeSet::RangeMask(i, stretch.first, stretch.last);
+      if (!FindAmong(static_cast<Home>(i * 64), ~found_.Word(i) & mask)) return false;
+    }
+    return true;
+  }
+
+  bool FindInOrder(const StretchOrder& order) {
+    return FindInList(order.homes.size(), [&](std::size_t i) { return order.homes[i]; }) &&
+           FindInBlocks(order.blocksOfFound) && FindInBlocks(order.blocksWithFound) &&
+           FindInList(4 * order.blocksWithout.size(), [&](std::size_t i) {
+             return 4 * order.blocksWithout[i / 4] + static_cast<Home>(i % 4);
+           });
+  }
+
+  bool FindInBlocks(std::span<const Home> blocks) {
+    for (const Home block : blocks) {
+      if (!FindAmong(4 * block, ~found_.Block(block) & 0xF)) return false;
+    }
+    return true;
+  }
+
+  // Homes that are all pending: homeAt(0) to homeAt(count - 1).
+  template <class HomeAt>
+  bool FindInList(std::size_t count, HomeAt homeAt) {
+    auto left = static_cast<std::int64_t>(count);
+    while (run_ <= left) {
+      left -= run_;
+      if (!Take(homeAt(count - static_cast<std::size_t>(left) - 1))) return false;
+    }
+    run_ -= left;
+    return true;
+  }
+
+  // The homes from `base` on that the bits of `pending` mark, the lowest first.
+  bool FindAmong(Home base, std::uint64_t pending) {
+    while (run_ <= std::popcount(pending)) {
+      for (; run_ > 1; --run_) pending &= pending - 1;
+      if (!Take(base + static_cast<Home>(std::countr_zero(pending)))) return false;
+      pending &= pending - 1;
+    }
+    run_ -= std::popcount(pending);
+    return true;
+  }
+
+  bool Take(Home home) {
+    bool negative = false;
+    if (!symbols_.ReadSign(negative)) return Ended();
+    values_[home] = negative ? -threshold_ : threshold_;
+    taken_.Insert(home);
+    ++foundCount_;
+    return !Spent() && ReadRun();
+  }
+
+  bool RefinementPass() {
+    return ForEachFound(order_, found_, [this](Home home) {
+      bool moves = false;
+      if (!symbols_.ReadRefinement(moves)) return Ended();
+      ++refinedCount_;
+      if (moves) values_[home] += std::copysign(threshold_, values_[home]);
+      return !Spent();
+    });
+  }
+
+  VisitingOrder& order_;
+  Symbols& symbols_;
+  std::int64_t budget_;
+
+  HomeSet found_;                      // in the passes before this one
+  HomeSet taken_;                      // in this one
+  std::vector<std::int64_t> foundIn_;  // of each stretch
+  std::vector<float> values_;
+  std::int64_t foundCount_ = 0;
+  std::int64_t refinedCount_ = 0;  // in this pass
+  std::int64_t run_ = 0;           // pending homes up to and with the next one found
+  float threshold_ = 0;
+  bool streamEnded_ = false;
+};
+
+}  // namespace marovia

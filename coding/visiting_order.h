@@ -1,0 +1,63 @@
+// How a pass visits the homes: in an order of their own numbers, or in one made anew for each pass.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "coding/home_set.h"
+#include "coding/scan_order.h"
+
+namespace marovia {
+
+// Homes first to last - 1, visited together. Where they are ordered, that order is asked for when a
+// pass needs it; else they are visited in the order of their numbers.
+struct Stretch {
+  Home first;
+  Home last;
+  bool ordered;
+
+  [[nodiscard]] std::int64_t Size() const { return std::int64_t{last} - first; }
+};
+
+// The order of an ordered stretch in one pass: before the second pass a list of homes, of which
+// none is found; from then on blocks, first those that may hold found homes, then those that hold
+// none.
+struct StretchOrder {
+  std::span<const Home> homes;
+  std::span<const Home> blocksOfFound;  // their parents are found
+  std::span<const Home> blocksWithFound;
+  std::span<const Home> blocksWithout;
+};
+
+class VisitingOrder {
+ public:
+  VisitingOrder(Walk positions, std::vector<Stretch> stretches);
+  virtual ~VisitingOrder() = default;
+  VisitingOrder(const VisitingOrder&) = delete;
+  VisitingOrder& operator=(const VisitingOrder&) = delete;
+
+  [[nodiscard]] std::size_t HomeCount() const { return positions_.size(); }
+  // The position of every home.
+  [[nodiscard]] std::span<const std::uint32_t> Positions() const { return positions_; }
+  [[nodiscard]] std::span<const Stretch> Stretches() const { return stretches_; }
+
+  // After a pass: the next one goes by what is found now. The set is read later as well, whenever
+  // an order is asked for, and must not change until the next call.
+  virtual void Rebuild(const HomeSet& found) = 0;
+  // The order of an ordered stretch in this pass.
+  virtual StretchOrder OrderOf(std::size_t stretch) = 0;
+
+ private:
+  Walk positions_;
+  std::vector<Stretch> stretches_;
+};
+
+// The WDR order, the same in every pass.
+class FixedOrder final : public VisitingOrder {
+ public:
+  explicit FixedOrder(const BandGrid& grid);
+  void Rebuild(const HomeSet&) override {}
+  StretchOrder OrderOf(std::size_t) override { return {}; }
+};
+
+}  // namespace marovia

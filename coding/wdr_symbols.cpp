@@ -1,0 +1,23 @@
+#include "coding/wdr_symbols.h"
+
+#include "marovia/error.h"
+
+namespace marovia {
+
+void FailOnLongNumber() {
+  Fail(Errc::kMalformed, "The stream is damaged: a run in it exceeds 31 bits.");
+}
+
+Bytes BitSymbolWriter::Finish() {
+  constexpr std::uint8_t kEndByte = 128;
+  Bytes bytes = writer_.Finish();
+  bytes.push_back(kEndByte);
+  return bytes;
+}
+
+Bytes WdrSymbolWriter::Finish() {
+  coder_.Encode(contexts_[last_].ShareOf(Context::kEndIndex));
+  return coder_.DoneEncoding();
+}
+
+}  // namespace marovia

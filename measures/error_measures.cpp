@@ -1,0 +1,60 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#include "marovia/measures.h"
+
+namespace marovia {
+namespace {
+
+std::string SizeText(const Image& image) {
+  return std::to_string(image.Rows()) + " x " + std::to_string(image.Cols());
+}
+
+void CheckShapes(const Image& source, const Image& reconstruction) {
+  if (source.Empty() || !source.SameShape(reconstruction)) {
+    Fail(Errc::kIndex, "The two images differ in shape: " + SizeText(source) + " and " +
+                           SizeText(reconstruction) + ".");
+  }
+}
+
+void CheckRegion(const Region& region, const Image& image) {
+  if (region.row1 < 0 || region.col1 < 0 || region.row1 > region.row2 ||
+      region.col1 > region.col2 || region.row2 >= image.Rows() || region.col2 >= image.Cols()) {
+    Fail(Errc::kIndex, "The region reaches outside the image of " + SizeText(image) + ".");
+  }
+}
+
+}  // namespace
+
+ErrorMeasures Measure(const Image& source, const Image& reconstruction,
+                      const std::optional<Region>& region) {
+  CheckShapes(source, reconstruction);
+  const Region area = region.value_or(Region{0, 0, source.Rows() - 1, source.Cols() - 1});
+  CheckRegion(area, source);
+
+  int largest = 0;
+  float sum = 0;
+  for (int r = area.row1; r <= area.row2; ++r) {
+    for (int c = area.col1; c <= area.col2; ++c) {
+      const int difference = std::abs(source(r, c) - reconstruction(r, c));
+      largest = std::max(largest, difference);
+      sum = static_cast<float>(double{sum} + difference * difference);
+    }
+  }
+  const std::int64_t count =
+      (std::int64_t{area.row2} - area.row1 + 1) * (std::int64_t{area.col2} - area.col1 + 1);
+
+  ErrorMeasures measures;
+  measures.supNorm = static_cast<float>(largest);
+  measures.meanSquareError = static_cast<float>(double{sum} / static_cast<double>(count));
+  measures.rootMeanSquare = std::sqrt(double{measures.meanSquareError});
+  if (measures.meanSquareError > 0) {
+    const double ratio = 255.0 / measures.meanSquareError * 255.0;
+    measures.psnr = static_cast<float>(10.0 * std::log(ratio) / std::log(10.0));
+  }
+  return measures;
+}
+
+}  // namespace marovia

@@ -1,0 +1,38 @@
+#include "measures/measure_text.h"
+
+#include <cmath>
+
+#include "base/number_text.h"
+
+namespace marovia {
+namespace {
+
+std::string Titled(MeasuredArea area, const std::string& text) {
+  return area == MeasuredArea::kRegion ? "ROI " + text : text;
+}
+
+}  // namespace
+
+std::string SupNormText(const ErrorMeasures& measures, MeasuredArea area) {
+  return Titled(area, "Sup-norm error:  " + TrimmedNumberText(measures.supNorm));
+}
+
+std::string MeanSquareText(const ErrorMeasures& measures, MeasuredArea area) {
+  if (area == MeasuredArea::kRegion)
+    return "ROI Mean Square Error:  " + TrimmedNumberText(measures.meanSquareError);
+  return "Root Mean Square Error:  " + TrimmedNumberText(measures.rootMeanSquare);
+}
+
+std::string PsnrText(const ErrorMeasures& measures, MeasuredArea area) {
+  return Titled(area, PSNRVal(measures.meanSquareError));
+}
+
+std::string PSNRVal(float meanSquareError) {
+  // Written so that a NaN fails the comparison too.
+  if (!(meanSquareError > 0)) return "Error computing PSNR.";
+  const double ratio = 255.0 / static_cast<double>(meanSquareError) * 255.0;
+  const auto psnr = static_cast<float>(10.0 * std::log(ratio) / std::log(10.0));
+  return "PSNR error:  " + TrimmedNumberText(psnr);
+}
+
+}  // namespace marovia

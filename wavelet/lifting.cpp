@@ -1,0 +1,229 @@
+#include "wavelet/lifting.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "marovia/error.h"
+
+namespace marovia {
+namespace {
+
+// The constants of the 9/7 wavelet are held in single precision and widened.
+constexpr double kA = -1.586134342F;
+constexpr double kB = -0.05298011854F;
+constexpr double kC = 0.8829111F;
+constexpr double kD = 0.44350687F;
+constexpr double kK = 1.1496044F;
+
+using enum Band;
+using enum StepRule;
+
+constexpr LiftingStep kForward97[] = {{kHigh, kWeighted, kA, 0}, {kLow, kWeighted, kB, 0},
+                                      {kHigh, kWeighted, kC, 1}, {kLow, kWeighted, kD, 1},
+                                      {kLow, kTimes, kK, 1},     {kHigh, kOver, kK, 2}};
+constexpr LiftingStep kInverse97[] = {{kLow, kOver, kK, 0},      {kHigh, kTimes, kK, 0},
+                                      {kLow, kWeighted, -kD, 0}, {kHigh, kWeighted, -kC, 1},
+                                      {kLow, kWeighted, -kB, 1}, {kHigh, kWeighted, -kA, 2}};
+constexpr LiftingStep kForward53[] = {{kHigh, kRounded, -0.5, 0}, {kLow, kRounded, 0.25, 0}};
+constexpr LiftingStep kInverse53[] = {{kLow, kRounded, -0.25, 0}, {kHigh, kRounded, 0.5, 1}};
+constexpr LiftingStep kForward22[] = {
+    {kHigh, kRounded, -0.5, 0}, {kLow, kRounded, 0.25, 0}, {kHigh, kCurved, -1.0 / 16, 2}};
+constexpr LiftingStep kInverse22[] = {
+    {kHigh, kCurved, 1.0 / 16, 0}, {kLow, kRounded, -0.25, 1}, {kHigh, kRounded, 0.5, 2}};
+
+// Adding and subtracting 1.5 * 2^52 leaves a double below 2^51 rounded to a whole number, half to
+// even, in the rounding mode that every program starts in.
+constexpr double kRounder = 6755399441055744.0;
+double Rounded(double value) {
+  return (value + kRounder) - kRounder;
+}
+
+// The largest magnitude that still rounds into 32 bits on both sides.
+constexpr double kMostBefore32Bits = 2147483647.5;
+
+// Evaluates `added` for every target, adds what it gives, rounded, and fails where that was too
+// large. The rounding is symmetric, so a step and its inverse add opposite numbers.
+template <class Added>
+void AddRounded(std::span<float> targets, Added added) {
+  std::int64_t tooLarge = 0;
+  float* __restrict t = targets.data();
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    const double value = added(i);
+    tooLarge |= std::fabs(value) < kMostBefore32Bits ? 0 : 1;
+    t[i] = static_cast<float>(t[i] + static_cast<double>(static_cast<float>(Rounded(value))));
+  }
+  if (tooLarge != 0) Fail(Errc::kOverflow, "Overflow: a lifting step leaves 32 bits.");
+}
+
+void AddWeighted(std::span<float> targets, const Neighbours& n, double weight) {
+  float* __restrict t = targets.data();
+  const float* b = n[1];
+  const float* c = n[2];
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    t[i] = static_cast<float>((static_cast<double>(b[i]) + c[i]) * weight + t[i]);
+  }
+}
+
+void AddCurved(std::span<float> targets, const Neighbours& n, double weight) {
+  AddRounded(targets, [&n, weight](std::size_t i) {
+    const double a = n[0][i];
+    const double b = n[1][i];
+    const double c = n[2][i];
+    const double d = n[3][i];
+    return (c + c - b - d) * weight + (b + b - a - c) * weight;
+  });
+}
+
+// A product or quotient of two floats rounds to the same float from double as at once.
+void Times(std::span<float> targets, float weight) {
+  for (float& t : targets) t *= weight;
+}
+
+void Over(std::span<float> targets, float weight) {
+  for (float& t : targets) t /= weight;
+}
+
+void LiftWhole(WaveletKind wavelet, Direction direction, std::span<float> line) {
+  const int length = static_cast<int>(line.size());
+  SplitLine split(length);
+  split.Resize(length);
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    (i % 2 == 0 ? split.Low() : split.High())[i / 2] = line[i];
+  }
+  split.Lift(LiftingSteps(wavelet, direction));
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    line[i] = (i % 2 == 0 ? split.Low() : split.High())[i / 2];
+  }
+}
+
+}  // namespace
+
+std::span<const LiftingStep> LiftingSteps(WaveletKind wavelet, Direction direction) {
+  const bool forward = direction == Direction::kForward;
+  switch (wavelet) {
+    case WaveletKind::kDaub97:
+      return forward ? std::span(kForward97) : std::span(kInverse97);
+    case WaveletKind::kInteger53:
+      return forward ? std::span<const LiftingStep>(kForward53)
+                     : std::span<const LiftingStep>(kInverse53);
+    case WaveletKind::kInteger22:
+      break;
+  }
+  return forward ? std::span(kForward22) : std::span(kInverse22);
+}
+
+void ApplyStep(const LiftingStep& step, std::span<float> targets, const Neighbours& neighbours) {
+  const double weight = step.weight;
+  switch (step.rule) {
+    case kWeighted:
+      return AddWeighted(targets, neighbours, weight);
+    case kRounded: {
+      const float* b = neighbours[1];
+      const float* c = neighbours[2];
+      return AddRounded(targets,
+                        [=](std::size_t i) { return (static_cast<double>(b[i]) + c[i]) * weight; });
+    }
+    case kCurved:
+      return AddCurved(targets, neighbours, weight);
+    case kTimes:
+      return Times(targets, static_cast<float>(weight));
+    case kOver:
+      return Over(targets, static_cast<float>(weight));
+  }
+}
+
+int Reflect(int index, int length) {
+  if (length == 1) return 0;
+  const int last = length - 1;
+  while (index < 0 || index > last) index = index < 0 ? -index : 2 * last - index;
+  return index;
+}
+
+SplitLine::SplitLine(int longest)
+    : low_(static_cast<std::size_t>((longest + 1) / 2 + 2 * kMargin)),
+      high_(static_cast<std::size_t>(longest / 2 + 2 * kMargin)) {}
+
+void SplitLine::Resize(int length) {
+  length_ = length;
+  lowCount_ = (length + 1) / 2;
+  highCount_ = length / 2;
+}
+
+std::span<float> SplitLine::LowFrom(int first, int count) {
+  return std::span(low_).subspan(static_cast<std::size_t>(kMargin + first),
+                                 static_cast<std::size_t>(count));
+}
+
+std::span<float> SplitLine::HighFrom(int first, int count) {
+  return std::span(high_).subspan(static_cast<std::size_t>(kMargin + first),
+                                  static_cast<std::size_t>(count));
+}
+
+void SplitLine::ReflectEnds() {
+  float* low = Low().data();
+  float* high = High().data();
+  for (int k = 1; k <= kMargin; ++k) {
+    low[-k] = low[Reflect(-2 * k, length_) / 2];
+    high[-k] = high[Reflect(1 - 2 * k, length_) / 2];
+    const int beyondLow = lowCount_ + k - 1;
+    const int beyondHigh = highCount_ + k - 1;
+    low[beyondLow] = low[Reflect(2 * beyondLow, length_) / 2];
+    high[beyondHigh] = high[Reflect(2 * beyondHigh + 1, length_) / 2];
+  }
+}
+
+void SplitLine::Lift(std::span<const LiftingStep> steps) {
+  if (length_ < 2) return;
+  for (const LiftingStep& step : steps) {
+    ReflectEnds();
+    const float* low = Low().data();
+    const float* high = High().data();
+    if (step.target == kHigh) {
+      ApplyStep(step, High(), {low - 1, low, low + 1, low + 2});
+    } else {
+      ApplyStep(step, Low(), {nullptr, high - 1, high, nullptr});
+    }
+  }
+}
+
+void SymmWavTr2D(WaveletKind wavelet, std::span<float> line) {
+  LiftWhole(wavelet, Direction::kForward, line);
+}
+
+void InvSymmWavTr2D(WaveletKind wavelet, std::span<float> line) {
+  LiftWhole(wavelet, Direction::kInverse, line);
+}
+
+int PermPlace(Band band, int k, int length) {
+  const int half = length / 2;
+  if (band == kHigh) return half + k;
+  return k < half ? k : length - 1;
+}
+
+int InvPermPlace(Band band, int k, int length) {
+  const int half = length / 2;
+  if (band == kHigh) return half + k;
+  return length % 2 == 0 ? k : 2 * k;
+}
+
+void Perm(std::span<float> line) {
+  const int length = static_cast<int>(line.size());
+  const std::vector<float> interleaved(line.begin(), line.end());
+  for (int i = 0; i < length; ++i) {
+    const int place = PermPlace(i % 2 == 0 ? kLow : kHigh, i / 2, length);
+    line[static_cast<std::size_t>(place)] = interleaved[static_cast<std::size_t>(i)];
+  }
+}
+
+void INVPERM(std::span<float> line) {
+  const int length = static_cast<int>(line.size());
+  const std::vector<float> bands(line.begin(), line.end());
+  for (int i = 0; i < length; ++i) {
+    const int place = InvPermPlace(i % 2 == 0 ? kLow : kHigh, i / 2, length);
+    line[static_cast<std::size_t>(i)] = bands[static_cast<std::size_t>(place)];
+  }
+}
+
+}  // namespace marovia

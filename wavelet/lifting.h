@@ -1,0 +1,96 @@
+// Wavelet transforms of lines by lifting, after W. Sweldens, "The lifting scheme" (1996), and of
+// integers to integers after A. Calderbank, I. Daubechies, W. Sweldens and B.-L. Yeo (1998).
+//
+// A line of N samples is split into its even samples (low) and its odd ones (high); each lifting
+// step then adds to one of them a function of its neighbours in the other. Beyond its ends a line
+// is reflected about its first and last sample, which every step preserves: it is enough to reflect
+// the neighbours asked for. Samples are kept in single precision; each step is computed in double
+// precision and rounded once, when it is stored. The integer wavelets round what they add to a
+// whole number, of two equally near to the even one.
+#pragma once
+
+#include <array>
+#include <span>
+#include <vector>
+
+#include "marovia/codec.h"
+
+namespace marovia {
+
+enum class Direction { kForward, kInverse };
+enum class Band { kLow, kHigh };
+
+// The ways in which a step changes a sample t, given the other band's samples around it: b and c
+// next to it, a and d next to those.
+enum class StepRule {
+  kWeighted,  // t + (b + c) * weight
+  kRounded,   // t + Round((b + c) * weight)
+  kCurved,    // t + Round((2c - b - d) * weight + (2b - a - c) * weight)
+  kTimes,     // t * weight
+  kOver,      // t / weight
+};
+
+struct LiftingStep {
+  Band target;
+  StepRule rule;
+  double weight;
+  // When lines are lifted against each other row after row, this step runs `lag` samples of its
+  // band behind the first: far enough that its neighbours are ready, and that no later step of a
+  // neighbour has begun.
+  int lag;
+};
+
+std::span<const LiftingStep> LiftingSteps(WaveletKind wavelet, Direction direction);
+
+// Applies one step to targets that lie one after another; neighbours[i] are a, b, c and d of the
+// targets (b and c alone where the rule needs no more). No neighbour overlaps a target.
+// Error kOverflow where a rounded value leaves 32 bits.
+using Neighbours = std::array<const float*, 4>;
+void ApplyStep(const LiftingStep& step, std::span<float> targets, const Neighbours& neighbours);
+
+// The index of a sample of a line of `length` samples, reflected at both ends as often as needed.
+int Reflect(int index, int length);
+
+// A line split into its two bands, with room around each for the samples reflected at the ends.
+class SplitLine {
+ public:
+  explicit SplitLine(int longest);
+
+  // Makes room for a line of `length` samples: Low() then has the larger half.
+  void Resize(int length);
+  std::span<float> Low() { return LowFrom(0, lowCount_); }
+  std::span<float> High() { return HighFrom(0, highCount_); }
+
+  // The line's lifting steps, each over the whole line. Lines of one sample are left as they are.
+  void Lift(std::span<const LiftingStep> steps);
+
+ private:
+  static constexpr int kMargin = 2;  // samples that a step reaches beyond either end
+
+  std::span<float> LowFrom(int first, int count);
+  std::span<float> HighFrom(int first, int count);
+  void ReflectEnds();
+
+  int length_ = 0;
+  int lowCount_ = 0;
+  int highCount_ = 0;
+  std::vector<float> low_;
+  std::vector<float> high_;
+};
+
+// The same on a whole line in place: interleaved before and after (low samples at even places).
+void SymmWavTr2D(WaveletKind wavelet, std::span<float> line);
+void InvSymmWavTr2D(WaveletKind wavelet, std::span<float> line);
+
+// Interleaved order to band order (all low samples, then all high ones), and back. With an odd
+// length the last low sample stays last, and INVPERM, which reads such a line as if it were even,
+// does not restore what Perm was given: part of the file format.
+void Perm(std::span<float> line);
+void INVPERM(std::span<float> line);
+
+// The place in a line of `length` samples in band order where Perm puts the low (high) sample k,
+// and the one where INVPERM finds it.
+int PermPlace(Band band, int k, int length);
+int InvPermPlace(Band band, int k, int length);
+
+}  // namespace marovia

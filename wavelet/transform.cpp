@@ -1,0 +1,179 @@
+#include "wavelet/transform.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "wavelet/catalogue.h"
+#include "wavelet/lifting.h"
+#include "wavelet/row_lifter.h"
+#include "wavelet/scaling.h"
+
+namespace marovia {
+namespace {
+
+template <class T>
+void Deinterleave(std::span<const T> line, SplitLine& split) {
+  float* low = split.Low().data();
+  float* high = split.High().data();
+  const std::size_t pairs = line.size() / 2;
+  for (std::size_t i = 0; i < pairs; ++i) {
+    low[i] = static_cast<float>(line[2 * i]);
+    high[i] = static_cast<float>(line[2 * i + 1]);
+  }
+  if (line.size() % 2 != 0) low[pairs] = static_cast<float>(line.back());
+}
+
+void Interleave(SplitLine& split, std::span<float> line) {
+  const float* low = split.Low().data();
+  const float* high = split.High().data();
+  const std::size_t pairs = line.size() / 2;
+  for (std::size_t i = 0; i < pairs; ++i) {
+    line[2 * i] = low[i];
+    line[2 * i + 1] = high[i];
+  }
+  if (line.size() % 2 != 0) line.back() = low[pairs];
+}
+
+// Perm and INVPERM between a line in band order and its two bands.
+void StoreBands(SplitLine& split, std::span<float> line) {
+  const auto low = split.Low();
+  const auto high = split.High();
+  std::copy_n(low.begin(), high.size(), line.begin());
+  std::copy(high.begin(), high.end(), line.begin() + static_cast<std::ptrdiff_t>(high.size()));
+  if (low.size() > high.size()) line.back() = low.back();
+}
+
+void LoadBands(std::span<const float> line, SplitLine& split) {
+  const auto low = split.Low();
+  const auto high = split.High();
+  const std::size_t stride = low.size() > high.size() ? 2 : 1;
+  for (std::size_t k = 0; k < low.size(); ++k) low[k] = line[stride * k];
+  std::copy_n(line.begin() + static_cast<std::ptrdiff_t>(high.size()), high.size(), high.begin());
+}
+
+// One level of a transform works on the corner of `rows` x `cols` of the coefficients.
+struct Corner {
+  int rows;
+  int cols;
+};
+
+Corner CornerOf(const Grid<float>& coefficients, int level) {
+  return {coefficients.Rows() >> (level - 1), coefficients.Cols() >> (level - 1)};
+}
+
+template <class T>
+void ForwardLevel(const Grid<T>& source, WaveletKind wavelet, Corner corner,
+                  Grid<float>& coefficients) {
+  const auto steps = LiftingSteps(wavelet, Direction::kForward);
+  const auto cols = static_cast<std::size_t>(corner.cols);
+  SplitLine split(corner.cols);
+  split.Resize(corner.cols);
+  RowLifter(steps, corner.rows, corner.cols)
+      .Run(
+          [&](Band band, int k, std::span<float> row) {
+            Deinterleave(source.Row(band == Band::kLow ? 2 * k : 2 * k + 1), split);
+            split.Lift(steps);
+            StoreBands(split, row);
+          },
+          [&](Band band, int k, std::span<const float> row) {
+            const int place = PermPlace(band, k, corner.rows);
+            std::copy_n(row.begin(), cols, coefficients.Row(place).begin());
+          });
+}
+
+// Emit takes the finished rows of the level: emit(row number, samples).
+template <class Emit>
+void InverseLevel(const Grid<float>& coefficients, WaveletKind wavelet, Corner corner, Emit emit) {
+  const auto steps = LiftingSteps(wavelet, Direction::kInverse);
+  const auto cols = static_cast<std::size_t>(corner.cols);
+  SplitLine split(corner.cols);
+  split.Resize(corner.cols);
+  std::vector<float> line(cols);
+  RowLifter(steps, corner.rows, corner.cols)
+      .Run(
+          [&](Band band, int k, std::span<float> row) {
+            const int place = InvPermPlace(band, k, corner.rows);
+            std::copy_n(coefficients.Row(place).begin(), cols, row.begin());
+          },
+          [&](Band band, int k, std::span<const float> row) {
+            LoadBands(row, split);
+            split.Lift(steps);
+            Interleave(split, line);
+            emit(band == Band::kLow ? 2 * k : 2 * k + 1, std::span<const float>(line));
+          });
+}
+
+Grid<float> CopyOf(const Grid<float>& coefficients, Corner corner) {
+  Grid<float> copy(corner.rows, corner.cols);
+  for (int r = 0; r < corner.rows; ++r) {
+    std::copy_n(coefficients.Row(r).begin(), static_cast<std::size_t>(corner.cols),
+                copy.Row(r).begin());
+  }
+  return copy;
+}
+
+void InverseLevelInPlace(Grid<float>& coefficients, WaveletKind wavelet, Corner corner) {
+  Grid<float> result(corner.rows, corner.cols);
+  InverseLevel(coefficients, wavelet, corner, [&](int r, std::span<const float> samples) {
+    std::copy(samples.begin(), samples.end(), result.Row(r).begin());
+  });
+  for (int r = 0; r < corner.rows; ++r) {
+    const auto row = result.Row(r);
+    std::copy(row.begin(), row.end(), coefficients.Row(r).begin());
+  }
+}
+
+void ForwardLevels(const Image& image, WaveletKind wavelet, int levels, Grid<float>& coefficients) {
+  if (levels == 0) {
+    std::copy(image.Samples().begin(), image.Samples().end(), coefficients.Samples().begin());
+    return;
+  }
+  ForwardLevel(image, wavelet, CornerOf(coefficients, 1), coefficients);
+  for (int level = 2; level <= levels; ++level) {
+    const Corner corner = CornerOf(coefficients, level);
+    ForwardLevel(CopyOf(coefficients, corner), wavelet, corner, coefficients);
+  }
+}
+
+}  // namespace
+
+Grid<float> TransformTheImage(const Image& image, WaveletKind wavelet, int levels) {
+  Grid<float> coefficients(image.Rows(), image.Cols());
+  ForwardLevels(image, wavelet, levels, coefficients);
+  if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kForward);
+  return coefficients;
+}
+
+Image InvertTheTransformQuant(Grid<float>& coefficients, WaveletKind wavelet, int levels) {
+  if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kInverse);
+  Image image(coefficients.Rows(), coefficients.Cols());
+  if (levels == 0) {
+    ToPixels(coefficients.Samples(), image.Samples());
+    return image;
+  }
+  for (int level = levels; level > 1; --level) {
+    InverseLevelInPlace(coefficients, wavelet, CornerOf(coefficients, level));
+  }
+  InverseLevel(coefficients, wavelet, CornerOf(coefficients, 1),
+               [&](int r, std::span<const float> samples) { ToPixels(samples, image.Row(r)); });
+  return image;
+}
+
+void ToPixels(std::span<const float> values, std::span<std::uint8_t> pixels) {
+  // 1.5 * 2^23: adding and subtracting it rounds a float below 2^22 half to even.
+  constexpr float kRounder = 12582912.0F;
+  // From here on the rounded value or its magnitude is above 32767; a NaN is not below it either.
+  constexpr float kMostBefore16Bits = 32767.5F;
+  std::int32_t tooLarge = 0;
+  const std::size_t count = values.size();
+  std::uint8_t* __restrict out = pixels.data();
+  for (std::size_t i = 0; i < count; ++i) {
+    const float magnitude = std::fabs(values[i]);
+    tooLarge |= magnitude < kMostBefore16Bits ? 0 : 1;
+    const float capped = magnitude < 255.0F ? magnitude : 255.0F;
+    out[i] = static_cast<std::uint8_t>(static_cast<std::int32_t>((capped + kRounder) - kRounder));
+  }
+  if (tooLarge != 0) Fail(Errc::kOverflow, "Overflow: a reconstructed value leaves 16 bits.");
+}
+
+}  // namespace marovia
