@@ -22,7 +22,7 @@ std::vector<std::vector<std::string>> ReadTable(const std::string& path, std::si
   std::vector<std::vector<std::string>> table;
   for (std::string line; std::getline(file, line);) {
     table.push_back(Split(line, '\t'));
-    if (table.back().size() != columns) throw std::runtime_error(path + ": odd row: " + line);
+    if (table.back().size() != columns) throw std::runtime_error("odd row: " + line);
   }
   if (table.size() < 2) throw std::runtime_error(path + ": no rows");
   table.erase(table.begin());

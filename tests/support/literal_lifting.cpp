@@ -50,7 +50,10 @@ class Extended {
   }
 
  private:
-  static std::size_t Index(int i) { return static_cast<std::size_t>(i) + kExtension; }
+  static std::size_t Index(int i) {
+    const int place = i + kExtension;
+    return static_cast<std::size_t>(place);
+  }
 
   int size_;
   std::vector<float> samples_;
