@@ -1,0 +1,64 @@
+#include "cli/console.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include "marovia/error.h"
+
+#include "cli/input_file.h"
+
+namespace marovia::cli {
+namespace {
+
+// A file name may hold line breaks and terminal codes; a message stays one plain line.
+std::string OneLine(std::string text) {
+  std::ranges::replace_if(
+      text, [](unsigned char c) { return c < ' ' || c == 127; }, '?');
+  return text;
+}
+
+void WriteError(const std::string& text) {
+  // Nobody is left to be told if standard error fails.
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+}
+
+// The reports end their lines as text boxes want them; a terminal wants the bare line feed.
+std::string WithPlainLineEnds(std::string text) {
+  std::erase(text, '\r');
+  return text;
+}
+
+}  // namespace
+
+void Console::SetInput(const std::string& name) {
+  subject_ = name == kStandardStream ? "standard input" : name;
+}
+
+void Console::SetOutput(const std::string& name) {
+  subject_ = name == kStandardStream ? "standard output" : name;
+}
+
+void Console::Print(const std::string& text) {
+  errno = 0;
+  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0)
+    return;
+  SetOutput(kStandardStream);
+  Fail(Errc::kIo, "cannot be written: " + std::generic_category().message(errno));
+}
+
+void Console::Complain(const std::string& what) const {
+  const std::string subject = subject_.empty() ? "" : subject_ + ": ";
+  WriteError(OneLine("marovia: " + subject + what) + "\n");
+}
+
+void Console::Notice(const std::string& what) const {
+  if (verbosity_ != Verbosity::kQuiet) Complain(what);
+}
+
+void Console::Tell(const std::string& text) const {
+  if (IsVerbose()) WriteError(WithPlainLineEnds(text));
+}
+
+}  // namespace marovia::cli

@@ -1,0 +1,110 @@
+#include <string>
+#include <vector>
+
+#include "base/number_text.h"
+#include "cli/commands.h"
+#include "cli/file_names.h"
+#include "cli/input_file.h"
+#include "cli/json_text.h"
+#include "cli/output_file.h"
+#include "codec/report_text.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  marovia decompress photo.awf photo.pgm                all that the file holds\n"
+    "  marovia decompress photo.awf small.bmp --rate 0.1     as of 0.1 bits per pixel\n"
+    "  marovia decompress - - --format awf,pgm <photo.awf    from pipe to pipe\n"
+    "\n"
+    "A file cut short gives the picture that is left of it, and exit status 3.\n"
+    "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
+    "--format says bmp.\n";
+
+struct DecompressArguments {
+  CommonOptions common;
+  std::string input;
+  std::string output;
+  bool force = false;
+  std::optional<double> rate;
+  Formats formats;
+};
+
+void NoticeRate(const DecompressArguments& arguments, const DecompressResult& result,
+                const Console& console) {
+  if (!arguments.rate) return;
+  if (!result.info.budget) {
+    console.Notice("lossless, so decoded whole whatever --rate says (see marovia truncate)");
+  } else if (result.rateHeld) {
+    const double held = *result.info.budget / static_cast<double>(result.image.Size());
+    console.Notice("made with " + TrimmedNumberText(static_cast<float>(held)) +
+                   " bits per pixel, so not decoded at " + TrimmedNumberText(*arguments.rate));
+  }
+}
+
+void ReportResult(const DecompressArguments& arguments, const DecompressResult& result,
+                  ImageFormat format, Console& console) {
+  console.Tell("Image decompressed.\n");
+  if (!arguments.common.json) return;
+  Json json = {{"input", arguments.input},
+               {"output", arguments.output},
+               {"format", format == ImageFormat::kPgm ? "pgm" : "bmp"}};
+  json.update(JsonOf(result.info));
+  json["rateHeld"] = result.rateHeld;
+  json["truncated"] = result.truncated;
+  json["passes"] = JsonOf(result.passes);
+  console.Print(JsonText(json));
+}
+
+DecompressResult Decode(const DecompressArguments& arguments, Console& console) {
+  console.SetInput(arguments.input);
+  const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
+  const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  DecompressOptions options;
+  options.rate = arguments.rate;
+  options.maxPixels = arguments.common.maxPixels;
+  if (console.IsVerbose()) {
+    const FileInfo info = Inspect(file, kind, arguments.common.maxPixels);
+    options.onPass = [&console, info](const PassReport& report) {
+      console.Tell(PassReportText(report, info.rows, info.cols, true));
+    };
+  }
+  DecompressResult result = Decompress(file, kind, options);
+  NoticeRate(arguments, result, console);
+  return result;
+}
+
+ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console) {
+  console.SetOutput(arguments.output);
+  const ImageFormat format = OutputFormat(arguments.output, arguments.formats.image);
+  const OutputFile output(arguments.output, arguments.force);
+  CheckJsonHasRoom(arguments.common, output);
+
+  const DecompressResult result = Decode(arguments, console);
+  console.SetOutput(arguments.output);
+  output.Put(format == ImageFormat::kPgm ? WritePgm(result.image) : WriteBmp(result.image));
+  ReportResult(arguments, result, format, console);
+  if (!result.truncated) return ExitStatus::kDone;
+  console.SetInput(arguments.input);
+  console.Complain("cut short: decoded from the " + std::to_string(result.info.bitsPresent) +
+                   " bits that are there");
+  return ExitStatus::kIncomplete;
+}
+
+}  // namespace
+
+void AddDecompress(CLI::App& tool, Action& action) {
+  auto arguments = std::make_shared<DecompressArguments>();
+  CLI::App& command = AddCommand(tool, "decompress", "Turn a compressed file into an image");
+  AddFile(command, "IN", arguments->input, "The compressed file");
+  AddFile(command, "OUT", arguments->output, "The image: .pgm or .bmp");
+  AddRateOption(command, arguments->rate, "Bits per pixel to decode (all)")->group("General");
+  AddFormatOption(command, arguments->formats, true);
+  AddForceOption(command, arguments->force);
+  AddCommonOptions(command, arguments->common);
+  command.footer(kExamples);
+  SetAction<DecompressArguments>(command, action, arguments, &RunDecompress);
+}
+
+}  // namespace marovia::cli

@@ -1,0 +1,35 @@
+// What the name of a file says of its content.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "marovia/codec.h"
+#include "marovia/image.h"
+
+namespace marovia::cli {
+
+// What --format says, of each side where a name does not tell.
+struct Formats {
+  std::optional<FileKind> kind;
+  std::optional<ImageFormat> image;
+};
+
+// "awb" ... "awg" name a kind of compressed file, "pgm" and "bmp" an image. Error
+// kInvalidArgument for any other, and for an image where only kinds are of use.
+Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
+
+// The kind of the compressed file `name`: as told, else by its extension in either case. Error
+// kInvalidArgument where the name has none, kUnsupported where it is not one of ours.
+FileKind InputKind(const std::string& name, const std::optional<FileKind>& told);
+
+// The name under which a file of that kind is written: `name`, with the extension added where it
+// has none. Error kInvalidArgument where it has another one.
+std::string OutputName(const std::string& name, FileKind kind);
+
+// The format of the image `name`: by its extension, else as told; a stream or a device gets a PGM.
+// Error kInvalidArgument where neither tells, or where they differ.
+ImageFormat OutputFormat(const std::string& name, const std::optional<ImageFormat>& told);
+
+}  // namespace marovia::cli

@@ -1,0 +1,23 @@
+// Results as JSON, its keys in the order in which a reader looks for them.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "marovia/codec.h"
+
+namespace marovia::cli {
+
+using Json = nlohmann::ordered_json;
+
+// With the digits of a float, not those of the double that it becomes.
+double JsonNumber(float value);
+
+Json JsonOf(const std::vector<PassReport>& passes);
+Json JsonOf(const FileInfo& info);
+
+// Indented and ended by a line feed; what is not UTF-8 in a file name is replaced.
+std::string JsonText(const Json& json);
+
+}  // namespace marovia::cli

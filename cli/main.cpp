@@ -1,0 +1,108 @@
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "marovia/error.h"
+#include "marovia/version.h"
+
+#include "cli/commands.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr const char* kFooter =
+    "Start with:\n"
+    "  marovia compress photo.pgm photo.awf\n"
+    "  marovia decompress photo.awf decoded.pgm\n"
+    "  marovia measure photo.pgm decoded.pgm\n"
+    "\n"
+    "Each command has its own --help.\n"
+    "\n"
+    "Exit status: 0 done; 1 failed; 2 wrong usage; 3 done, but the file was cut short;\n"
+    "4 could not read or write; 5 not a file that is read here; 6 over a limit.\n";
+
+constexpr std::size_t kHelpColumn = 30;
+
+// One blank line between the groups of options, where the library puts two.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_help(const CLI::App* app, std::string name,
+                        CLI::AppFormatMode mode) const override {
+    std::string text = Formatter::make_help(app, std::move(name), mode);
+    for (std::size_t gap = 0; (gap = text.find("\n\n\n", gap)) != std::string::npos;)
+      text.erase(gap, 1);
+    return text;
+  }
+};
+
+void DescribeTool(CLI::App& tool, Action& action) {
+  auto formatter = std::make_shared<HelpFormatter>();
+  formatter->column_width(kHelpColumn);
+  formatter->label("SUBCOMMAND", "COMMAND");
+  tool.formatter(formatter);
+  tool.set_help_flag("-h,--help", "Print this help");
+  tool.set_version_flag("--version", std::string("marovia ") + kVersion, "Print the version");
+  tool.require_subcommand(0, 1);
+  tool.footer(kFooter);
+  AddCompress(tool, action);
+  AddDecompress(tool, action);
+  AddMeasure(tool, action);
+  AddInfo(tool, action);
+  AddTruncate(tool, action);
+}
+
+// The name of the command that the words chose, for the pointer to its help.
+std::string CommandName(const CLI::App& tool) {
+  const auto commands = tool.get_subcommands();
+  return commands.empty() ? "marovia" : "marovia " + commands.front()->get_name();
+}
+
+ExitStatus ParseAndRun(int count, const char* const* words, Console& console) {
+  Action action;
+  CLI::App tool("Wavelet compression of grey images, lossy and lossless.", "marovia");
+  DescribeTool(tool, action);
+  try {
+    tool.parse(count, words);
+  } catch (const CLI::CallForVersion& version) {
+    console.Print(std::string(version.what()) + "\n");
+    return ExitStatus::kDone;
+  } catch (const CLI::CallForHelp&) {
+    console.Print(tool.help());
+    return ExitStatus::kDone;
+  } catch (const CLI::ParseError& error) {
+    Fail(Errc::kInvalidArgument,
+         std::string(error.what()) + " (see " + CommandName(tool) + " --help)");
+  }
+  if (action) return action(console);
+  console.Print(tool.help());
+  return ExitStatus::kDone;
+}
+
+ExitStatus RunTool(int count, const char* const* words) {
+  Console console;
+  try {
+    return ParseAndRun(count, words, console);
+  } catch (const Error& error) {
+    console.Complain(error.what());
+    return StatusOf(error.Code());
+  } catch (const std::bad_alloc&) {
+    console.Complain("out of memory");
+  } catch (const std::exception& error) {
+    console.Complain(error.what());
+  }
+  return ExitStatus::kFailed;
+}
+
+}  // namespace
+}  // namespace marovia::cli
+
+int main(int argc, char** argv) {
+  // A file that outgrows a limit on file sizes is then an error of the write, not the end of us.
+  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+  return static_cast<int>(marovia::cli::RunTool(argc, argv));
+}

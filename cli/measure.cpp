@@ -1,0 +1,95 @@
+#include <string>
+
+#include "marovia/measures.h"
+
+#include "cli/commands.h"
+#include "cli/input_file.h"
+#include "cli/json_text.h"
+#include "cli/values.h"
+#include "measures/measure_text.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  marovia measure photo.pgm decoded.pgm\n"
+    "  marovia measure photo.pgm decoded.pgm --region 80,200,210,310\n"
+    "\n"
+    "Prints the largest difference of two pixels, the root mean square error (for a\n"
+    "region the mean square error) and the PSNR in decibels. A or B may be - for\n"
+    "standard input.\n";
+
+struct MeasureArguments {
+  CommonOptions common;
+  std::string source;
+  std::string reconstruction;
+  std::optional<Region> region;
+};
+
+Image ReadCompared(const std::string& name, const CommonOptions& common, Console& console) {
+  console.SetInput(name);
+  LoadedImage loaded = ReadImage(ReadInput(name, common.maxPixels), common.maxPixels);
+  if (!loaded.alteration.empty()) console.Notice(loaded.alteration);
+  return std::move(loaded.image);
+}
+
+std::string TextOf(const ErrorMeasures& measures, MeasuredArea area) {
+  const std::string psnr =
+      measures.psnr
+          ? PsnrText(measures, area)
+          : std::string(area == MeasuredArea::kRegion ? "ROI " : "") + "PSNR error:  identical";
+  return SupNormText(measures, area) + "\n" + MeanSquareText(measures, area) + "\n" + psnr + "\n";
+}
+
+Json JsonOf(const std::optional<Region>& region) {
+  if (!region) return {};
+  return {{"row1", region->row1},
+          {"column1", region->col1},
+          {"row2", region->row2},
+          {"column2", region->col2}};
+}
+
+Json JsonOf(const MeasureArguments& arguments, const ErrorMeasures& measures) {
+  return {{"source", arguments.source},
+          {"reconstruction", arguments.reconstruction},
+          {"region", JsonOf(arguments.region)},
+          {"supNorm", JsonNumber(measures.supNorm)},
+          {"meanSquareError", JsonNumber(measures.meanSquareError)},
+          {"rootMeanSquare", measures.rootMeanSquare},
+          {"psnr", measures.psnr ? Json(JsonNumber(*measures.psnr)) : Json()}};
+}
+
+ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {
+  if (arguments.source == kStandardStream && arguments.reconstruction == kStandardStream)
+    Fail(Errc::kInvalidArgument, "only one of the two images can come from standard input");
+  const Image source = ReadCompared(arguments.source, arguments.common, console);
+  CheckRegion(arguments.region, source.Rows(), source.Cols());
+  const Image other = ReadCompared(arguments.reconstruction, arguments.common, console);
+  if (!other.SameShape(source))
+    Fail(Errc::kIndex, SizeText(other.Rows(), other.Cols()) + ", but " + arguments.source +
+                           " has " + SizeText(source.Rows(), source.Cols()));
+
+  const ErrorMeasures measures = Measure(source, other, arguments.region);
+  const MeasuredArea area = arguments.region ? MeasuredArea::kRegion : MeasuredArea::kImage;
+  console.Print(arguments.common.json ? JsonText(JsonOf(arguments, measures))
+                                      : TextOf(measures, area));
+  return ExitStatus::kDone;
+}
+
+}  // namespace
+
+void AddMeasure(CLI::App& tool, Action& action) {
+  auto arguments = std::make_shared<MeasureArguments>();
+  CLI::App& command = AddCommand(tool, "measure", "Tell how far two images are apart");
+  AddFile(command, "A", arguments->source, "The source image: PGM or BMP");
+  AddFile(command, "B", arguments->reconstruction, "The image to compare with it");
+  AddRegionOption(command, arguments->region,
+                  "Only rows R1 to R2, columns C1 to C2, from 0, inclusive")
+      ->group("General");
+  AddCommonOptions(command, arguments->common);
+  command.footer(kExamples);
+  SetAction<MeasureArguments>(command, action, arguments, &RunMeasure);
+}
+
+}  // namespace marovia::cli

@@ -1,0 +1,101 @@
+#include "cli/options.h"
+
+#include <vector>
+
+#include "marovia/error.h"
+
+#include "cli/values.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr const char* kGeneral = "General";
+// Keeps the library from filling in types and relations of its own.
+constexpr const char* kNoText = " ";
+
+}  // namespace
+
+CLI::App& AddCommand(CLI::App& tool, const std::string& name, const std::string& description) {
+  return *tool.add_subcommand(name, description)->group("Commands");
+}
+
+void AddFile(CLI::App& command, const std::string& name, std::string& file,
+             const std::string& description) {
+  command.add_option(name, file, description)->required()->option_text(kNoText)->group("Files");
+}
+
+void AddCommonOptions(CLI::App& command, CommonOptions& options) {
+  command.add_flag("--json", options.json, "Print the result as JSON on standard output")
+      ->group(kGeneral);
+  CLI::Option* quiet = command
+                           .add_flag_callback(
+                               "-q,--quiet", [&] { options.verbosity = Verbosity::kQuiet; },
+                               "Say nothing but errors")
+                           ->option_text(kNoText)
+                           ->group(kGeneral);
+  command
+      .add_flag_callback(
+          "-v,--verbose", [&] { options.verbosity = Verbosity::kVerbose; },
+          "Report passes and results on standard error")
+      ->option_text(kNoText)
+      ->excludes(quiet)
+      ->group(kGeneral);
+  AddParsedOption(
+      command, "--max-pixels", "N", "Refuse larger images (67108864, 8192 x 8192)",
+      [&](const std::string& text) { options.maxPixels = ParseCount("--max-pixels", text); })
+      ->group(kGeneral);
+  command.set_help_flag("-h,--help", "Print this help")->group(kGeneral);
+}
+
+void AddForceOption(CLI::App& command, bool& force) {
+  command.add_flag("-f,--force", force, "Replace OUT if it exists")->group(kGeneral);
+}
+
+CLI::Option* AddRateOption(CLI::App& command, std::optional<double>& rate,
+                           const std::string& description) {
+  return AddParsedOption(command, "--rate", "BPP", description,
+                         [&](const std::string& text) { rate = ParseRate(text); });
+}
+
+CLI::Option* AddBytesOption(CLI::App& command, std::optional<std::int64_t>& bytes,
+                            const std::string& description) {
+  return AddParsedOption(command, "--bytes", "N", description,
+                         [&](const std::string& text) { bytes = ParseCount("--bytes", text); });
+}
+
+CLI::Option* AddRegionOption(CLI::App& command, std::optional<Region>& region,
+                             const std::string& description) {
+  return AddParsedOption(command, "--region", "R1,C1,R2,C2", description,
+                         [&](const std::string& text) { region = ParseRegion(text); });
+}
+
+void AddFormatOption(CLI::App& command, Formats& formats, bool imagesToo) {
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--format",
+          [&formats, imagesToo](const std::vector<std::string>& texts) {
+            formats = ParseFormats(texts, imagesToo);
+          },
+          imagesToo ? "Kind of IN (awb, awa, awd, awf, awg) or OUT (pgm, bmp),\n"
+                      "where the name does not tell"
+                    : "Kind of the input (awb, awa, awd, awf, awg), where its\n"
+                      "name does not tell")
+      ->delimiter(',')
+      ->expected(1)
+      ->take_all()
+      ->option_text("EXT")
+      ->group(kGeneral);
+}
+
+void CheckJsonHasRoom(const CommonOptions& options, const OutputFile& output) {
+  if (options.json && output.IsStandardOutput())
+    Fail(Errc::kInvalidArgument, "standard output cannot take both the file and --json");
+}
+
+CLI::Option* AddParsedOption(CLI::App& command, const std::string& name, const std::string& values,
+                             const std::string& description,
+                             const std::function<void(const std::string&)>& parse) {
+  return command.add_option_function<std::string>(name, parse, description)->option_text(values);
+}
+
+}  // namespace marovia::cli

@@ -1,0 +1,39 @@
+// Writing a file such that it is either there whole or not at all.
+#pragma once
+
+#include <string>
+
+#include "marovia/image.h"
+
+namespace marovia::cli {
+
+// Where a result goes. A regular file is written under another name in its folder, synced, and
+// renamed into place, so that until then a file of that name stays as it was; a symbolic link is
+// followed, not replaced. A device, a FIFO and "-" (standard output) are written to directly.
+class OutputFile {
+ public:
+  // Errors kIo where `name` is a folder or a file that may not be replaced, kInvalidArgument where
+  // it is standard output on a terminal; `force` allows both.
+  OutputFile(const std::string& name, bool force);
+
+  // Error kIo where not every byte got there. Nothing stray is left then, also after an interrupt.
+  void Put(ByteView bytes) const;
+
+  [[nodiscard]] bool IsStandardOutput() const { return kind_ == Kind::kStandardOutput; }
+
+ private:
+  enum class Kind { kNewFile, kReplacedFile, kDirect, kStandardOutput };
+
+  static Kind KindOf(const std::string& name, bool force);
+  void PutInPlace(ByteView bytes) const;
+  void MoveInPlace(const std::string& temporary) const;
+
+  Kind kind_;
+  bool force_;
+  std::string path_;  // behind all symbolic links
+};
+
+// True where the name leads to something that is neither a regular file nor a folder.
+bool IsDeviceOrPipe(const std::string& name);
+
+}  // namespace marovia::cli
