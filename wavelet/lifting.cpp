@@ -1,11 +1,13 @@
 #include "wavelet/lifting.h"
 
-#include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <vector>
 
 #include "marovia/error.h"
+
+#include "base/bits.h"
 
 namespace marovia {
 namespace {
@@ -33,56 +35,101 @@ constexpr LiftingStep kForward22[] = {
 constexpr LiftingStep kInverse22[] = {
     {kHigh, kCurved, 1.0 / 16, 0}, {kLow, kRounded, -0.25, 1}, {kHigh, kRounded, 0.5, 2}};
 
-// Adding and subtracting 1.5 * 2^52 leaves a double below 2^51 rounded to a whole number, half to
-// even, in the rounding mode that every program starts in.
-constexpr double kRounder = 6755399441055744.0;
-double Rounded(double value) {
-  return (value + kRounder) - kRounder;
-}
+// The arithmetic of a step. Adding and subtracting kRounder rounds a value below kRounder / 4 to a
+// whole number, half to even, in the rounding mode that every program starts in.
+template <class Real>
+struct Arithmetic;
+template <>
+struct Arithmetic<double> {
+  using Sign = std::int64_t;
+  static constexpr double kRounder = 6755399441055744.0;  // 1.5 * 2^52
+  static constexpr double kMost = 2147483647.4999995;     // the last below 2^31 - 0.5
+};
+template <>
+struct Arithmetic<float> {
+  using Sign = std::int32_t;
+  static constexpr float kRounder = 12582912.0F;  // 1.5 * 2^23
+  static constexpr float kMost = 4194304.0F;      // 2^22; single precision is exact far below it
+};
 
-// The largest magnitude that still rounds into 32 bits on both sides.
-constexpr double kMostBefore32Bits = 2147483647.5;
-
-// Evaluates `added` for every target, adds what it gives, rounded, and fails where that was too
-// large. The rounding is symmetric, so a step and its inverse add opposite numbers.
-template <class Added>
-void AddRounded(std::span<float> targets, Added added) {
-  std::int64_t tooLarge = 0;
-  float* __restrict t = targets.data();
-  for (std::size_t i = 0; i < targets.size(); ++i) {
-    const double value = added(i);
-    tooLarge |= std::fabs(value) < kMostBefore32Bits ? 0 : 1;
-    t[i] = static_cast<float>(t[i] + static_cast<double>(static_cast<float>(Rounded(value))));
+// Adds to every target what added(i) gives, rounded; whether all of that was small enough. The
+// rounding is symmetric, so a step and its inverse add opposite numbers.
+template <class Real, class Added>
+[[gnu::always_inline]] inline bool AddRounded(float* __restrict t, std::size_t count, Added added) {
+  using A = Arithmetic<Real>;
+  typename A::Sign tooLarge = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const Real value = added(i);
+    tooLarge |= std::bit_cast<typename A::Sign>(A::kMost - std::fabs(value));
+    const auto rounded = static_cast<float>((value + A::kRounder) - A::kRounder);
+    t[i] = static_cast<float>(static_cast<Real>(t[i]) + static_cast<Real>(rounded));
   }
-  if (tooLarge != 0) Fail(Errc::kOverflow, "Overflow: a lifting step leaves 32 bits.");
+  return tooLarge >= 0;
 }
 
-void AddWeighted(std::span<float> targets, const Neighbours& n, double weight) {
+template <class Real>
+[[gnu::always_inline]] inline bool AddRoundedSum(float* __restrict t, std::size_t count,
+                                                 const Neighbours& n, double weight) {
+  const float* b = n[1];
+  const float* c = n[2];
+  const auto w = static_cast<Real>(weight);
+  return AddRounded<Real>(t, count, [=](std::size_t i) {
+    return (static_cast<Real>(b[i]) + static_cast<Real>(c[i])) * w;
+  });
+}
+
+template <class Real>
+[[gnu::always_inline]] inline bool AddCurvature(float* __restrict t, std::size_t count,
+                                                const Neighbours& n, double weight) {
+  const float* pa = n[0];
+  const float* pb = n[1];
+  const float* pc = n[2];
+  const float* pd = n[3];
+  const auto w = static_cast<Real>(weight);
+  return AddRounded<Real>(t, count, [=](std::size_t i) {
+    const Real a = pa[i];
+    const Real b = pb[i];
+    const Real c = pc[i];
+    const Real d = pd[i];
+    return (c + c - b - d) * w + (b + b - a - c) * w;
+  });
+}
+
+MAROVIA_WIDE_VECTORS bool RoundedInDouble(std::span<float> t, const Neighbours& n, double weight) {
+  return AddRoundedSum<double>(t.data(), t.size(), n, weight);
+}
+MAROVIA_WIDE_VECTORS bool RoundedInSingle(std::span<float> t, const Neighbours& n, double weight) {
+  return AddRoundedSum<float>(t.data(), t.size(), n, weight);
+}
+MAROVIA_WIDE_VECTORS bool CurvedInDouble(std::span<float> t, const Neighbours& n, double weight) {
+  return AddCurvature<double>(t.data(), t.size(), n, weight);
+}
+MAROVIA_WIDE_VECTORS bool CurvedInSingle(std::span<float> t, const Neighbours& n, double weight) {
+  return AddCurvature<float>(t.data(), t.size(), n, weight);
+}
+
+MAROVIA_WIDE_VECTORS void AddWeighted(std::span<float> targets, const Neighbours& n,
+                                      double weight) {
   float* __restrict t = targets.data();
   const float* b = n[1];
   const float* c = n[2];
-  for (std::size_t i = 0; i < targets.size(); ++i) {
+  const std::size_t count = targets.size();
+  for (std::size_t i = 0; i < count; ++i) {
     t[i] = static_cast<float>((static_cast<double>(b[i]) + c[i]) * weight + t[i]);
   }
 }
 
-void AddCurved(std::span<float> targets, const Neighbours& n, double weight) {
-  AddRounded(targets, [&n, weight](std::size_t i) {
-    const double a = n[0][i];
-    const double b = n[1][i];
-    const double c = n[2][i];
-    const double d = n[3][i];
-    return (c + c - b - d) * weight + (b + b - a - c) * weight;
-  });
-}
-
 // A product or quotient of two floats rounds to the same float from double as at once.
-void Times(std::span<float> targets, float weight) {
+MAROVIA_WIDE_VECTORS void Times(std::span<float> targets, float weight) {
   for (float& t : targets) t *= weight;
 }
 
-void Over(std::span<float> targets, float weight) {
+MAROVIA_WIDE_VECTORS void Over(std::span<float> targets, float weight) {
   for (float& t : targets) t /= weight;
+}
+
+void CheckSmall(bool small) {
+  if (!small) Fail(Errc::kOverflow, "Overflow: a lifting step leaves its range.");
 }
 
 void LiftWhole(WaveletKind wavelet, Direction direction, std::span<float> line) {
@@ -92,7 +139,7 @@ void LiftWhole(WaveletKind wavelet, Direction direction, std::span<float> line) 
   for (std::size_t i = 0; i < line.size(); ++i) {
     (i % 2 == 0 ? split.Low() : split.High())[i / 2] = line[i];
   }
-  split.Lift(LiftingSteps(wavelet, direction));
+  split.Lift(LiftingSteps(wavelet, direction), Precision::kDouble);
   for (std::size_t i = 0; i < line.size(); ++i) {
     line[i] = (i % 2 == 0 ? split.Low() : split.High())[i / 2];
   }
@@ -114,19 +161,19 @@ std::span<const LiftingStep> LiftingSteps(WaveletKind wavelet, Direction directi
   return forward ? std::span(kForward22) : std::span(kInverse22);
 }
 
-void ApplyStep(const LiftingStep& step, std::span<float> targets, const Neighbours& neighbours) {
+void ApplyStep(const LiftingStep& step, Precision precision, std::span<float> targets,
+               const Neighbours& neighbours) {
   const double weight = step.weight;
+  const bool single = precision == Precision::kSingle;
   switch (step.rule) {
     case kWeighted:
       return AddWeighted(targets, neighbours, weight);
-    case kRounded: {
-      const float* b = neighbours[1];
-      const float* c = neighbours[2];
-      return AddRounded(targets,
-                        [=](std::size_t i) { return (static_cast<double>(b[i]) + c[i]) * weight; });
-    }
+    case kRounded:
+      return CheckSmall(single ? RoundedInSingle(targets, neighbours, weight)
+                               : RoundedInDouble(targets, neighbours, weight));
     case kCurved:
-      return AddCurved(targets, neighbours, weight);
+      return CheckSmall(single ? CurvedInSingle(targets, neighbours, weight)
+                               : CurvedInDouble(targets, neighbours, weight));
     case kTimes:
       return Times(targets, static_cast<float>(weight));
     case kOver:
@@ -174,16 +221,16 @@ void SplitLine::ReflectEnds() {
   }
 }
 
-void SplitLine::Lift(std::span<const LiftingStep> steps) {
+void SplitLine::Lift(std::span<const LiftingStep> steps, Precision precision) {
   if (length_ < 2) return;
   for (const LiftingStep& step : steps) {
     ReflectEnds();
     const float* low = Low().data();
     const float* high = High().data();
     if (step.target == kHigh) {
-      ApplyStep(step, High(), {low - 1, low, low + 1, low + 2});
+      ApplyStep(step, precision, High(), {low - 1, low, low + 1, low + 2});
     } else {
-      ApplyStep(step, Low(), {nullptr, high - 1, high, nullptr});
+      ApplyStep(step, precision, Low(), {nullptr, high - 1, high, nullptr});
     }
   }
 }

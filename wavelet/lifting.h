@@ -42,11 +42,17 @@ struct LiftingStep {
 
 std::span<const LiftingStep> LiftingSteps(WaveletKind wavelet, Direction direction);
 
+// What the rounded steps compute in. Single precision gives the same where all samples are
+// multiples of a power of two with few enough bits between it and the largest of them
+// (ExactInSingle); the weighted steps are in double precision always.
+enum class Precision { kSingle, kDouble };
+
 // Applies one step to targets that lie one after another; neighbours[i] are a, b, c and d of the
 // targets (b and c alone where the rule needs no more). No neighbour overlaps a target.
-// Error kOverflow where a rounded value leaves 32 bits.
+// Error kOverflow where a value to be rounded leaves 32 bits.
 using Neighbours = std::array<const float*, 4>;
-void ApplyStep(const LiftingStep& step, std::span<float> targets, const Neighbours& neighbours);
+void ApplyStep(const LiftingStep& step, Precision precision, std::span<float> targets,
+               const Neighbours& neighbours);
 
 // The index of a sample of a line of `length` samples, reflected at both ends as often as needed.
 int Reflect(int index, int length);
@@ -62,7 +68,7 @@ class SplitLine {
   std::span<float> High() { return HighFrom(0, highCount_); }
 
   // The line's lifting steps, each over the whole line. Lines of one sample are left as they are.
-  void Lift(std::span<const LiftingStep> steps);
+  void Lift(std::span<const LiftingStep> steps, Precision precision);
 
  private:
   static constexpr int kMargin = 2;  // samples that a step reaches beyond either end

@@ -14,8 +14,9 @@ namespace marovia {
 // needed and stored as soon as they are done, so that only kRing of them are in memory.
 class RowLifter {
  public:
-  RowLifter(std::span<const LiftingStep> steps, int count, int width)
+  RowLifter(std::span<const LiftingStep> steps, Precision precision, int count, int width)
       : steps_(steps),
+        precision_(precision),
         count_(count),
         width_(static_cast<std::size_t>(width)),
         ring_(kRing * static_cast<std::size_t>(width)) {}
@@ -65,7 +66,7 @@ class RowLifter {
       const int k = round - step.lag;
       if (k < 0 || k >= CountOf(step.target)) continue;
       const int row = step.target == Band::kLow ? 2 * k : 2 * k + 1;
-      ApplyStep(step, Slot(row),
+      ApplyStep(step, precision_, Slot(row),
                 {Neighbour(row - 3), Neighbour(row - 1), Neighbour(row + 1), Neighbour(row + 3)});
     }
   }
@@ -79,6 +80,7 @@ class RowLifter {
   }
 
   std::span<const LiftingStep> steps_;
+  Precision precision_;
   int count_;
   std::size_t width_;
   std::vector<float> ring_;

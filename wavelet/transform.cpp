@@ -1,8 +1,10 @@
 #include "wavelet/transform.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
+#include "base/bits.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/lifting.h"
 #include "wavelet/row_lifter.h"
@@ -12,7 +14,7 @@ namespace marovia {
 namespace {
 
 template <class T>
-void Deinterleave(std::span<const T> line, SplitLine& split) {
+[[gnu::always_inline]] inline void DeinterleaveAs(std::span<const T> line, SplitLine& split) {
   float* low = split.Low().data();
   float* high = split.High().data();
   const std::size_t pairs = line.size() / 2;
@@ -23,7 +25,14 @@ void Deinterleave(std::span<const T> line, SplitLine& split) {
   if (line.size() % 2 != 0) low[pairs] = static_cast<float>(line.back());
 }
 
-void Interleave(SplitLine& split, std::span<float> line) {
+MAROVIA_WIDE_VECTORS void Deinterleave(std::span<const std::uint8_t> line, SplitLine& split) {
+  DeinterleaveAs(line, split);
+}
+MAROVIA_WIDE_VECTORS void Deinterleave(std::span<const float> line, SplitLine& split) {
+  DeinterleaveAs(line, split);
+}
+
+MAROVIA_WIDE_VECTORS void Interleave(SplitLine& split, std::span<float> line) {
   const float* low = split.Low().data();
   const float* high = split.High().data();
   const std::size_t pairs = line.size() / 2;
@@ -61,6 +70,9 @@ Corner CornerOf(const Grid<float>& coefficients, int level) {
   return {coefficients.Rows() >> (level - 1), coefficients.Cols() >> (level - 1)};
 }
 
+// The samples of an image and all that becomes of them in an integer transform stay below 2^17.
+constexpr Precision kForwardPrecision = Precision::kSingle;
+
 template <class T>
 void ForwardLevel(const Grid<T>& source, WaveletKind wavelet, Corner corner,
                   Grid<float>& coefficients) {
@@ -68,11 +80,11 @@ void ForwardLevel(const Grid<T>& source, WaveletKind wavelet, Corner corner,
   const auto cols = static_cast<std::size_t>(corner.cols);
   SplitLine split(corner.cols);
   split.Resize(corner.cols);
-  RowLifter(steps, corner.rows, corner.cols)
+  RowLifter(steps, kForwardPrecision, corner.rows, corner.cols)
       .Run(
           [&](Band band, int k, std::span<float> row) {
             Deinterleave(source.Row(band == Band::kLow ? 2 * k : 2 * k + 1), split);
-            split.Lift(steps);
+            split.Lift(steps, kForwardPrecision);
             StoreBands(split, row);
           },
           [&](Band band, int k, std::span<const float> row) {
@@ -81,15 +93,20 @@ void ForwardLevel(const Grid<T>& source, WaveletKind wavelet, Corner corner,
           });
 }
 
+struct Inverse {
+  WaveletKind wavelet;
+  Precision precision;
+};
+
 // Emit takes the finished rows of the level: emit(row number, samples).
 template <class Emit>
-void InverseLevel(const Grid<float>& coefficients, WaveletKind wavelet, Corner corner, Emit emit) {
-  const auto steps = LiftingSteps(wavelet, Direction::kInverse);
+void InverseLevel(const Grid<float>& coefficients, Inverse inverse, Corner corner, Emit emit) {
+  const auto steps = LiftingSteps(inverse.wavelet, Direction::kInverse);
   const auto cols = static_cast<std::size_t>(corner.cols);
   SplitLine split(corner.cols);
   split.Resize(corner.cols);
   std::vector<float> line(cols);
-  RowLifter(steps, corner.rows, corner.cols)
+  RowLifter(steps, inverse.precision, corner.rows, corner.cols)
       .Run(
           [&](Band band, int k, std::span<float> row) {
             const int place = InvPermPlace(band, k, corner.rows);
@@ -97,7 +114,7 @@ void InverseLevel(const Grid<float>& coefficients, WaveletKind wavelet, Corner c
           },
           [&](Band band, int k, std::span<const float> row) {
             LoadBands(row, split);
-            split.Lift(steps);
+            split.Lift(steps, inverse.precision);
             Interleave(split, line);
             emit(band == Band::kLow ? 2 * k : 2 * k + 1, std::span<const float>(line));
           });
@@ -112,15 +129,48 @@ Grid<float> CopyOf(const Grid<float>& coefficients, Corner corner) {
   return copy;
 }
 
-void InverseLevelInPlace(Grid<float>& coefficients, WaveletKind wavelet, Corner corner) {
+void InverseLevelInPlace(Grid<float>& coefficients, Inverse inverse, Corner corner) {
   Grid<float> result(corner.rows, corner.cols);
-  InverseLevel(coefficients, wavelet, corner, [&](int r, std::span<const float> samples) {
+  InverseLevel(coefficients, inverse, corner, [&](int r, std::span<const float> samples) {
     std::copy(samples.begin(), samples.end(), result.Row(r).begin());
   });
   for (int r = 0; r < corner.rows; ++r) {
     const auto row = result.Row(r);
     std::copy(row.begin(), row.end(), coefficients.Row(r).begin());
   }
+}
+
+MAROVIA_WIDE_VECTORS float LargestMagnitude(std::span<const float> values) {
+  // Magnitudes are in the order of their bit patterns.
+  std::int32_t largest = 0;
+  for (const float value : values) {
+    largest = std::max(largest, std::bit_cast<std::int32_t>(value) & INT32_MAX);
+  }
+  return std::bit_cast<float>(largest);
+}
+
+// Whether all values times `factor`, below 2^22 in magnitude, are whole numbers.
+MAROVIA_WIDE_VECTORS bool AreWhole(std::span<const float> values, float factor) {
+  constexpr float kRounder = 12582912.0F;
+  std::int32_t fractions = 0;
+  for (const float value : values) {
+    const float scaled = value * factor;
+    fractions |= ((scaled + kRounder) - kRounder) != scaled ? 1 : 0;
+  }
+  return fractions == 0;
+}
+
+// Going back a level, the integer wavelets make values at most 6.25 (5/3) or 8.3 (2+2,2) times as
+// large, and a step sums four of them. Single precision is exact where that leaves all values
+// multiples of a power of two that is at least 2^-24 of the largest sum.
+Precision InversePrecision(std::span<const float> values, WaveletKind wavelet, int levels) {
+  if (!IsInteger(wavelet)) return Precision::kDouble;
+  const double growth = wavelet == WaveletKind::kInteger53 ? 7 : 9;
+  const double bound = (LargestMagnitude(values) + 1.0) * std::pow(growth, levels);
+  constexpr double kMost = 4194304.0;  // 2^22
+  if (!(bound < kMost)) return Precision::kDouble;
+  const auto factor = static_cast<float>(std::exp2(std::floor(std::log2(kMost / bound))));
+  return AreWhole(values, factor) ? Precision::kSingle : Precision::kDouble;
 }
 
 void ForwardLevels(const Image& image, WaveletKind wavelet, int levels, Grid<float>& coefficients) {
@@ -151,15 +201,16 @@ Image InvertTheTransformQuant(Grid<float>& coefficients, WaveletKind wavelet, in
     ToPixels(coefficients.Samples(), image.Samples());
     return image;
   }
+  const Inverse inverse{wavelet, InversePrecision(coefficients.Samples(), wavelet, levels)};
   for (int level = levels; level > 1; --level) {
-    InverseLevelInPlace(coefficients, wavelet, CornerOf(coefficients, level));
+    InverseLevelInPlace(coefficients, inverse, CornerOf(coefficients, level));
   }
-  InverseLevel(coefficients, wavelet, CornerOf(coefficients, 1),
+  InverseLevel(coefficients, inverse, CornerOf(coefficients, 1),
                [&](int r, std::span<const float> samples) { ToPixels(samples, image.Row(r)); });
   return image;
 }
 
-void ToPixels(std::span<const float> values, std::span<std::uint8_t> pixels) {
+MAROVIA_WIDE_VECTORS void ToPixels(std::span<const float> values, std::span<std::uint8_t> pixels) {
   // 1.5 * 2^23: adding and subtracting it rounds a float below 2^22 half to even.
   constexpr float kRounder = 12582912.0F;
   // From here on the rounded value or its magnitude is above 32767; a NaN is not below it either.

@@ -62,18 +62,18 @@ struct CompressOptions {
   WaveletKind wavelet = WaveletKind::kDaub97;
   // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long
   // as padding the sides to multiples of 2^levels adds at most 6 % of the pixels, else 3.
-  std::optional<int> levels;
+  std::optional<int> levels = {};
   // Bits per pixel of the image (unpadded), the header included. Ignored by kAwg.
   double rate = 0.5;
   // The most bytes that the file may have, in place of the rate. Ignored by kAwg.
-  std::optional<std::int64_t> bytes;
+  std::optional<std::int64_t> bytes = {};
   // Spend the last `share` of the bits (0 to 0.99; held to that) on this part of the image.
-  std::optional<Region> region;
+  std::optional<Region> region = {};
   float share = 0.9F;
   // Repeat the last row and column up to multiples of 2^levels, and note the true size in the file.
   // Without it such sides are coded as they are, and do not come back faithfully.
   bool pad = true;
-  PassListener onPass;
+  PassListener onPass = {};
 };
 
 struct CompressResult {
@@ -113,9 +113,9 @@ FileInfo Inspect(ByteView file, FileKind kind, std::int64_t maxPixels = kDefault
 
 struct DecompressOptions {
   // Bits per pixel to decode, held to what the file was made with; unset: all. Ignored by kAwg.
-  std::optional<double> rate;
+  std::optional<double> rate = {};
   std::int64_t maxPixels = kDefaultMaxPixels;
-  PassListener onPass;
+  PassListener onPass = {};
 };
 
 struct DecompressResult {
