@@ -173,6 +173,25 @@ Precision InversePrecision(std::span<const float> values, WaveletKind wavelet, i
   return AreWhole(values, factor) ? Precision::kSingle : Precision::kDouble;
 }
 
+// Whether every rounded value, and its magnitude, fits 16 bits.
+MAROVIA_WIDE_VECTORS bool RoundToPixels(std::span<const float> values,
+                                        std::span<std::uint8_t> pixels) {
+  // 1.5 * 2^23: adding and subtracting it rounds a float below 2^22 half to even.
+  constexpr float kRounder = 12582912.0F;
+  // From here on the rounded value or its magnitude is above 32767; a NaN is not below it either.
+  constexpr float kMostBefore16Bits = 32767.5F;
+  std::int32_t tooLarge = 0;
+  const std::size_t count = values.size();
+  std::uint8_t* __restrict out = pixels.data();
+  for (std::size_t i = 0; i < count; ++i) {
+    const float magnitude = std::fabs(values[i]);
+    tooLarge |= magnitude < kMostBefore16Bits ? 0 : 1;
+    const float capped = magnitude < 255.0F ? magnitude : 255.0F;
+    out[i] = static_cast<std::uint8_t>(static_cast<std::int32_t>((capped + kRounder) - kRounder));
+  }
+  return tooLarge == 0;
+}
+
 void ForwardLevels(const Image& image, WaveletKind wavelet, int levels, Grid<float>& coefficients) {
   if (levels == 0) {
     std::copy(image.Samples().begin(), image.Samples().end(), coefficients.Samples().begin());
@@ -210,21 +229,10 @@ Image InvertTheTransformQuant(Grid<float>& coefficients, WaveletKind wavelet, in
   return image;
 }
 
-MAROVIA_WIDE_VECTORS void ToPixels(std::span<const float> values, std::span<std::uint8_t> pixels) {
-  // 1.5 * 2^23: adding and subtracting it rounds a float below 2^22 half to even.
-  constexpr float kRounder = 12582912.0F;
-  // From here on the rounded value or its magnitude is above 32767; a NaN is not below it either.
-  constexpr float kMostBefore16Bits = 32767.5F;
-  std::int32_t tooLarge = 0;
-  const std::size_t count = values.size();
-  std::uint8_t* __restrict out = pixels.data();
-  for (std::size_t i = 0; i < count; ++i) {
-    const float magnitude = std::fabs(values[i]);
-    tooLarge |= magnitude < kMostBefore16Bits ? 0 : 1;
-    const float capped = magnitude < 255.0F ? magnitude : 255.0F;
-    out[i] = static_cast<std::uint8_t>(static_cast<std::int32_t>((capped + kRounder) - kRounder));
+void ToPixels(std::span<const float> values, std::span<std::uint8_t> pixels) {
+  if (!RoundToPixels(values, pixels)) {
+    Fail(Errc::kOverflow, "Overflow: a reconstructed value leaves 16 bits.");
   }
-  if (tooLarge != 0) Fail(Errc::kOverflow, "Overflow: a reconstructed value leaves 16 bits.");
 }
 
 }  // namespace marovia
