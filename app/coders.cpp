@@ -1,0 +1,132 @@
+#include "codec/coders.h"
+
+#include <algorithm>
+
+#include "app/frm_main.h"
+#include "base/number_text.h"
+#include "codec/compression.h"
+#include "codec/decompression.h"
+
+namespace marovia {
+
+// clang-format off
+void frmMain::Compress_WDR_Binary()                { Compress(FileKind::kAwb, Emphasis::kNone); }
+void frmMain::Compress_WDR_Arithmetic()            { Compress(FileKind::kAwa, Emphasis::kNone); }
+void frmMain::Compress_ASWDR_Binary_Ver1()         { Compress(FileKind::kAwd, Emphasis::kNone); }
+void frmMain::Compress_ASWDR_Arithmetic_Ver1()     { Compress(FileKind::kAwf, Emphasis::kNone); }
+void frmMain::Compress_ASWDR_Ver1_Lossless()       { Compress(FileKind::kAwg, Emphasis::kNone); }
+void frmMain::Compress_WDR_Binary_ROI()            { Compress(FileKind::kAwb, Emphasis::kRegion); }
+void frmMain::Compress_WDR_Arithmetic_ROI()        { Compress(FileKind::kAwa, Emphasis::kRegion); }
+void frmMain::Compress_ASWDR_Binary_Ver1_ROI()     { Compress(FileKind::kAwd, Emphasis::kRegion); }
+void frmMain::Compress_ASWDR_Arithmetic_Ver1_ROI() { Compress(FileKind::kAwf, Emphasis::kRegion); }
+void frmMain::Compress_ASWDR_Ver1_Lossless_ROI()   { Compress(FileKind::kAwg, Emphasis::kRegion); }
+void frmMain::DeCompress_WDR_Binary()              { DeCompress(FileKind::kAwb); }
+void frmMain::DeCompress_WDR_Arithmetic()          { DeCompress(FileKind::kAwa); }
+void frmMain::DeCompress_ASWDR_Binary_Ver1()       { DeCompress(FileKind::kAwd); }
+void frmMain::DeCompress_ASWDR_Arithmetic_Ver1()   { DeCompress(FileKind::kAwf); }
+void frmMain::DeCompress_ASWDR_Ver1_Lossless()     { DeCompress(FileKind::kAwg); }
+void frmMain::Compress_ASWDR_Binary_Ver2()         { SendMessage("Procedure not available yet."); }
+void frmMain::DeCompress_ASWDR_Binary_Ver2()       { SendMessage("Procedure not available yet."); }
+// clang-format on
+
+void frmMain::Compress(FileKind kind, Emphasis emphasis) {
+  RequireImage();
+  const Coder& coder = CoderOf(kind);
+  if (coder.scan == ScanKind::kAdaptive) SendMessage("");
+  std::string fileName;
+  if (SetCompressedFileName(fileName, coder.extension) == -1) return;
+  CompressInto(fileName, coder, emphasis);
+}
+
+// Nothing is written before the run is over, so that one that fails leaves an earlier file whole.
+void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emphasis emphasis) {
+  file_ = fileName;
+  Compression run(coder, *state.SourceImage, state.WaveletKind, state.padToFit);
+  if (!WriteHeaderStart(run, coder)) return WriteChosenFile(fileName, run.File());
+  WriteTransform(run, coder);
+  if (emphasis == Emphasis::kRegion) SetRegion(run);
+
+  const auto report = [this](const PassReport& pass) {
+    ReportData(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant, pass.bits);
+  };
+  const PassReport closing = run.WritePasses(report);
+  WriteChosenFile(fileName, run.File());
+  report(closing);
+  ReportCompressedFile(fileName, coder);
+  SetPointer(Pointer::kDefault);
+  mnuDecompress.enabled = true;
+  mnuDecompress_Click();
+}
+
+// False where the number of levels was refused: the file then ends with its budget.
+bool frmMain::WriteHeaderStart(Compression& run, const Coder& coder) {
+  if (coder.HasBudget()) run.WriteBudget(LeadingNumber(txtBitRate.text));
+  const std::int16_t levels = coder.lossless ? SetNumberOfLevelsLossless() : SetNumberOfLevels();
+  if (levels < 0) return false;
+  run.WriteLevels(levels);
+  return true;
+}
+
+void frmMain::WriteTransform(Compression& run, const Coder& coder) {
+  SendMessage("Transforming image...");
+  const Grid<float>& coefficients =
+      coder.lossless ? TransformTheImageLossless(run) : TransformTheImage(run);
+  SetPointer(Pointer::kBusy);
+  run.WriteMean();
+  state.TransformArray = coefficients;
+  run.WriteThreshold();
+}
+
+// The mask is shown in place of a reconstruction, white where the coefficients belong to the
+// region.
+void frmMain::SetRegion(Compression& run) {
+  const Region region = GetROICoordinates();
+  const auto share = static_cast<float>(std::clamp(LeadingNumber(txtROIPercent.text), -1.0, 1.0));
+  if (const float held = HeldShare(share); held != share) {
+    txtROIPercent.text = TrimmedNumberText(held);
+    desktop_.Repaint(txtROIPercent);
+  }
+  Image mask = run.SetRegion(region, share);
+  std::ranges::for_each(mask.Samples(), [](std::uint8_t& sample) { sample *= 255; });
+  state.ReconstructedImage = std::move(mask);
+  DisplayImageRec();
+}
+
+void frmMain::DeCompress(FileKind kind) {
+  std::string fileName;
+  if (GetCompressedFileName(fileName, Extension(kind)) == -1) return;
+  SendMessage("Decompressing...");
+  Decode(ReadChosenFile(fileName), kind);
+}
+
+void frmMain::Decode(ByteView file, FileKind kind) {
+  SetPointer(Pointer::kBusy);
+  Decompression run(file, kind, kDefaultMaxPixels);
+  ShowHeader(run.Info());
+  const Coder& coder = run.TheCoder();
+  if (coder.HasBudget() && run.SetRate(LeadingNumber(txtBitRate.text)))
+    AppendToReport("Bpp value too large, decompressing at largest possible rate.\r\n");
+
+  const auto report = [this](const PassReport& pass) {
+    ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
+                  pass.bits);
+  };
+  report(run.ReadPasses(report));
+  SendMessage("Inverse transforming...");
+  coder.lossless ? InvertTheTransformQuantLossless(run) : InvertTheTransformQuant(run);
+  SendMessage("Image decompressed.");
+  if (run.Truncated())
+    AppendToReport("\r\nThe file is cut short: bits that were asked for are missing.");
+  SetPointer(Pointer::kDefault);
+}
+
+void frmMain::ShowHeader(const FileInfo& info) {
+  state.WaveletKind = info.wavelet;
+  ResetWaveletLabel();
+  txtLevels.text = TrimmedNumberText(info.levels);
+  desktop_.Repaint(txtLevels);
+  state.decodedRows = info.rows;
+  state.decodedCols = info.cols;
+}
+
+}  // namespace marovia

@@ -1,0 +1,128 @@
+// The kinds of controls as plain values: what a view reads to show one, and writes after an edit.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "marovia/image.h"
+
+#include "measures/region.h"
+
+namespace marovia {
+
+// Where a control stands in its container, in twips, 15 to a pixel of 96 to the inch. Only what a
+// rule moves or stacks is placed; a view with layouts of its own may ignore all of it.
+struct Place {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+};
+
+// The name, with its index in an array of controls ("OpMethod(0)"), is unique in the form.
+struct Control {
+  explicit Control(std::string_view itsName) : name(itsName) {}
+
+  std::string_view name;
+  bool enabled = true;
+  bool visible = true;
+  Place place;
+};
+
+struct CaptionedControl : Control {
+  CaptionedControl(std::string_view itsName, std::string itsCaption)
+      : Control(itsName), caption(std::move(itsCaption)) {}
+
+  std::string caption;
+};
+
+// In the captions of menus and buttons "&" stands before the letter that reaches them.
+struct TextLabel : CaptionedControl {
+  using CaptionedControl::CaptionedControl;
+};
+struct Button : CaptionedControl {
+  using CaptionedControl::CaptionedControl;
+};
+struct MenuItem : CaptionedControl {
+  using CaptionedControl::CaptionedControl;
+};
+struct FrameBox : CaptionedControl {
+  using CaptionedControl::CaptionedControl;
+};
+struct OptionButton : CaptionedControl {
+  using CaptionedControl::CaptionedControl;
+  bool selected = false;
+};
+struct CheckBox : CaptionedControl {
+  using CaptionedControl::CaptionedControl;
+  bool checked = false;
+};
+
+struct TextBox : Control {
+  explicit TextBox(std::string_view itsName, std::string itsText = {})
+      : Control(itsName), text(std::move(itsText)) {}
+
+  std::string text;
+  std::size_t selStart = 0;
+  std::size_t selLength = 0;
+};
+
+struct ComboBox : Control {
+  ComboBox(std::string_view itsName, std::string itsText)
+      : Control(itsName), text(std::move(itsText)) {}
+
+  std::string text;
+  std::vector<std::string> list;
+};
+
+// Options of which at most one is selected; the first at the start.
+template <std::size_t N>
+struct OptionGroup {
+  explicit OptionGroup(std::array<OptionButton, N> itsOptions) : options(std::move(itsOptions)) {
+    Select(0);
+  }
+
+  OptionButton& operator[](std::size_t i) { return options[i]; }
+  const OptionButton& operator[](std::size_t i) const { return options[i]; }
+
+  void Select(std::size_t chosen) {
+    for (std::size_t i = 0; i < N; ++i) options[i].selected = i == chosen;
+  }
+  // The first selected option, or N.
+  [[nodiscard]] std::size_t Selected() const {
+    std::size_t i = 0;
+    while (i < N && !options[i].selected) ++i;
+    return i;
+  }
+
+  std::array<OptionButton, N> options;
+};
+
+struct Colour {
+  unsigned char red = 0;
+  unsigned char green = 0;
+  unsigned char blue = 0;
+  friend bool operator==(const Colour&, const Colour&) = default;
+};
+
+// A rectangle in the units in which the mouse is reported.
+struct Outline {
+  PictureRectangle corners;
+  Colour colour;
+};
+
+struct PictureBox : Control {
+  using Control::Control;
+
+  // 256 x 256, or empty where nothing is shown. Pixel (r, c) stands at the picture's coordinate
+  // (c + 1, r + 1): its coordinates run from 1 to 256.
+  Image raster;
+  std::optional<Outline> outline;
+};
+
+}  // namespace marovia

@@ -1,0 +1,88 @@
+// All controls of the form, as they are when it is created.
+#pragma once
+
+#include "app/control_kinds.h"
+#include "app/file_dialog.h"
+
+namespace marovia {
+
+struct Controls {
+  Place window;
+  FileDialog dialog;
+
+  MenuItem mnuFile{"mnuFile", "&File"};
+  MenuItem mnuGetImage{"mnuGetImage", "&Get Image"};
+  MenuItem mnuSeparator{"mnuSeparator", "-"};
+  MenuItem mnuSaveReconstructedImage{"mnuSaveReconstructedImage", "&Save Reconstructed Image"};
+  MenuItem mnuTransformImage = Disabled(MenuItem{"mnuTransformImage", "&Transform "});
+  MenuItem mnuCompress = Disabled(MenuItem{"mnuCompress", "&Compress"});
+  MenuItem mnuDecompress = Disabled(MenuItem{"mnuDecompress", "&Decompress"});
+  MenuItem mnuErrormeasures{"mnuErrormeasures", "&Error measures"};
+  MenuItem mnuHelp{"mnuHelp", "&Help"};
+
+  PictureBox GraphBox{"GraphBox"};
+  PictureBox GraphBoxRec{"GraphBoxRec"};
+  OptionButton OpDisplayTransform = Disabled(OptionButton{"OpDisplayTransform", "Transform"});
+  OptionButton OpDisplayImage = Selected(OptionButton{"OpDisplayImage", "Image"});
+  TextBox Report{"Report"};
+
+  // The side panel: Frame2 holds the two containers frProc, of which at most one is in view.
+  FrameBox Frame2 = Placed(FrameBox{"Frame2", ""}, {.width = 3900, .height = 6615});
+  std::array<FrameBox, 2> frProc{FrameBox{"frProc(0)", ""}, FrameBox{"frProc(1)", ""}};
+
+  // In frProc(0): transform, compress and decompress.
+  std::array<TextLabel, 5> Label{
+      TextLabel{"Label(0)", "Compress/Decompress"}, TextLabel{"Label(1)", "Levels:"},
+      TextLabel{"Label(2)", "Wavelet:"}, TextLabel{"Label(3)", "Bit rate (bpp):"},
+      TextLabel{"Label(4)", "Percentage of bits to ROI:"}};
+  std::array<FrameBox, 3> Frame{Placed(FrameBox{"Frame(0)", "Transform type"}, {.height = 735}),
+                                Placed(FrameBox{"Frame(1)", "Coding properties"}, {.height = 2415}),
+                                Placed(FrameBox{"Frame(2)", ""}, {.height = 1095})};
+  OptionGroup<2> OpTransform{
+      {OptionButton{"OpTransform(0)", "Forward "}, OptionButton{"OpTransform(1)", "Inverse "}}};
+  FrameBox Frame3 = Placed(FrameBox{"Frame3", ""}, {.height = 1335});
+  TextLabel Label2 = Placed(TextLabel{"Label2", "Method:"},
+                            {.left = 120, .top = 180, .width = 735, .height = 255});
+  OptionGroup<3> OpMethod{{Placed(OptionButton{"OpMethod(0)", "WDR"},
+                                  {.left = 240, .top = 450, .width = 855, .height = 255}),
+                           Placed(OptionButton{"OpMethod(1)", "ASWDR"},
+                                  {.left = 240, .top = 720, .width = 1095, .height = 255}),
+                           Placed(OptionButton{"OpMethod(2)", "ASWDR_2"},
+                                  {.left = 240, .top = 990, .width = 1335, .height = 255})}};
+  TextLabel Label1{"Label1", "Symbol Encoding:"};
+  OptionGroup<2> OpEntropyCode{
+      {OptionButton{"OpEntropyCode(0)", "Binary"}, OptionButton{"OpEntropyCode(1)", "Arithmetic"}}};
+  TextBox txtBitRate{"txtBitRate", "0.25"};
+  TextBox txtROIPercent{"txtROIPercent", ".9"};
+  ComboBox cmbWavelet{"cmbWavelet", "DD 2+2,2 Integer"};
+  TextBox txtLevels{"txtLevels", "4"};
+
+  // In frProc(1): the error measures.
+  TextLabel Label3{"Label3", "Error measures"};
+  OptionGroup<3> OpErrorMeasure{{OptionButton{"OpErrorMeasure(0)", "Sup"},
+                                 OptionButton{"OpErrorMeasure(1)", "PSNR"},
+                                 OptionButton{"OpErrorMeasure(2)", "RMS"}}};
+  CheckBox chkROIErrorOnly =
+      Disabled(CheckBox{"chkROIErrorOnly", "Restrict to Region of Interest"});
+
+  // One at the foot of each container.
+  std::array<Button, 2> cmdBegin{Button{"cmdBegin(0)", "Go"}, Button{"cmdBegin(1)", "Compute"}};
+
+ private:
+  template <class T>
+  static T Disabled(T control) {
+    control.enabled = false;
+    return control;
+  }
+  static OptionButton Selected(OptionButton option) {
+    option.selected = true;
+    return option;
+  }
+  template <class T>
+  static T Placed(T control, Place place) {
+    control.place = place;
+    return control;
+  }
+};
+
+}  // namespace marovia

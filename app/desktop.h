@@ -1,0 +1,41 @@
+// How the form reaches what is outside it.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "app/control_kinds.h"
+#include "app/file_dialog.h"
+
+namespace marovia {
+
+enum class Pointer { kDefault, kBusy };
+
+// The units of mouse positions in the pictures: 1 x 1 where they are pixels, 15 x 15 for twips.
+struct UnitsPerPixel {
+  float vertical = 1;
+  float horizontal = 1;
+};
+
+class Desktop {
+ public:
+  Desktop() = default;
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+  virtual ~Desktop() = default;
+
+  // The file that the user chose; nothing where the question was cancelled or could not be put.
+  virtual std::optional<std::filesystem::path> ChooseFile(const FileDialog& dialog) = 0;
+  virtual void SetPointer(Pointer pointer) = 0;
+  // Shows a control's new value at once, in the middle of a handler. After a handler any control
+  // may differ.
+  virtual void Repaint(const Control& control) = 0;
+  virtual void SetFocus(const Control& control) = 0;
+  // Command 3: from the contents.
+  virtual void ShowHelp(const std::filesystem::path& file, int command) = 0;
+
+  [[nodiscard]] virtual std::filesystem::path ProgramFolder() const = 0;
+  [[nodiscard]] virtual UnitsPerPixel PictureUnits() const = 0;
+};
+
+}  // namespace marovia

@@ -1,0 +1,35 @@
+// The question for a file, and the kinds of files that it offers.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace marovia {
+
+enum class DialogForm { kOpen, kSave };
+
+// Flags of the dialog: ask before an existing file is replaced; accept only a file that is there.
+inline constexpr int kAskBeforeReplacing = 2;
+inline constexpr int kFileMustExist = 4096;
+
+struct FileDialog {
+  DialogForm form = DialogForm::kOpen;
+  std::string title;
+  std::string filter;  // "Windows bitmap|*.bmp|PGM file|*.pgm": description and pattern in turn
+  std::filesystem::path initialFolder;  // need not be there
+  int flags = 0;
+  std::string fileName;       // the last one chosen
+  std::string defaultSuffix;  // for a name typed without one, under the first pattern
+};
+
+struct FileFilter {
+  std::string description;
+  std::string pattern;
+  std::string suffix;  // "bmp" of "*.bmp"
+};
+
+std::vector<FileFilter> SplitFilter(std::string_view filter);
+
+}  // namespace marovia

@@ -1,0 +1,187 @@
+// The form: everything that a user does in the window, without the window.
+//
+//   FakeDesktop or the Qt window -> frmMain(desktop) -> Form_Load()
+//
+// An edit is stored in its control's value (txtBitRate.text, OpMethod.Select(1), ...), then the
+// control's handler is called, if it has one. After any handler every control may have changed.
+// An action that fails ends with one sentence in Report; all else is as before it.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "marovia/codec.h"
+
+#include "app/app_state.h"
+#include "app/controls.h"
+#include "app/desktop.h"
+
+namespace marovia {
+
+class Compression;
+class Decompression;
+struct Coder;
+struct Sides;
+
+class frmMain : public Controls {
+ public:
+  // The desktop must outlive the form.
+  explicit frmMain(Desktop& desktop) : desktop_(desktop) {}
+
+  AppState state;
+
+  // Start and end.
+  void Form_Load();
+  void Form_Unload();
+  void InitializeGlobalVariables();
+  void InitializeSideBox();
+  void InitializeWaveletLabels();
+  void CreatePublicVersionOfForm();
+
+  // Handlers.
+  void mnuGetImage_Click();
+  void mnuSaveReconstructedImage_Click();
+  void mnuTransformImage_Click();
+  void mnuCompress_Click();
+  void mnuDecompress_Click();
+  void mnuErrormeasures_Click();
+  void mnuHelp_Click();
+  void cmdBegin_Click(std::int16_t index);
+  void cmbWavelet_Click();
+  void OpDisplayImage_Click();
+  void OpDisplayTransform_Click();
+  // Button 1 is the left one; a move gives the sum of those held down. Positions in the units of
+  // Desktop::PictureUnits.
+  void GraphBox_MouseDown(std::int16_t button, std::int16_t shift, float x, float y);
+  void GraphBox_MouseMove(std::int16_t button, std::int16_t shift, float x, float y);
+  void GraphBox_MouseUp(std::int16_t button, std::int16_t shift, float x, float y);
+
+  // A file by its name alone, dropped or named at the start: an image is loaded, a compressed file
+  // decompressed whole, with the options set to what it was made with.
+  void OpenFile(const std::filesystem::path& file);
+  // How the text of txtBitRate is read: "0.25 bits per pixel: 8192 bytes", "lossless". The bytes
+  // only while an image is loaded.
+  [[nodiscard]] std::string RateHint() const;
+
+  // Reports.
+  void SendMessage(std::string_view text);
+  void ReportData(std::int16_t pass, float threshold, std::int32_t significantCount,
+                  std::int32_t bitCount);
+  void ReportDataRec(std::int16_t pass, float threshold, std::int32_t significantCount,
+                     std::int32_t bitCount);
+  void ReportROICoordinates();
+
+  // Files. Deletes what matches in the current folder; never fails. Not for a chosen name.
+  static void SafeKill(const std::string& pattern);
+  // 1 with the chosen name, or -1 with the name as it was.
+  std::int16_t SetCompressedFileName(std::string& fileName, std::string_view extension);
+  std::int16_t GetCompressedFileName(std::string& fileName, std::string_view extension);
+  void GetTheImage();
+  void LoadImage();
+  void LoadBMPImage(const std::string& fileName);
+  void DisplayBMPImage(const std::string& fileName);
+  void SaveTheReconstructedImage();
+  void SaveRecImage(const std::string& fileName);
+  void SaveRecImageAsBmp(const std::string& fileName);
+
+  // Pictures. Mode 0 reads the chosen PGM first.
+  void DisplayImage(std::int16_t mode);
+  void DisplayImageWaveletTransform();
+  void DisplayImageRec();
+
+  // Levels and wavelet. The number of levels, or -1 where it was refused.
+  std::int16_t SetNumberOfLevels();
+  std::int16_t SetNumberOfLevelsLossless();
+  void ResetWaveletLabel();
+  [[nodiscard]] std::int16_t SupportOfWavelet() const;
+
+  // Transforms: of the panel, and as steps of a run.
+  void TransformTheImage();
+  void InvertTheTransform();
+  const Grid<float>& TransformTheImage(Compression& run);
+  const Grid<float>& TransformTheImageLossless(Compression& run);
+  void InvertTheTransformQuant(Decompression& run);
+  void InvertTheTransformQuantLossless(Decompression& run);
+
+  // Measures and region. A `which` of 0 is the PSNR, any other the root mean square error.
+  void ComputeSupNormError();
+  void ComputeMSEorPSNR(std::int16_t which);
+  [[nodiscard]] Region GetROICoordinates() const;
+
+  // What Go leads to.
+  void Compress_WDR_Binary();
+  void Compress_WDR_Arithmetic();
+  void Compress_ASWDR_Binary_Ver1();
+  void Compress_ASWDR_Arithmetic_Ver1();
+  void Compress_ASWDR_Ver1_Lossless();
+  void Compress_WDR_Binary_ROI();
+  void Compress_WDR_Arithmetic_ROI();
+  void Compress_ASWDR_Binary_Ver1_ROI();
+  void Compress_ASWDR_Arithmetic_Ver1_ROI();
+  void Compress_ASWDR_Ver1_Lossless_ROI();
+  void DeCompress_WDR_Binary();
+  void DeCompress_WDR_Arithmetic();
+  void DeCompress_ASWDR_Binary_Ver1();
+  void DeCompress_ASWDR_Arithmetic_Ver1();
+  void DeCompress_ASWDR_Ver1_Lossless();
+  // The hidden second version has no coder yet: both say so.
+  void Compress_ASWDR_Binary_Ver2();
+  void DeCompress_ASWDR_Binary_Ver2();
+
+ private:
+  enum class Emphasis { kNone, kRegion };
+
+  // Runs an action of the user. Where it throws, its changes are taken back.
+  void Act(const std::function<void()>& action);
+  [[nodiscard]] std::string FailureText(std::string_view what) const;
+  void SetPointer(Pointer pointer);
+  // Error kInvalidArgument.
+  void RequireImage() const;
+
+  void ShowPanel(std::string_view mode, bool transformType, bool coding, bool bitRate);
+  void GoTransform();
+  void GoCoder();
+  void Compute();
+
+  void AppendToReport(std::string_view text);
+  void ReportCompressedFile(const std::string& fileName, const Coder& coder);
+
+  bool AskForFile(DialogForm form, std::string_view title, int flags);
+  std::int16_t AskForCompressedFile(std::string& fileName, std::string_view extension,
+                                    std::string_view title, int flags);
+  Bytes ReadChosenFile(const std::string& fileName);
+  void WriteChosenFile(const std::string& fileName, ByteView bytes);
+  void LoadChosenImage();
+  void TakeSourceImage(Image image, std::string alteration);
+
+  void ShowCoefficients(const Grid<float>& coefficients);
+  void RefreshGraphBox();
+  [[nodiscard]] Sides SidesForLevels() const;
+
+  void FollowDrag(float x, float y);
+  void DropRegion();
+
+  void Compress(FileKind kind, Emphasis emphasis);
+  void CompressInto(const std::string& fileName, const Coder& coder, Emphasis emphasis);
+  bool WriteHeaderStart(Compression& run, const Coder& coder);
+  void WriteTransform(Compression& run, const Coder& coder);
+  void SetRegion(Compression& run);
+  void DeCompress(FileKind kind);
+  void Decode(ByteView file, FileKind kind);
+  void ShowHeader(const FileInfo& info);
+  void OpenCompressedFile(const std::string& fileName, FileKind kind);
+
+  Desktop& desktop_;
+  Pointer pointer_ = Pointer::kDefault;
+  bool acting_ = false;
+  bool dragging_ = false;
+  // What a failure's sentence begins with: the prescribed words, if any, and the file at work.
+  std::string lead_;
+  std::string file_;
+};
+
+}  // namespace marovia

@@ -1,0 +1,34 @@
+#include "marovia/measures.h"
+
+#include "app/frm_main.h"
+#include "measures/measure_text.h"
+
+namespace marovia {
+namespace {
+
+struct Measured {
+  ErrorMeasures measures;
+  MeasuredArea area = MeasuredArea::kImage;
+};
+
+Measured MeasureForm(const frmMain& form) {
+  const Image& source = *form.state.SourceImage;
+  const Image& reconstruction = *form.state.ReconstructedImage;
+  if (!form.chkROIErrorOnly.checked) return {Measure(source, reconstruction)};
+  return {Measure(source, reconstruction, form.GetROICoordinates()), MeasuredArea::kRegion};
+}
+
+}  // namespace
+
+void frmMain::ComputeSupNormError() {
+  const Measured result = MeasureForm(*this);
+  SendMessage(SupNormText(result.measures, result.area));
+}
+
+void frmMain::ComputeMSEorPSNR(std::int16_t which) {
+  const Measured result = MeasureForm(*this);
+  SendMessage(which == 0 ? PsnrText(result.measures, result.area)
+                         : MeanSquareText(result.measures, result.area));
+}
+
+}  // namespace marovia

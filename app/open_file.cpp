@@ -1,0 +1,74 @@
+#include <algorithm>
+#include <cctype>
+
+#include "marovia/error.h"
+
+#include "app/frm_main.h"
+#include "base/number_text.h"
+#include "codec/coders.h"
+#include "coding/file_header.h"
+
+namespace marovia {
+namespace {
+
+std::string LowerExtension(const std::filesystem::path& file) {
+  std::string extension = file.extension().string();
+  if (!extension.empty()) extension.erase(0, 1);
+  std::ranges::transform(extension, extension.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension;
+}
+
+// The rate at which a file was made; "0" for a lossless one.
+std::string RateText(const FileInfo& info) {
+  if (!info.budget) return "0";
+  return TrimmedNumberText(*info.budget / (static_cast<double>(info.rows) * info.cols));
+}
+
+std::string BytesText(double rate, int rows, int cols) {
+  const std::int32_t bits = std::max(0, BitBudget(rate, rows, cols));
+  return ": " + std::to_string(bits / 8 + (bits % 8 != 0 ? 1 : 0)) + " bytes";
+}
+
+}  // namespace
+
+void frmMain::OpenFile(const std::filesystem::path& file) {
+  Act([this, &file] {
+    const std::string extension = LowerExtension(file);
+    if (extension == "pgm" || extension == "bmp") {
+      dialog.fileName = file.string();
+      LoadChosenImage();
+    } else if (const auto kind = KindOfExtension(extension)) {
+      OpenCompressedFile(file.string(), *kind);
+    } else {
+      SendMessage(file.filename().string() +
+                  ": neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg).");
+    }
+  });
+}
+
+void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
+  SendMessage("Decompressing...");
+  const Bytes bytes = ReadChosenFile(fileName);
+  const Coder& coder = CoderOf(kind);
+  OpMethod.Select(coder.scan == ScanKind::kAdaptive ? 1 : 0);
+  OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
+  txtBitRate.text = RateText(Inspect(bytes, kind));
+  mnuDecompress.enabled = true;
+  mnuDecompress_Click();
+  Decode(bytes, kind);
+}
+
+std::string frmMain::RateHint() const {
+  try {
+    const double rate = LeadingNumber(txtBitRate.text);
+    if (rate == 0) return "lossless";
+    const bool sized = !state.SourceImage->Empty();
+    return TrimmedNumberText(rate) + " bits per pixel" +
+           (sized ? BytesText(rate, state.NumRows, state.NumCols) : "");
+  } catch (const Error&) {
+    return "more bits than a file can have";
+  }
+}
+
+}  // namespace marovia
