@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Builds Marovia and runs it: the window where there is a display, else every image of Images/, or
+# the images named, there and back as a table.
+#
+#   ./run.sh                       all sample images
+#   ./run.sh photo.pgm scan.bmp    these images
+#   ./run.sh --rates 0.1,0.2       with options of the table (--help lists them)
+set -euo pipefail
+started_in=$PWD
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+cd "$root"
+
+scripts/install_packages.sh build
+log=$(mktemp)
+# Tests are not built here, so that a machine without the test packages gets along.
+build=build/run
+if ! { cmake --preset release -B "$build" -DMAROVIA_BUILD_TESTS=OFF &&
+  cmake --build "$build"; } >"$log" 2>&1; then
+  cat "$log" >&2
+  rm -f "$log"
+  exit 1
+fi
+rm -f "$log"
+
+window=$build/window/marovia-window
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x "$window" ]; then
+  exec "$window" "$@"
+fi
+
+cd "$started_in"
+named=0
+for word in "$@"; do
+  if [ -f "$word" ]; then named=$((named + 1)); fi
+done
+if [ "$named" -eq 0 ]; then set -- "$root"/Images/*.pgm "$@"; fi
+exec "$root/$build/bench/marovia_round_trip" "$@"

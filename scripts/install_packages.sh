@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# Installs what is missing of the packages for building, testing or checking Marovia (Debian 12).
+#
+#   scripts/install_packages.sh GROUP...      GROUP: build, test, check
+#
+# A system that has them all is left alone: no root rights, no network.
+set -euo pipefail
+
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
+test_packages=(libgtest-dev)
+check_packages=(clang-format clang-tidy)
+
+wanted=()
+for group in "$@"; do
+  case $group in
+    build) wanted+=("${build_packages[@]}") ;;
+    test) wanted+=("${test_packages[@]}") ;;
+    check) wanted+=("${check_packages[@]}") ;;
+    *)
+      echo "install_packages.sh: unknown group '$group' (build, test or check)" >&2
+      exit 2
+      ;;
+  esac
+done
+
+is_installed() {
+  [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+give_up() {
+  echo "install_packages.sh: $1; install by hand: ${missing[*]}" >&2
+  exit 1
+}
+
+missing=()
+if command -v dpkg-query >/dev/null; then
+  for package in "${wanted[@]}"; do
+    is_installed "$package" || missing+=("$package")
+  done
+else
+  missing=("${wanted[@]}")
+fi
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+command -v apt-get >/dev/null || give_up "this is no Debian system"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || give_up "root rights are needed and there is no sudo"
+  as_root=(sudo)
+fi
+echo "Installing ${missing[*]}" >&2
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -qq >&2 || give_up "the package lists cannot be updated"
+"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 ||
+  give_up "the packages cannot be installed"

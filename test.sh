@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Builds Marovia with warnings as errors and the library's assertions, and runs every test.
+#
+#   ./test.sh                 all tests
+#   ./test.sh -R 'Tool'       arguments go to ctest
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+
+scripts/install_packages.sh build test
+cmake --preset dev
+cmake --build --preset dev
+started=$(date +%s)
+if ctest --preset dev --parallel "$(nproc)" "$@"; then
+  echo "All tests passed in $(($(date +%s) - started)) s."
+else
+  echo "Some tests failed; build/dev/Testing/Temporary/LastTest.log has their output." >&2
+  exit 1
+fi
