@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "marovia/codec.h"
+#include "marovia/error.h"
 #include "marovia/image.h"
 #include "marovia/measures.h"
 
@@ -142,7 +143,8 @@ void Print(const std::vector<Row>& rows, bool tabs) {
   } else {
     text = Aligned(rows, kNameColumns);
   }
-  std::fputs(text.c_str(), stdout);
+  if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0)
+    Fail(Errc::kIo, "standard output cannot be written");
 }
 
 }  // namespace
@@ -157,7 +159,7 @@ int main(int argc, char** argv) {
     marovia::bench::Print(marovia::bench::TableOf(choices), choices.tabs);
     return 0;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "marovia_round_trip: %s\n", error.what());
+    static_cast<void>(std::fprintf(stderr, "marovia_round_trip: %s\n", error.what()));
     return 1;
   }
 }

@@ -23,8 +23,8 @@ constexpr const char* kExamples =
     "  marovia compress photo.pgm face.awf --region 80,200,210,310\n"
     "                                                        most bits for one part\n"
     "\n"
-    "IN is a PGM or BMP image. The extension of OUT follows from the method and the\n"
-    "coding, and is added where OUT has none:\n"
+    "IN is a PGM, PPM or BMP image. The extension of OUT follows from the method and\n"
+    "the coding, and is added where OUT has none:\n"
     "  .awb  wdr, binary        .awa  wdr, arithmetic\n"
     "  .awd  aswdr, binary      .awf  aswdr, arithmetic      .awg  lossless\n"
     "IN and OUT may be - for standard input and output.\n";
@@ -226,7 +226,7 @@ void AddSafetyOptions(CLI::App& command, CompressArguments& arguments) {
 void AddCompress(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<CompressArguments>();
   CLI::App& command = AddCommand(tool, "compress", "Compress an image");
-  AddFile(command, "IN", arguments->input, "The image: PGM or BMP");
+  AddFile(command, "IN", arguments->input, "The image: PGM, PPM or BMP");
   AddFile(command, "OUT", arguments->output, "The compressed file");
   AddCodingOptions(command, *arguments);
   AddSizeOptions(command, *arguments);
