@@ -1,0 +1,197 @@
+// What a rate, a number of bytes and a region promise.
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <limits>
+#include <string>
+
+#include "marovia/codec.h"
+#include "marovia/measures.h"
+
+#include "codec/geometry.h"
+#include "coding/file_header.h"
+#include "tests/support/code_of.h"
+#include "tests/support/library_options.h"
+#include "tests/support/test_images.h"
+
+namespace marovia {
+namespace {
+
+using enum FileKind;
+using enum WaveletKind;
+
+constexpr FileKind kLossyKinds[] = {kAwb, kAwa, kAwd, kAwf};
+
+Image DecodedAt(ByteView file, FileKind kind, double rate) {
+  return Decompress(file, kind, test::OptionsOfRate(rate)).image;
+}
+
+Image ReadSample(const std::string& name) {
+  std::ifstream file(MAROVIA_TEST_DATA "/../../Images/" + name, std::ios::binary);
+  return ReadImage(Bytes(std::istreambuf_iterator<char>(file), {})).image;
+}
+
+TEST(Rates, BelowThatOfTheFileGivePicturesThatGrowPoorerSmoothly) {
+  const Image image = Cropped(ReadSample("camera.pgm"), {256, 320});
+  for (const FileKind kind : kLossyKinds) {
+    for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
+      const Bytes file = Compress(image, {kind, wavelet, 4, 1}).file;
+      float before = 0;
+      for (double rate = 0.1; rate <= 1; rate += 0.06) {
+        const float psnr = *Measure(image, DecodedAt(file, kind, rate)).psnr;
+        EXPECT_GT(psnr, before) << Extension(kind) << " at " << rate;
+        EXPECT_TRUE(before == 0 || psnr < before + 4) << Extension(kind) << " at " << rate;
+        before = psnr;
+      }
+    }
+  }
+}
+
+TEST(Rates, AboveThatOfTheFileAreHeldToIt) {
+  const Image image = test::NamedImage("blobs", 33, 48);
+  const Bytes file = Compress(image, {kAwf, kInteger53, 2, 0.5}).file;
+  EXPECT_FALSE(Decompress(file, kAwf, test::OptionsOfRate(0.5)).rateHeld);
+  const DecompressResult held = Decompress(file, kAwf, test::OptionsOfRate(0.6));
+  EXPECT_TRUE(held.rateHeld);
+  EXPECT_FALSE(held.truncated);
+  EXPECT_TRUE(held.image == Decompress(file, kAwf).image);
+}
+
+// A budget is tested after each group, and before the first one only at a position that the pass
+// does not find; awf makes that test not at all.
+TEST(Budget, WithinTheHeadersChargeSendsOneGroupOrNothing) {
+  const Image found = test::NamedImage("blobs", 32, 32);
+  const Image passedOver = test::NamedImage("flat", 32, 32);
+  for (const FileKind kind : kLossyKinds) {
+    for (const bool first : {true, false}) {
+      const Image& image = first ? found : passedOver;
+      const CompressResult result = Compress(image, {kind, kInteger53, 3, 0.1});
+      EXPECT_EQ(result.passes.back().significant, first || kind == kAwf ? 1 : 0);
+      const DecompressResult back = Decompress(result.file, kind);
+      EXPECT_TRUE(back.image.SameShape(image));
+      EXPECT_FALSE(back.truncated) << Extension(kind);
+    }
+  }
+}
+
+TruncateOptions ToRate(double rate) {
+  TruncateOptions options;
+  options.rate = rate;
+  return options;
+}
+
+TruncateOptions ToBytes(std::int64_t most) {
+  TruncateOptions options;
+  options.bytes = most;
+  return options;
+}
+
+struct LongFile {
+  FileKind kind;
+  Bytes file;
+  // The same stream with a budget that allows any rate: that of a lossless file as a lossy one.
+  FileKind lossyKind;
+  Bytes lossy;
+};
+
+LongFile MakeLong(FileKind kind, WaveletKind wavelet, const Image& image, bool region) {
+  CompressOptions options{kind, wavelet, 3, 2};
+  if (region) options.region = Region{2, 3, 20, 30};
+  LongFile made{kind, Compress(image, options).file, kind, {}};
+  made.lossy = made.file;
+  if (kind == kAwg) {
+    made.lossyKind = kAwf;
+    made.lossy.clear();
+    AppendBudget(made.lossy, std::numeric_limits<std::int32_t>::max());
+    made.lossy.insert(made.lossy.end(), made.file.begin(), made.file.end());
+  }
+  return made;
+}
+
+TEST(Truncate, GivesAFileThatDecodesAsTheLongOneAtThatRate) {
+  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg}) {
+    for (const int side : {40, 45}) {
+      for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
+        if (kind == kAwg && wavelet == kDaub97) continue;
+        const Image image = test::NamedImage("rings", side, 48);
+        const LongFile made = MakeLong(kind, wavelet, image, side == 45);
+        for (const double rate : {0.01, 0.07, 0.1, 0.33, 0.8, 1.5}) {
+          SCOPED_TRACE(testing::Message()
+                       << Extension(kind) << ", " << side << " rows at " << rate);
+          const TruncateResult cut = Truncate(made.file, kind, ToRate(rate));
+          EXPECT_EQ(cut.kind, made.lossyKind);
+          EXPECT_FALSE(cut.rateHeld);
+          const DecompressResult back = Decompress(cut.file, cut.kind);
+          EXPECT_TRUE(back.image == DecodedAt(made.lossy, made.lossyKind, rate));
+          EXPECT_FALSE(back.truncated);
+          EXPECT_LT(cut.file.size(), made.file.size());
+        }
+      }
+    }
+  }
+}
+
+TEST(Truncate, LeavesAFileThatIsShortEnoughAsItIs) {
+  const Image image = test::NamedImage("rings", 40, 48);
+  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg}) {
+    const Bytes file = Compress(image, {kind, kInteger53, 3, 0.5}).file;
+    const auto size = static_cast<std::int64_t>(file.size());
+    for (const TruncateOptions& options : {ToRate(20), ToBytes(size)}) {
+      const TruncateResult whole = Truncate(file, kind, options);
+      EXPECT_TRUE(whole.rateHeld);
+      EXPECT_EQ(whole.kind, kind);
+      EXPECT_EQ(whole.file, file) << Extension(kind);
+    }
+    EXPECT_EQ(test::CodeOf([&] { Truncate(file, kind, {}); }), Errc::kInvalidArgument);
+    EXPECT_EQ(test::CodeOf([&] { Truncate(file, kind, ToRate(-1)); }), Errc::kInvalidArgument);
+  }
+}
+
+// From the first number of bytes that holds a header and a stream, every number is kept, and nearly
+// used up.
+TEST(Bytes, AreTheMostThatAFileHas) {
+  const Image image = test::NamedImage("rings", 45, 48);
+  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg}) {
+    const LongFile made = MakeLong(kind, kInteger53, image, false);
+    for (std::int64_t most = 34; most < 300; most += 7) {
+      SCOPED_TRACE(testing::Message() << Extension(kind) << " in " << most);
+      const TruncateResult cut = Truncate(made.file, kind, ToBytes(most));
+      EXPECT_LE(static_cast<std::int64_t>(cut.file.size()), most);
+      EXPECT_GE(static_cast<std::int64_t>(cut.file.size()), most - 6);
+      EXPECT_FALSE(Decompress(cut.file, cut.kind).truncated);
+      if (kind == kAwg) continue;
+      CompressOptions compress{kind, kInteger53, 3};
+      compress.bytes = most;
+      const Bytes file = Compress(image, compress).file;
+      EXPECT_LE(static_cast<std::int64_t>(file.size()), most);
+      EXPECT_GE(static_cast<std::int64_t>(file.size()), most - 6);
+      EXPECT_FALSE(Decompress(file, kind).truncated);
+    }
+  }
+}
+
+TEST(Region, GetsTheBitsThatTheRestOfTheImageGoesWithout) {
+  const Image image = test::NamedImage("lcgnoise", 96, 96);
+  const Region region{30, 40, 60, 70};
+  const Region outside{0, 0, 12, 95};
+  for (const FileKind kind : kLossyKinds) {
+    for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
+      CompressOptions options{kind, wavelet, 2, 2};
+      const Image plain = Decompress(Compress(image, options).file, kind).image;
+      options.region = region;
+      const Image favoured = Decompress(Compress(image, options).file, kind).image;
+      EXPECT_GT(*Measure(image, favoured, region).psnr, *Measure(image, plain, region).psnr + 6);
+      EXPECT_LT(*Measure(image, favoured, outside).psnr, *Measure(image, plain, outside).psnr - 1);
+      options.share = 0;
+      const CompressResult without = Compress(image, options);
+      options.region.reset();
+      // Where the header's charge is the same, a share of nothing is no region at all.
+      if (kind != kAwf) {
+        EXPECT_EQ(without.file, Compress(image, options).file);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace marovia
