@@ -1,63 +1,46 @@
 #include "aswdr/adaptive_order.h"
 
-#include <algorithm>
-#include <utility>
+#include <iterator>
 
 namespace marovia {
 namespace {
 
-struct Place {
-  int r;
-  int c;
-};
+// A place as its row in the upper 16 bits and its column in the lower: the corner of the block of
+// children of a place is twice it.
+constexpr std::uint32_t PlaceOf(std::uint32_t r, std::uint32_t c) {
+  return r << 16 | c;
+}
 
 // The block of children at (2i, 2j) is walked as a connected path (across it in the diagonal band):
-// the offsets of its four places in that order, for a parent in the band at hand.
-using BlockWalk = Place[4];
-constexpr BlockWalk kLowerWalk = {{0, 0}, {0, 1}, {1, 1}, {1, 0}};
-constexpr BlockWalk kRightWalk = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-constexpr BlockWalk kDiagonalWalk = {{0, 0}, {1, 0}, {0, 1}, {1, 1}};
+// the offsets of its four places in that order, for the parents of each band in the order in which
+// ASWDR visits them.
+constexpr std::uint32_t kBlockWalks[3][4] = {
+    {PlaceOf(0, 0), PlaceOf(1, 0), PlaceOf(1, 1), PlaceOf(0, 1)},   // right
+    {PlaceOf(0, 0), PlaceOf(0, 1), PlaceOf(1, 1), PlaceOf(1, 0)},   // lower
+    {PlaceOf(0, 0), PlaceOf(1, 0), PlaceOf(0, 1), PlaceOf(1, 1)}};  // across
 
-const BlockWalk& WalkOf(Place parent, int cornerRows, int cornerCols) {
-  if (parent.r < cornerRows) return kRightWalk;
-  return parent.c < cornerCols ? kLowerWalk : kDiagonalWalk;
+// The homes of a corner, which are numbered before all others.
+Home CornerSize(const BandGrid& grid, int level) {
+  return static_cast<Home>(grid.CornerRows(level)) * static_cast<Home>(grid.CornerCols(level));
 }
 
-// Appends the children of the homes of `level`, the last ones in the walk.
-void AppendChildren(Walk& walk, const BandGrid& grid, int level) {
-  const int cornerRows = grid.CornerRows(level);
-  const int cornerCols = grid.CornerCols(level);
-  const std::size_t last = walk.size();
-  const auto corner = static_cast<std::size_t>(cornerRows) * static_cast<std::size_t>(cornerCols);
-  for (std::size_t home = corner; home < last; ++home) {
-    const Place parent{static_cast<int>(walk[home]) / grid.cols,
-                       static_cast<int>(walk[home]) % grid.cols};
-    for (const Place& offset : WalkOf(parent, cornerRows, cornerCols)) {
-      walk.push_back(grid.Position(2 * parent.r + offset.r, 2 * parent.c + offset.c));
-    }
-  }
-}
-
-std::size_t CornerSize(const BandGrid& grid, int level) {
-  return static_cast<std::size_t>(grid.CornerRows(level)) *
-         static_cast<std::size_t>(grid.CornerCols(level));
-}
-
-Walk NumberHomes(const BandGrid& grid) {
+ScanOrder FixedPart(const BandGrid& grid) {
   if (grid.levels < 2) return CreateScanOrder(grid);
-  Walk walk;
-  walk.reserve(grid.Size());
-  AppendZigZag(walk, grid, 0, 0, grid.CornerRows(1), grid.CornerCols(1));
-  AppendLevel(walk, grid, 1, LevelOrderKind::kRightFirst);
-  for (int level = 1; level < grid.levels; ++level) AppendChildren(walk, grid, level);
-  AppendLeftOver(walk, grid);
-  return walk;
+  ScanOrder order{LowBand(grid)};
+  AppendLevel(order, grid, 1, LevelOrderKind::kRightFirst);
+  return order;
+}
+
+ScanOrder LeftOverPart(const BandGrid& grid) {
+  ScanOrder order;
+  if (grid.levels >= 2) AppendLeftOver(order, grid);
+  return order;
 }
 
 std::vector<Stretch> MakeStretches(const BandGrid& grid) {
   const auto size = static_cast<Home>(grid.Size());
   if (grid.levels < 2) return {{0, size, false}};
-  auto end = static_cast<Home>(CornerSize(grid, 2));
+  Home end = CornerSize(grid, 2);
   std::vector<Stretch> stretches{{0, end, false}};
   for (int level = 2; level <= grid.levels; ++level) {
     stretches.push_back({end, 4 * end, true});
@@ -67,10 +50,26 @@ std::vector<Stretch> MakeStretches(const BandGrid& grid) {
   return stretches;
 }
 
+// Calls visit(child, place) for the children of the homes from `first` to `last` - 1, those of one
+// level, whose three bands follow one another.
+template <class Visit>
+void ForChildren(const std::vector<std::uint32_t>& places, Home first, Home last, Visit visit) {
+  const Home bandSize = (last - first) / 3;
+  for (const auto& walk : kBlockWalks) {
+    for (Home parent = first; parent < first + bandSize; ++parent) {
+      const std::uint32_t corner = 2 * places[parent];
+      for (Home i = 0; i < 4; ++i) visit(4 * parent + i, corner + walk[i]);
+    }
+    first += bandSize;
+  }
+}
+
 }  // namespace
 
 AdaptiveOrder::AdaptiveOrder(const BandGrid& grid)
-    : VisitingOrder(NumberHomes(grid), MakeStretches(grid)), grid_(grid) {
+    : VisitingOrder(grid, MakeStretches(grid)),
+      fixed_(FixedPart(grid)),
+      leftOver_(LeftOverPart(grid)) {
   for (const Stretch& stretch : Stretches()) {
     if (!stretch.ordered) continue;
     Level& level = levels_.emplace_back();
@@ -78,6 +77,54 @@ AdaptiveOrder::AdaptiveOrder(const BandGrid& grid)
     level.firstBlock = stretch.first / 4;
     level.lastBlock = stretch.last / 4;
   }
+  if (!levels_.empty()) NumberParents();
+}
+
+void AdaptiveOrder::NumberParents() {
+  parents_.resize(levels_.back().lastBlock);
+  const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
+  ForOrder(fixed_, TheGrid(), 0, [&](Home home, std::uint32_t position) {
+    parents_[home] = PlaceOf(position / cols, position % cols);
+  });
+  for (std::size_t i = 0; i + 1 < levels_.size(); ++i) {
+    ForChildren(parents_, levels_[i].firstBlock, levels_[i].lastBlock,
+                [this](Home child, std::uint32_t place) { parents_[child] = place; });
+  }
+}
+
+template <class Visit>
+void AdaptiveOrder::ForHomes(Visit visit) const {
+  ForOrder(fixed_, TheGrid(), 0, visit);
+  const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
+  for (const Level& level : levels_) {
+    ForChildren(parents_, level.firstBlock, level.lastBlock,
+                [visit, cols](Home child, std::uint32_t place) {
+                  visit(child, (place >> 16) * cols + (place & 0xFFFF));
+                });
+  }
+  const Home banded = levels_.empty() ? 0 : 4 * levels_.back().lastBlock;
+  ForOrder(leftOver_, TheGrid(), banded, visit);
+}
+
+std::vector<float> AdaptiveOrder::Gather(std::span<const float> grid) const {
+  std::vector<float> homes(grid.size());
+  float* to = homes.data();
+  const float* from = grid.data();
+  ForHomes([=](Home home, std::uint32_t position) { to[home] = from[position]; });
+  return homes;
+}
+
+void AdaptiveOrder::Scatter(std::span<const float> homes, std::span<float> grid) const {
+  float* to = grid.data();
+  const float* from = homes.data();
+  ForHomes([=](Home home, std::uint32_t position) { to[position] = from[home]; });
+}
+
+Walk AdaptiveOrder::Positions() const {
+  Walk positions(HomeCount());
+  std::uint32_t* to = positions.data();
+  ForHomes([=](Home home, std::uint32_t position) { to[home] = position; });
+  return positions;
 }
 
 void AdaptiveOrder::Rebuild(const HomeSet& found) {
@@ -100,14 +147,15 @@ StretchOrder AdaptiveOrder::OrderOf(std::size_t stretch) {
 
 // Before the second pass a level is visited in the walk of its bands.
 void AdaptiveOrder::MakeFirst(Level& level) {
-  Walk walk;
-  AppendLevel(walk, grid_, level.number, LevelOrderKind::kRightFirst);
-  std::vector<Home> homeAt(grid_.Size());
-  for (Home home = 4 * level.firstBlock; home < 4 * level.lastBlock; ++home) {
-    homeAt[Positions()[home]] = home;
-  }
-  level.homes.clear();
-  for (const std::uint32_t position : walk) level.homes.push_back(homeAt[position]);
+  ScanOrder order;
+  AppendLevel(order, TheGrid(), level.number, LevelOrderKind::kRightFirst);
+  std::vector<Home> homeAt(HomeCount());
+  const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
+  ForChildren(parents_, level.firstBlock, level.lastBlock, [&](Home child, std::uint32_t place) {
+    homeAt[(place >> 16) * cols + (place & 0xFFFF)] = child;
+  });
+  level.homes = WalkOf(order, TheGrid());
+  for (Home& home : level.homes) home = homeAt[home];
   level.made = true;
 }
 

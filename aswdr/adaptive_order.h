@@ -21,6 +21,9 @@ class AdaptiveOrder final : public VisitingOrder {
  public:
   explicit AdaptiveOrder(const BandGrid& grid);
 
+  [[nodiscard]] std::vector<float> Gather(std::span<const float> grid) const override;
+  void Scatter(std::span<const float> homes, std::span<float> grid) const override;
+  [[nodiscard]] Walk Positions() const override;
   void Rebuild(const HomeSet& found) override;
   StretchOrder OrderOf(std::size_t stretch) override;
 
@@ -36,13 +39,20 @@ class AdaptiveOrder final : public VisitingOrder {
     std::vector<Home> blocksWithout;
   };
 
+  // Calls visit(home, position) for every home.
+  template <class Visit>
+  void ForHomes(Visit visit) const;
+  void NumberParents();
   void MakeFirst(Level& level);
   void Make(std::size_t index);
   void AppendParent(Level& level, Home parent);
   void AppendParents(Level& level, Home block);
 
-  BandGrid grid_;
-  std::vector<Level> levels_;       // the finer ones, from the coarsest on
+  ScanOrder fixed_;            // the bands that keep their order
+  ScanOrder leftOver_;         // what no band covers
+  std::vector<Level> levels_;  // the finer ones, from the coarsest on
+  // Row (upper 16 bits) and column of every home that has children.
+  std::vector<std::uint32_t> parents_;
   const HomeSet* found_ = nullptr;  // none before the second pass
 };
 

@@ -10,17 +10,36 @@ inline int LeadingZeros(std::uint32_t value) {
   return __builtin_clz(value);
 }
 
-// The bits set in a word. Without an instruction for it, in parallel sums of 2, 4 and 8 bits.
+// Byte i holds the number of bits set in the bytes 0 to i of a word.
+inline std::uint64_t RunningByteCounts(std::uint64_t word) {
+  constexpr std::uint64_t kAll = ~std::uint64_t{0};
+  word -= (word >> 1) & (kAll / 3);
+  word = (word & (kAll / 5)) + ((word >> 2) & (kAll / 5));
+  word = (word + (word >> 4)) & (kAll / 17);
+  return word * (kAll / 255);
+}
+
+// The bits set in a word.
 inline int CountBits(std::uint64_t word) {
 #ifdef __POPCNT__
   return __builtin_popcountll(word);
 #else
-  constexpr std::uint64_t kOnes = ~std::uint64_t{0};
-  word -= (word >> 1) & (kOnes / 3);
-  word = (word & (kOnes / 5)) + ((word >> 2) & (kOnes / 5));
-  word = (word + (word >> 4)) & (kOnes / 17);
-  return static_cast<int>((word * (kOnes / 255)) >> 56);
+  return static_cast<int>(RunningByteCounts(word) >> 56);
 #endif
+}
+
+// The place of the n-th bit set in a word, n from 1 to their number.
+inline int PlaceOfBit(std::uint64_t word, int n) {
+  constexpr std::uint64_t kOnes = ~std::uint64_t{0} / 255;
+  const std::uint64_t counts = RunningByteCounts(word);
+  // A byte's top bit stays where its count is n or more: no count exceeds 64.
+  const std::uint64_t reached =
+      ((counts | 128 * kOnes) - static_cast<std::uint64_t>(n) * kOnes) & (128 * kOnes);
+  const int shift = __builtin_ctzll(reached) - 7;
+  n -= static_cast<int>((counts << 8) >> shift & 0xFF);
+  std::uint64_t rest = word >> shift;
+  for (; n > 1; --n) rest &= rest - 1;
+  return shift + __builtin_ctzll(rest);
 }
 
 }  // namespace marovia

@@ -21,7 +21,7 @@
 namespace marovia {
 namespace {
 
-HomeSet HomesIn(const Grid<std::uint8_t>& mask, std::span<const std::uint32_t> positions) {
+HomeSet HomesIn(const Grid<std::uint8_t>& mask, const Walk& positions) {
   HomeSet homes(positions.size());
   for (std::size_t home = 0; home < positions.size(); ++home) {
     if (mask.Samples()[positions[home]] != 0) homes.Insert(static_cast<Home>(home));
@@ -106,7 +106,7 @@ PassReport Compression::WritePasses(const PassListener& onPass) {
 template <class Symbols>
 PassReport Compression::WriteWith(Symbols symbols, const PassListener& onPass) {
   const auto order = MakeOrder(coder_.scan, {coded_.rows, coded_.cols, levels_});
-  const BitPlanes planes(coefficients_.Samples(), order->Positions(), exponent_);
+  const BitPlanes planes(order->Gather(coefficients_.Samples()), exponent_);
   coefficients_ = {};
 
   EncoderPlan plan{.budget = budget_,

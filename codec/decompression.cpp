@@ -103,10 +103,7 @@ PassReport Decompression::ReadWith(Symbols symbols, const PassListener& onPass) 
   if (open) passes.PlaceInTheMiddle();
 
   coefficients_ = Grid<float>(info_.codedRows, info_.codedCols);
-  const auto positions = order->Positions();
-  for (std::size_t home = 0; home < positions.size(); ++home) {
-    coefficients_.Samples()[positions[home]] = passes.Values()[home];
-  }
+  order->Scatter(passes.Values(), coefficients_.Samples());
   return report(last);
 }
 

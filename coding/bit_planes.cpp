@@ -1,44 +1,58 @@
 #include "coding/bit_planes.h"
 
-#include <bit>
-#include <cmath>
-#include <cstring>
+#include <algorithm>
+#include <utility>
+
+#include "base/bits.h"
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace marovia {
 namespace {
 
-// The bytes of a block of 64 that equal `wanted` when their top bits are left out, as one bit each.
-// Eight at a time: a byte of `difference` is 0 just where it equals; adding 0x7F carries into its
-// top bit everywhere else, and the multiplication gathers the eight top bits in one byte.
+constexpr std::uint8_t kNever = 255;
+
+// Which of 64 bytes equal `wanted`, one bit each.
+#ifdef __SSE2__
 std::uint64_t EqualBytes(const std::uint8_t* bytes, std::uint8_t wanted) {
-  constexpr std::uint64_t kOnes = 0x0101010101010101U;
-  constexpr std::uint64_t kLow = 0x7F * kOnes;
-  constexpr std::uint64_t kGather = 0x0102040810204080U;
+  const __m128i all = _mm_set1_epi8(static_cast<char>(wanted));
   std::uint64_t mask = 0;
-  for (int i = 0; i < 8; ++i) {
-    std::uint64_t word = 0;
-    for (int j = 0; j < 8; ++j) word |= std::uint64_t{bytes[8 * i + j]} << (8 * j);
-    const std::uint64_t difference = (word & kLow) ^ (wanted * kOnes);
-    const std::uint64_t equal = (~(difference + kLow) >> 7) & kOnes;
-    mask |= (equal * kGather) >> 56 << (8 * i);
+  for (int i = 0; i < 4; ++i) {
+    const __m128i part = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 16 * i));
+    const int equal = _mm_movemask_epi8(_mm_cmpeq_epi8(part, all));
+    mask |= std::uint64_t{static_cast<std::uint32_t>(equal)} << (16 * i);
   }
   return mask;
+}
+#else
+std::uint64_t EqualBytes(const std::uint8_t* bytes, std::uint8_t wanted) {
+  std::uint64_t mask = 0;
+  for (int i = 0; i < 64; ++i) mask |= std::uint64_t{bytes[i] == wanted} << i;
+  return mask;
+}
+#endif
+
+// A magnitude in [2^(n-k), 2^(n-k+1)) has the biased exponent n - k + 127.
+MAROVIA_WIDE_VECTORS void FindPasses(const std::vector<float>& homes, int exponent,
+                                     std::vector<std::uint8_t>& passes) {
+  const std::int32_t base = exponent + 127;
+  const float* __restrict from = homes.data();
+  std::uint8_t* __restrict to = passes.data();
+  const std::size_t count = homes.size();
+  for (std::size_t home = 0; home < count; ++home) {
+    const std::int32_t biased = std::bit_cast<std::int32_t>(from[home]) >> 23 & 0xFF;
+    const std::int32_t pass = base - biased;
+    to[home] = static_cast<std::uint8_t>(std::min<std::int32_t>(pass, kNever));
+  }
 }
 
 }  // namespace
 
-BitPlanes::BitPlanes(std::span<const float> coefficients, std::span<const std::uint32_t> positions,
-                     int exponent)
-    : passes_((positions.size() / 64 + 1) * 64, 33), magnitudes_(positions.size()) {
-  const float scale = std::ldexp(1.0F, 32 - exponent);
-  for (std::size_t home = 0; home < positions.size(); ++home) {
-    const float coefficient = coefficients[positions[home]];
-    const auto magnitude =
-        static_cast<std::uint32_t>(static_cast<std::int64_t>(std::fabs(coefficient) * scale));
-    magnitudes_[home] = magnitude;
-    passes_[home] = static_cast<std::uint8_t>(std::countl_zero(magnitude) + 1 +
-                                              (std::signbit(coefficient) ? kNegative : 0));
-  }
+BitPlanes::BitPlanes(std::vector<float> homes, int exponent)
+    : homes_(std::move(homes)), passes_((homes_.size() / 64 + 1) * 64, kNever) {
+  FindPasses(homes_, exponent, passes_);
 }
 
 void BitPlanes::FoundIn(int pass, HomeSet& homes) const {

@@ -1,7 +1,7 @@
 // Sets of homes: the coefficients under the numbers that a scan gives them.
 #pragma once
 
-#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -33,14 +33,18 @@ class HomeSet {
     return words_[block / 4] >> (block % 4 * 16) & 0xFFFF;
   }
 
-  // Homes first to last - 1.
-  [[nodiscard]] std::int64_t CountIn(Home first, Home last) const;
+  // Whether any of the homes first to last - 1 is in the set.
+  [[nodiscard]] bool AnyIn(Home first, Home last) const;
   // Of the homes first to last - 1, those that lie in word i of the set.
-  static std::uint64_t RangeMask(std::size_t i, Home first, Home last);
+  static std::uint64_t RangeMask(std::size_t i, Home first, Home last) {
+    const std::uint64_t begin = std::uint64_t{i} * 64;
+    std::uint64_t mask = ~std::uint64_t{0};
+    if (first > begin) mask &= first - begin < 64 ? mask << (first - begin) : 0;
+    if (last < begin + 64) mask &= last > begin ? ~(~std::uint64_t{0} << (last - begin)) : 0;
+    return mask;
+  }
 
-  void UniteWith(const HomeSet& other);
   void IntersectWith(const HomeSet& other);
-  void Clear();
 
  private:
   std::vector<std::uint64_t> words_;

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <vector>
 
-#include "coding/found_visit.h"
+#include "coding/found_state.h"
 #include "coding/thresholds.h"
 #include "coding/visiting_order.h"
 
@@ -22,9 +22,7 @@ class PassDecoder {
       : order_(order),
         symbols_(symbols),
         budget_(budget),
-        found_(order.HomeCount()),
-        taken_(order.HomeCount()),
-        foundIn_(order.Stretches().size()),
+        found_(order),
         values_(order.HomeCount()) {}
 
   // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
@@ -34,7 +32,7 @@ class PassDecoder {
     return ReadRun() && SignificancePass() && !Spent() && RefinementPass();
   }
 
-  [[nodiscard]] std::int64_t FoundCount() const { return foundCount_; }
+  [[nodiscard]] std::int64_t FoundCount() const { return found_.Count(); }
   // Whether the stream ended before the budget.
   [[nodiscard]] bool StreamEnded() const { return streamEnded_; }
 
@@ -42,12 +40,12 @@ class PassDecoder {
   // end.
   void PlaceInTheMiddle() {
     std::int64_t visited = 0;
-    ForEachFound(order_, found_, [&](Home home) {
+    ForEachFoundBefore(order_, found_, [&](Home home) {
       values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
       return true;
     });
-    for (std::size_t i = 0; i < taken_.WordCount(); ++i) {
-      for (std::uint64_t bits = taken_.Word(i); bits != 0; bits &= bits - 1) {
+    for (std::size_t i = 0; i < found_.Now().WordCount(); ++i) {
+      for (std::uint64_t bits = found_.Now().Word(i); bits != 0; bits &= bits - 1) {
         float& value = values_[i * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
         value = LastRefinement(value, threshold_, true);
       }
@@ -62,9 +60,8 @@ class PassDecoder {
     threshold_ = threshold;
     refinedCount_ = 0;
     if (pass > 1) {
-      found_.UniteWith(taken_);
-      taken_.Clear();
-      order_.Rebuild(found_);
+      found_.Settle();
+      order_.Rebuild(found_.Before());
     }
   }
 
@@ -83,29 +80,30 @@ class PassDecoder {
   }
 
   bool SignificancePass() {
-    for (std::size_t i = 0; i < foundIn_.size(); ++i) {
+    for (std::size_t i = 0; i < order_.Stretches().size(); ++i) {
       if (!FindIn(i)) return false;
     }
     return true;
   }
 
   bool FindIn(std::size_t index) {
-    const Stretch& stretch = order_.Stretches()[index];
-    const std::int64_t pending = stretch.Size() - foundIn_[index];
+    const std::int64_t pending = found_.PendingInStretch(index);
     if (run_ > pending) {
       run_ -= pending;
       return true;
     }
-    const std::int64_t before = foundCount_;
-    const bool goOn = stretch.ordered ? FindInOrder(order_.OrderOf(index)) : FindInTurn(stretch);
-    foundIn_[index] += foundCount_ - before;
-    return goOn;
+    const Stretch& stretch = order_.Stretches()[index];
+    return stretch.ordered ? FindInOrder(order_.OrderOf(index)) : FindInTurn(stretch);
   }
 
   bool FindInTurn(const Stretch& stretch) {
     for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
       const std::uint64_t mask = HomeSet::RangeMask(i, stretch.first, stretch.last);
-      if (!FindAmong(static_cast<Home>(i * 64), ~found_.Word(i) & mask)) return false;
+      if (mask == ~std::uint64_t{0} && run_ > found_.PendingInWord(i)) {
+        run_ -= found_.PendingInWord(i);
+      } else if (!FindAmong(static_cast<Home>(i * 64), ~found_.Before().Word(i) & mask)) {
+        return false;
+      }
     }
     return true;
   }
@@ -120,7 +118,7 @@ class PassDecoder {
 
   bool FindInBlocks(std::span<const Home> blocks) {
     for (const Home block : blocks) {
-      if (!FindAmong(4 * block, ~found_.Block(block) & 0xF)) return false;
+      if (!FindAmong(4 * block, ~found_.Before().Block(block) & 0xF)) return false;
     }
     return true;
   }
@@ -139,26 +137,28 @@ class PassDecoder {
 
   // The homes from `base` on that the bits of `pending` mark, the lowest first.
   bool FindAmong(Home base, std::uint64_t pending) {
-    while (run_ <= std::popcount(pending)) {
-      for (; run_ > 1; --run_) pending &= pending - 1;
-      if (!Take(base + static_cast<Home>(std::countr_zero(pending)))) return false;
-      pending &= pending - 1;
+    while (true) {
+      const int count = CountBits(pending);
+      if (run_ > count) {
+        run_ -= count;
+        return true;
+      }
+      const int place = PlaceOfBit(pending, static_cast<int>(run_));
+      if (!Take(base + static_cast<Home>(place))) return false;
+      pending &= ~std::uint64_t{1} << place;
     }
-    run_ -= std::popcount(pending);
-    return true;
   }
 
   bool Take(Home home) {
     bool negative = false;
     if (!symbols_.ReadSign(negative)) return Ended();
     values_[home] = negative ? -threshold_ : threshold_;
-    taken_.Insert(home);
-    ++foundCount_;
+    found_.Take(home);
     return !Spent() && ReadRun();
   }
 
   bool RefinementPass() {
-    return ForEachFound(order_, found_, [this](Home home) {
+    return ForEachFoundBefore(order_, found_, [this](Home home) {
       bool moves = false;
       if (!symbols_.ReadRefinement(moves)) return Ended();
       ++refinedCount_;
@@ -171,11 +171,8 @@ class PassDecoder {
   Symbols& symbols_;
   std::int64_t budget_;
 
-  HomeSet found_;                      // in the passes before this one
-  HomeSet taken_;                      // in this one
-  std::vector<std::int64_t> foundIn_;  // of each stretch
+  FoundState found_;
   std::vector<float> values_;
-  std::int64_t foundCount_ = 0;
   std::int64_t refinedCount_ = 0;  // in this pass
   std::int64_t run_ = 0;           // pending homes up to and with the next one found
   float threshold_ = 0;

@@ -7,10 +7,9 @@
 #pragma once
 
 #include <bit>
-#include <vector>
 
 #include "coding/bit_planes.h"
-#include "coding/found_visit.h"
+#include "coding/found_state.h"
 #include "coding/pass_plan.h"
 #include "coding/visiting_order.h"
 
@@ -25,10 +24,8 @@ class PassEncoder {
         order_(order),
         symbols_(symbols),
         plan_(plan),
-        found_(planes.HomeCount()),
-        taken_(planes.HomeCount()),
-        candidates_(planes.HomeCount()),
-        foundIn_(order.Stretches().size()) {}
+        found_(order),
+        candidates_(planes.HomeCount()) {}
 
   // Pass number `pass`, from 1 without a gap. False where the budget ended it.
   bool Run(int pass) {
@@ -36,16 +33,15 @@ class PassEncoder {
     return SignificancePass() && EndPass() && RefinementPass();
   }
 
-  [[nodiscard]] std::int64_t FoundCount() const { return foundCount_; }
+  [[nodiscard]] std::int64_t FoundCount() const { return found_.Count(); }
 
  private:
   void Begin(int pass) {
     pass_ = pass;
     run_ = 1;
     if (pass > 1) {
-      found_.UniteWith(taken_);
-      taken_.Clear();
-      order_.Rebuild(found_);
+      found_.Settle();
+      order_.Rebuild(found_.Before());
     }
     planes_.FoundIn(pass, candidates_);
     if (regionOnly_) candidates_.IntersectWith(*plan_.region);
@@ -63,7 +59,7 @@ class PassEncoder {
   bool SignificancePass() {
     const bool firstIsPending = pass_ == 1 && !candidates_.Has(0);
     if (firstIsPending && plan_.testBeforeFirstSymbol && Spent()) return false;
-    for (std::size_t i = 0; i < foundIn_.size(); ++i) {
+    for (std::size_t i = 0; i < order_.Stretches().size(); ++i) {
       if (!FindIn(i)) return false;
     }
     return true;
@@ -71,21 +67,22 @@ class PassEncoder {
 
   bool FindIn(std::size_t index) {
     const Stretch& stretch = order_.Stretches()[index];
-    const std::int64_t before = foundCount_;
-    if (candidates_.CountIn(stretch.first, stretch.last) == 0) {
-      run_ += stretch.Size() - foundIn_[index];
-      return true;
-    }
-    const bool goOn = stretch.ordered ? FindInOrder(order_.OrderOf(index)) : FindInTurn(stretch);
-    foundIn_[index] += foundCount_ - before;
-    return goOn;
+    if (!stretch.ordered) return FindInTurn(stretch);
+    if (candidates_.AnyIn(stretch.first, stretch.last)) return FindInOrder(order_.OrderOf(index));
+    run_ += found_.PendingInStretch(index);
+    return true;
   }
 
   bool FindInTurn(const Stretch& stretch) {
     for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
       const std::uint64_t mask = HomeSet::RangeMask(i, stretch.first, stretch.last);
-      const auto base = static_cast<Home>(i * 64);
-      if (!FindAmong(base, ~found_.Word(i) & mask, candidates_.Word(i) & mask)) return false;
+      const std::uint64_t candidates = candidates_.Word(i) & mask;
+      if (candidates == 0 && mask == ~std::uint64_t{0}) {
+        run_ += found_.PendingInWord(i);
+      } else if (!FindAmong(static_cast<Home>(i * 64), ~found_.Before().Word(i) & mask,
+                            candidates)) {
+        return false;
+      }
     }
     return true;
   }
@@ -95,13 +92,25 @@ class PassEncoder {
       if (!FindAmong(home, 1, candidates_.Has(home) ? 1 : 0)) return false;
     }
     return FindInBlocks(order.blocksOfFound) && FindInBlocks(order.blocksWithFound) &&
-           FindInBlocks(order.blocksWithout);
+           FindInPendingBlocks(order.blocksWithout);
   }
 
   bool FindInBlocks(std::span<const Home> blocks) {
     for (const Home block : blocks) {
-      const std::uint64_t pending = ~found_.Block(block) & 0xF;
+      const std::uint64_t pending = ~found_.Before().Block(block) & 0xF;
       if (!FindAmong(4 * block, pending, candidates_.Block(block))) return false;
+    }
+    return true;
+  }
+
+  bool FindInPendingBlocks(std::span<const Home> blocks) {
+    for (const Home block : blocks) {
+      const std::uint64_t candidates = candidates_.Block(block);
+      if (candidates == 0) {
+        run_ += 4;
+      } else if (!FindAmong(4 * block, 0xF, candidates)) {
+        return false;
+      }
     }
     return true;
   }
@@ -110,14 +119,14 @@ class PassEncoder {
   bool FindAmong(Home base, std::uint64_t pending, std::uint64_t candidates) {
     while (candidates != 0) {
       const std::uint64_t upTo = candidates ^ (candidates - 1);
-      run_ += std::popcount(pending & upTo) - 1;
+      run_ += CountBits(pending & upTo) - 1;
       const Home home = base + static_cast<Home>(std::countr_zero(candidates));
       if (!Send(home)) return false;
       pending &= ~upTo;
       candidates &= ~upTo;
       if (regionOnly_) candidates &= RegionFrom(base);
     }
-    run_ += std::popcount(pending);
+    run_ += CountBits(pending);
     return true;
   }
 
@@ -135,8 +144,7 @@ class PassEncoder {
   bool Send(Home home) {
     symbols_.Found(static_cast<std::uint32_t>(run_), planes_.Negative(home));
     run_ = 1;
-    taken_.Insert(home);
-    ++foundCount_;
+    found_.Take(home);
     SwitchToRegionIfDue();
     return !Spent();
   }
@@ -147,7 +155,7 @@ class PassEncoder {
   }
 
   bool RefinementPass() {
-    return ForEachFound(order_, found_, [this](Home home) {
+    return ForEachFoundBefore(order_, found_, [this](Home home) {
       symbols_.Refine(planes_.Moves(home, pass_));
       return !Spent();
     });
@@ -158,11 +166,8 @@ class PassEncoder {
   Symbols& symbols_;
   EncoderPlan plan_;
 
-  HomeSet found_;                      // in the passes before this one
-  HomeSet taken_;                      // in this one
-  HomeSet candidates_;                 // what this pass finds as long as the budget lasts
-  std::vector<std::int64_t> foundIn_;  // of each stretch
-  std::int64_t foundCount_ = 0;
+  FoundState found_;
+  HomeSet candidates_;    // what this pass finds as long as the budget lasts
   std::int64_t run_ = 1;  // 1 + the pending homes since the last one found
   int pass_ = 0;
   bool regionOnly_ = false;

@@ -4,10 +4,31 @@
 
 namespace marovia {
 
-VisitingOrder::VisitingOrder(Walk positions, std::vector<Stretch> stretches)
-    : positions_(std::move(positions)), stretches_(std::move(stretches)) {}
+VisitingOrder::VisitingOrder(const BandGrid& grid, std::vector<Stretch> stretches)
+    : grid_(grid), stretches_(std::move(stretches)) {}
 
 FixedOrder::FixedOrder(const BandGrid& grid)
-    : VisitingOrder(CreateScanOrderHF(grid), {{0, static_cast<Home>(grid.Size()), false}}) {}
+    : VisitingOrder(grid, {{0, static_cast<Home>(grid.Size()), false}}),
+      order_(CreateScanOrderHF(grid)) {}
+
+std::vector<float> FixedOrder::Gather(std::span<const float> grid) const {
+  std::vector<float> homes(grid.size());
+  float* to = homes.data();
+  const float* from = grid.data();
+  ForOrder(order_, TheGrid(), 0,
+           [=](Home home, std::uint32_t position) { to[home] = from[position]; });
+  return homes;
+}
+
+void FixedOrder::Scatter(std::span<const float> homes, std::span<float> grid) const {
+  float* to = grid.data();
+  const float* from = homes.data();
+  ForOrder(order_, TheGrid(), 0,
+           [=](Home home, std::uint32_t position) { to[position] = from[home]; });
+}
+
+Walk FixedOrder::Positions() const {
+  return WalkOf(order_, TheGrid());
+}
 
 }  // namespace marovia

@@ -31,15 +31,19 @@ struct StretchOrder {
 
 class VisitingOrder {
  public:
-  VisitingOrder(Walk positions, std::vector<Stretch> stretches);
+  VisitingOrder(const BandGrid& grid, std::vector<Stretch> stretches);
   virtual ~VisitingOrder() = default;
   VisitingOrder(const VisitingOrder&) = delete;
   VisitingOrder& operator=(const VisitingOrder&) = delete;
 
-  [[nodiscard]] std::size_t HomeCount() const { return positions_.size(); }
-  // The position of every home.
-  [[nodiscard]] std::span<const std::uint32_t> Positions() const { return positions_; }
+  [[nodiscard]] std::size_t HomeCount() const { return grid_.Size(); }
   [[nodiscard]] std::span<const Stretch> Stretches() const { return stretches_; }
+
+  // Every home's value from the grid of positions, and back.
+  [[nodiscard]] virtual std::vector<float> Gather(std::span<const float> grid) const = 0;
+  virtual void Scatter(std::span<const float> homes, std::span<float> grid) const = 0;
+  // Every home's position.
+  [[nodiscard]] virtual Walk Positions() const = 0;
 
   // After a pass: the next one goes by what is found now. The set is read later as well, whenever
   // an order is asked for, and must not change until the next call.
@@ -47,8 +51,11 @@ class VisitingOrder {
   // The order of an ordered stretch in this pass.
   virtual StretchOrder OrderOf(std::size_t stretch) = 0;
 
+ protected:
+  [[nodiscard]] const BandGrid& TheGrid() const { return grid_; }
+
  private:
-  Walk positions_;
+  BandGrid grid_;
   std::vector<Stretch> stretches_;
 };
 
@@ -56,8 +63,14 @@ class VisitingOrder {
 class FixedOrder final : public VisitingOrder {
  public:
   explicit FixedOrder(const BandGrid& grid);
+  [[nodiscard]] std::vector<float> Gather(std::span<const float> grid) const override;
+  void Scatter(std::span<const float> homes, std::span<float> grid) const override;
+  [[nodiscard]] Walk Positions() const override;
   void Rebuild(const HomeSet&) override {}
   StretchOrder OrderOf(std::size_t) override { return {}; }
+
+ private:
+  ScanOrder order_;
 };
 
 }  // namespace marovia
