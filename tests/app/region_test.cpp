@@ -1,0 +1,119 @@
+// The region of interest by mouse.
+#include "tests/app/form_test.h"
+
+namespace marovia::test {
+namespace {
+
+class RegionByMouse : public FormTest {
+ protected:
+  RegionByMouse() { Load(Photograph(64, 128)); }
+
+  // "row1 col1 row2 col2" in the image.
+  std::string Corners() {
+    const Region region = form.GetROICoordinates();
+    return std::to_string(region.row1) + " " + std::to_string(region.col1) + " " +
+           std::to_string(region.row2) + " " + std::to_string(region.col2);
+  }
+  bool InForce() {
+    EXPECT_EQ(form.state.ROISelected != 0, form.chkROIErrorOnly.checked);
+    EXPECT_EQ(form.state.ROISelected != 0, form.chkROIErrorOnly.enabled);
+    EXPECT_EQ(form.state.ROISelected != 0, form.GraphBox.outline.has_value());
+    return form.state.ROISelected != 0;
+  }
+  void Click(float x, float y) {
+    form.GraphBox_MouseDown(kLeft, 0, x, y);
+    form.GraphBox_MouseUp(kLeft, 0, x, y);
+  }
+};
+
+TEST_F(RegionByMouse, ADragInAnyDirectionGivesTheSameRectangle) {
+  const float corners[][4] = {
+      {40, 80, 100, 200}, {100, 200, 40, 80}, {100, 80, 40, 200}, {40, 200, 100, 80}};
+  for (const auto& [x1, y1, x2, y2] : corners) {
+    Drag(x1, y1, x2, y2);
+    EXPECT_TRUE(InForce());
+    EXPECT_EQ(Corners(), "20 20 50 50");
+    EXPECT_EQ(form.Report.text, "Upper left corner: (20, 20)\r\nLower right corner: (50, 50)");
+    EXPECT_EQ(form.GraphBox.outline->colour, (Colour{255, 255, 48}));
+    EXPECT_EQ(form.GraphBox.outline->corners.row1, static_cast<int>(y1));
+    Click(1, 1);
+    EXPECT_FALSE(InForce());
+  }
+}
+
+TEST_F(RegionByMouse, UnitsOfThePictureAreTurnedIntoPixels) {
+  desktop.units = {15, 15};
+  Drag(600, 1200, 1500, 3000);
+  EXPECT_EQ(Corners(), "20 20 50 50");
+}
+
+TEST_F(RegionByMouse, BeyondThePictureItIsHeldToTheImage) {
+  Drag(-50, 100, 900, 5000);
+  EXPECT_EQ(Corners(), "25 0 63 127");
+}
+
+TEST_F(RegionByMouse, AClickSelectsOnePixelAndASecondOneRemovesIt) {
+  Click(101.4F, 50);
+  EXPECT_EQ(Corners(), "12 50 12 50");
+  EXPECT_TRUE(InForce());
+  form.GraphBox_MouseDown(kLeft, 0, 7, 7);
+  EXPECT_FALSE(InForce());
+  form.GraphBox_MouseMove(kLeft, 0, 30, 30);
+  form.GraphBox_MouseUp(kLeft, 0, 30, 30);
+  EXPECT_FALSE(InForce());
+  Click(30, 30);
+  EXPECT_TRUE(InForce());
+}
+
+TEST_F(RegionByMouse, TheOutlineFollowsTheDragAndAnotherButtonDoesNothing) {
+  form.GraphBox_MouseDown(kRight, 0, 5, 5);
+  form.GraphBox_MouseMove(kRight, 0, 9, 9);
+  form.GraphBox_MouseUp(kRight, 0, 9, 9);
+  EXPECT_FALSE(InForce());
+  form.GraphBox_MouseDown(kLeft, 0, 10, 20);
+  form.GraphBox_MouseMove(kLeft, 0, 30, 50);
+  ASSERT_TRUE(form.GraphBox.outline);
+  EXPECT_EQ(form.GraphBox.outline->corners.col2, 30);
+  EXPECT_EQ(form.state.ROISelected, 0);
+  form.GraphBox_MouseUp(kLeft, 0, 60, 70);
+  EXPECT_EQ(form.GraphBox.outline->corners.row2, 70);
+}
+
+TEST_F(RegionByMouse, ItStaysInForceButHiddenWhileTheTransformShows) {
+  Drag(20, 20, 200, 200);
+  Compress(FileKind::kAwf, "1", "a.awf");
+  EXPECT_EQ(form.state.GraphBoxContent, 'T');
+  EXPECT_FALSE(form.GraphBox.outline);
+  EXPECT_EQ(form.state.ROISelected, 1);
+  Click(3, 3);  // only on the image
+  EXPECT_EQ(form.state.ROISelected, 1);
+  form.OpDisplayImage_Click();
+  EXPECT_TRUE(InForce());
+}
+
+TEST_F(RegionByMouse, ACompressionShowsTheMaskAndHoldsTheShare) {
+  const std::pair<const char*, const char*> shares[] = {
+      {"-3", "0.01"}, {"1.5", "0.99"}, {"0.99", "0.99"}, {"0", "0"}, {".5x", ".5x"}};
+  for (const auto& [text, held] : shares) {
+    Load(Photograph(64, 64));
+    if (form.state.ROISelected == 0) Drag(100, 100, 140, 140);
+    form.txtROIPercent.text = text;
+    Compress(FileKind::kAwb, "1", "a.awb");
+    EXPECT_EQ(form.txtROIPercent.text, held) << text;
+    EXPECT_EQ(form.state.GraphBoxRecContent, 'I');
+    const Image& mask = *form.state.ReconstructedImage;
+    EXPECT_EQ(mask(0, 0), 255);  // the low band is reached from everywhere
+    EXPECT_EQ(mask(63, 32), 0);  // a corner of the finest level is not
+  }
+}
+
+TEST_F(RegionByMouse, AMouseBeyondSixteenBitsEndsTheDragWithASentence) {
+  form.GraphBox_MouseDown(kLeft, 0, 40000, 1);
+  EXPECT_TRUE(form.Report.text.starts_with("Overflow")) << form.Report.text;
+  EXPECT_FALSE(InForce());
+  Drag(20, 20, 30, 30);
+  EXPECT_TRUE(InForce());
+}
+
+}  // namespace
+}  // namespace marovia::test
