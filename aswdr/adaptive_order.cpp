@@ -1,7 +1,5 @@
 #include "aswdr/adaptive_order.h"
 
-#include <iterator>
-
 namespace marovia {
 namespace {
 
@@ -106,9 +104,9 @@ void AdaptiveOrder::ForHomes(Visit visit) const {
   ForOrder(leftOver_, TheGrid(), banded, visit);
 }
 
-std::vector<float> AdaptiveOrder::Gather(std::span<const float> grid) const {
-  std::vector<float> homes(grid.size());
-  float* to = homes.data();
+Buffer<float> AdaptiveOrder::Gather(std::span<const float> grid) const {
+  Buffer<float> homes(grid.size());
+  float* to = homes.Data();
   const float* from = grid.data();
   ForHomes([=](Home home, std::uint32_t position) { to[home] = from[position]; });
   return homes;
@@ -142,7 +140,8 @@ StretchOrder AdaptiveOrder::OrderOf(std::size_t stretch) {
       Make(stretch - 1);
     }
   }
-  return {level.homes, level.blocksOfFound, level.blocksWithFound, level.blocksWithout};
+  return {level.homes, level.blocksOfFound.Homes(), level.blocksWithFound.Homes(),
+          level.blocksWithout.Homes()};
 }
 
 // Before the second pass a level is visited in the walk of its bands.
@@ -162,41 +161,49 @@ void AdaptiveOrder::MakeFirst(Level& level) {
 void AdaptiveOrder::Make(std::size_t index) {
   Level& level = levels_[index];
   level.homes.clear();
-  level.blocksOfFound.clear();
-  level.blocksWithFound.clear();
-  level.blocksWithout.clear();
+  if (level.blocksOfFound.Room() == 0) {
+    const std::size_t most = level.lastBlock - level.firstBlock;
+    level.blocksOfFound = HomeList(most);
+    level.blocksWithFound = HomeList(most);
+    level.blocksWithout = HomeList(most);
+  }
+  level.blocksOfFound.Clear();
+  level.blocksWithFound.Clear();
+  level.blocksWithout.Clear();
   if (index == 0) {
-    for (Home home = level.firstBlock; home < level.lastBlock; ++home) AppendParent(level, home);
+    // The parents keep their order, which is that of their numbers from the low band's size on.
+    AppendParentsOf(level, level.firstBlock, level.lastBlock);
   } else {
     if (!levels_[index - 1].made) Make(index - 1);
     const Level& parents = levels_[index - 1];
-    for (const auto* blocks :
+    for (const HomeList* blocks :
          {&parents.blocksOfFound, &parents.blocksWithFound, &parents.blocksWithout}) {
-      for (const Home block : *blocks) AppendParents(level, block);
+      for (const Home block : blocks->Homes()) AppendParents(level, block, 0xF);
     }
   }
   level.made = true;
 }
 
-void AdaptiveOrder::AppendParent(Level& level, Home parent) {
-  if (found_->Has(parent)) {
-    level.blocksOfFound.push_back(parent);
-  } else if (found_->Block(parent) != 0) {
-    level.blocksWithFound.push_back(parent);
-  } else {
-    level.blocksWithout.push_back(parent);
+void AdaptiveOrder::AppendParentsOf(Level& level, Home first, Home last) {
+  for (Home block = first / 4; 4 * block < last; ++block) {
+    std::uint64_t within = 0xF;
+    if (4 * block < first) within &= 0xFU << (first - 4 * block);
+    if (4 * block + 4 > last) within &= 0xFU >> (4 * block + 4 - last);
+    AppendParents(level, block, within);
   }
 }
 
-// The four parents of a block, in most blocks none of them found and without a found child.
-void AdaptiveOrder::AppendParents(Level& level, Home block) {
-  const Home first = 4 * block;
-  if ((found_->Block(block) | found_->Children(block)) == 0) {
-    const Home parents[] = {first, first + 1, first + 2, first + 3};
-    level.blocksWithout.insert(level.blocksWithout.end(), std::begin(parents), std::end(parents));
-    return;
-  }
-  for (Home parent = first; parent < first + 4; ++parent) AppendParent(level, parent);
+// Of the parents of a block those that `within` marks, each to the list that it belongs to.
+void AdaptiveOrder::AppendParents(Level& level, Home block, std::uint64_t within) {
+  const std::uint64_t found = found_->Block(block) & within;
+  // Bit 4i is set where any of the four bits from there on is, then the four are gathered.
+  std::uint64_t children = found_->Children(block);
+  children |= children >> 1;
+  children |= children >> 2;
+  const std::uint64_t any = (children & 0x1111) * 0x1248 >> 12 & within;
+  level.blocksOfFound.AppendBlock(4 * block, found);
+  level.blocksWithFound.AppendBlock(4 * block, any & ~found);
+  level.blocksWithout.AppendBlock(4 * block, within & ~(found | any));
 }
 
 }  // namespace marovia

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "coding/home_list.h"
 #include "coding/visiting_order.h"
 
 namespace marovia {
@@ -21,7 +22,7 @@ class AdaptiveOrder final : public VisitingOrder {
  public:
   explicit AdaptiveOrder(const BandGrid& grid);
 
-  [[nodiscard]] std::vector<float> Gather(std::span<const float> grid) const override;
+  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid) const override;
   void Scatter(std::span<const float> homes, std::span<float> grid) const override;
   [[nodiscard]] Walk Positions() const override;
   void Rebuild(const HomeSet& found) override;
@@ -34,9 +35,9 @@ class AdaptiveOrder final : public VisitingOrder {
     Home lastBlock;
     bool made = false;
     std::vector<Home> homes;
-    std::vector<Home> blocksOfFound;
-    std::vector<Home> blocksWithFound;
-    std::vector<Home> blocksWithout;
+    HomeList blocksOfFound;
+    HomeList blocksWithFound;
+    HomeList blocksWithout;
   };
 
   // Calls visit(home, position) for every home.
@@ -45,8 +46,8 @@ class AdaptiveOrder final : public VisitingOrder {
   void NumberParents();
   void MakeFirst(Level& level);
   void Make(std::size_t index);
-  void AppendParent(Level& level, Home parent);
-  void AppendParents(Level& level, Home block);
+  void AppendParentsOf(Level& level, Home first, Home last);
+  void AppendParents(Level& level, Home block, std::uint64_t within);
 
   ScanOrder fixed_;            // the bands that keep their order
   ScanOrder leftOver_;         // what no band covers

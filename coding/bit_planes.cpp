@@ -35,7 +35,7 @@ std::uint64_t EqualBytes(const std::uint8_t* bytes, std::uint8_t wanted) {
 #endif
 
 // A magnitude in [2^(n-k), 2^(n-k+1)) has the biased exponent n - k + 127.
-MAROVIA_WIDE_VECTORS void FindPasses(const std::vector<float>& homes, int exponent,
+MAROVIA_WIDE_VECTORS void FindPasses(std::span<const float> homes, int exponent,
                                      std::vector<std::uint8_t>& passes) {
   const std::int32_t base = exponent + 127;
   const float* __restrict from = homes.data();
@@ -50,9 +50,9 @@ MAROVIA_WIDE_VECTORS void FindPasses(const std::vector<float>& homes, int expone
 
 }  // namespace
 
-BitPlanes::BitPlanes(std::vector<float> homes, int exponent)
-    : homes_(std::move(homes)), passes_((homes_.size() / 64 + 1) * 64, kNever) {
-  FindPasses(homes_, exponent, passes_);
+BitPlanes::BitPlanes(Buffer<float> homes, int exponent)
+    : homes_(std::move(homes)), passes_((homes_.Size() / 64 + 1) * 64, kNever) {
+  FindPasses(homes_.Values(), exponent, passes_);
 }
 
 void BitPlanes::FoundIn(int pass, HomeSet& homes) const {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/buffer.h"
 #include "coding/home_set.h"
 
 namespace marovia {
@@ -16,9 +17,9 @@ namespace marovia {
 class BitPlanes {
  public:
   // The values of the homes, every magnitude below 2^exponent.
-  BitPlanes(std::vector<float> homes, int exponent);
+  BitPlanes(Buffer<float> homes, int exponent);
 
-  [[nodiscard]] std::size_t HomeCount() const { return homes_.size(); }
+  [[nodiscard]] std::size_t HomeCount() const { return homes_.Size(); }
   [[nodiscard]] bool Negative(Home home) const { return std::signbit(homes_[home]); }
   // Whether a coefficient found before `pass` moves away from 0 in it.
   [[nodiscard]] bool Moves(Home home, int pass) const {
@@ -31,7 +32,7 @@ class BitPlanes {
  private:
   static constexpr int kMantissaBits = 23;
 
-  std::vector<float> homes_;
+  Buffer<float> homes_;
   std::vector<std::uint8_t> passes_;  // the pass that finds a home, 255 for none; padded to 64
 };
 

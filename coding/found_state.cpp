@@ -1,5 +1,8 @@
 #include "coding/found_state.h"
 
+#include <bit>
+#include <numeric>
+
 namespace marovia {
 
 FoundState::FoundState(const VisitingOrder& order)
@@ -8,6 +11,10 @@ FoundState::FoundState(const VisitingOrder& order)
       now_(order.HomeCount()),
       pendingInWord_(before_.WordCount(), 64) {
   for (const Stretch& stretch : stretches_) pendingInStretch_.push_back(stretch.Size());
+}
+
+std::int64_t FoundState::Pending() const {
+  return std::accumulate(pendingInStretch_.begin(), pendingInStretch_.end(), std::int64_t{0});
 }
 
 void FoundState::Settle() {
@@ -25,6 +32,35 @@ void FoundState::Settle() {
       pendingInStretch_[s] -= CountBits(found & mask);
     }
   }
+}
+
+HomeList FoundState::ListBefore(VisitingOrder& order) const {
+  HomeList list(static_cast<std::size_t>(count_));
+  for (std::size_t i = 0; i < stretches_.size(); ++i) {
+    if (pendingInStretch_[i] == stretches_[i].Size()) continue;
+    if (!stretches_[i].ordered) {
+      AppendInTurn(stretches_[i], list);
+      continue;
+    }
+    const StretchOrder blocks = order.OrderOf(i);
+    AppendBlocks(blocks.blocksOfFound, list);
+    AppendBlocks(blocks.blocksWithFound, list);
+  }
+  return list;
+}
+
+void FoundState::AppendInTurn(const Stretch& stretch, HomeList& list) const {
+  for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
+    if (before_.Word(i) == 0) continue;
+    std::uint64_t bits = before_.Word(i) & HomeSet::RangeMask(i, stretch.first, stretch.last);
+    for (; bits != 0; bits &= bits - 1) {
+      list.Append(static_cast<Home>(i * 64) + static_cast<Home>(std::countr_zero(bits)));
+    }
+  }
+}
+
+void FoundState::AppendBlocks(std::span<const Home> blocks, HomeList& list) const {
+  for (const Home block : blocks) list.AppendBlock(4 * block, before_.Block(block));
 }
 
 }  // namespace marovia

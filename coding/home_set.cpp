@@ -9,8 +9,4 @@ bool HomeSet::AnyIn(Home first, Home last) const {
   return false;
 }
 
-void HomeSet::IntersectWith(const HomeSet& other) {
-  for (std::size_t i = 0; i < words_.size(); ++i) words_[i] &= other.words_[i];
-}
-
 }  // namespace marovia

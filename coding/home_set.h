@@ -44,8 +44,6 @@ class HomeSet {
     return mask;
   }
 
-  void IntersectWith(const HomeSet& other);
-
  private:
   std::vector<std::uint64_t> words_;
 };

@@ -40,10 +40,10 @@ class PassDecoder {
   // end.
   void PlaceInTheMiddle() {
     std::int64_t visited = 0;
-    ForEachFoundBefore(order_, found_, [&](Home home) {
+    const HomeList found = found_.ListBefore(order_);
+    for (const Home home : found.Homes()) {
       values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
-      return true;
-    });
+    }
     for (std::size_t i = 0; i < found_.Now().WordCount(); ++i) {
       for (std::uint64_t bits = found_.Now().Word(i); bits != 0; bits &= bits - 1) {
         float& value = values_[i * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
@@ -158,13 +158,16 @@ class PassDecoder {
   }
 
   bool RefinementPass() {
-    return ForEachFoundBefore(order_, found_, [this](Home home) {
+    const HomeList found = found_.ListBefore(order_);
+    for (const Home home : found.Homes()) {
       bool moves = false;
       if (!symbols_.ReadRefinement(moves)) return Ended();
       ++refinedCount_;
-      if (moves) values_[home] += std::copysign(threshold_, values_[home]);
-      return !Spent();
-    });
+      float& value = values_[home];
+      value += moves ? std::copysign(threshold_, value) : 0.0F;
+      if (Spent()) return false;
+    }
+    return true;
   }
 
   VisitingOrder& order_;

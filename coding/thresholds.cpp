@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/magnitude.h"
+
 namespace marovia {
 
 int GetThreshold(std::span<const float> coefficients, WaveletKind wavelet) {
-  float largest = 0;
-  for (const float coefficient : coefficients) largest = std::max(largest, std::fabs(coefficient));
+  const float largest = LargestMagnitude(coefficients);
   if (largest == 0) return wavelet == WaveletKind::kDaub97 ? 0 : 1;
   return std::max(0, std::ilogb(largest) + 1);
 }

@@ -11,9 +11,9 @@ FixedOrder::FixedOrder(const BandGrid& grid)
     : VisitingOrder(grid, {{0, static_cast<Home>(grid.Size()), false}}),
       order_(CreateScanOrderHF(grid)) {}
 
-std::vector<float> FixedOrder::Gather(std::span<const float> grid) const {
-  std::vector<float> homes(grid.size());
-  float* to = homes.data();
+Buffer<float> FixedOrder::Gather(std::span<const float> grid) const {
+  Buffer<float> homes(grid.size());
+  float* to = homes.Data();
   const float* from = grid.data();
   ForOrder(order_, TheGrid(), 0,
            [=](Home home, std::uint32_t position) { to[home] = from[position]; });

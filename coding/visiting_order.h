@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "base/buffer.h"
 #include "coding/home_set.h"
 #include "coding/scan_order.h"
 
@@ -40,7 +41,7 @@ class VisitingOrder {
   [[nodiscard]] std::span<const Stretch> Stretches() const { return stretches_; }
 
   // Every home's value from the grid of positions, and back.
-  [[nodiscard]] virtual std::vector<float> Gather(std::span<const float> grid) const = 0;
+  [[nodiscard]] virtual Buffer<float> Gather(std::span<const float> grid) const = 0;
   virtual void Scatter(std::span<const float> homes, std::span<float> grid) const = 0;
   // Every home's position.
   [[nodiscard]] virtual Walk Positions() const = 0;
@@ -63,7 +64,7 @@ class VisitingOrder {
 class FixedOrder final : public VisitingOrder {
  public:
   explicit FixedOrder(const BandGrid& grid);
-  [[nodiscard]] std::vector<float> Gather(std::span<const float> grid) const override;
+  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid) const override;
   void Scatter(std::span<const float> homes, std::span<float> grid) const override;
   [[nodiscard]] Walk Positions() const override;
   void Rebuild(const HomeSet&) override {}

@@ -181,13 +181,6 @@ void ApplyStep(const LiftingStep& step, Precision precision, std::span<float> ta
   }
 }
 
-int Reflect(int index, int length) {
-  if (length == 1) return 0;
-  const int last = length - 1;
-  while (index < 0 || index > last) index = index < 0 ? -index : 2 * last - index;
-  return index;
-}
-
 SplitLine::SplitLine(int longest)
     : low_(static_cast<std::size_t>((longest + 1) / 2 + 2 * kMargin)),
       high_(static_cast<std::size_t>(longest / 2 + 2 * kMargin)) {}
@@ -208,23 +201,24 @@ std::span<float> SplitLine::HighFrom(int first, int count) {
                                   static_cast<std::size_t>(count));
 }
 
-void SplitLine::ReflectEnds() {
-  float* low = Low().data();
-  float* high = High().data();
+void SplitLine::ReflectEnds(Band band) {
+  const bool isLow = band == kLow;
+  float* samples = (isLow ? Low() : High()).data();
+  const int count = isLow ? lowCount_ : highCount_;
+  const int odd = isLow ? 0 : 1;
   for (int k = 1; k <= kMargin; ++k) {
-    low[-k] = low[Reflect(-2 * k, length_) / 2];
-    high[-k] = high[Reflect(1 - 2 * k, length_) / 2];
-    const int beyondLow = lowCount_ + k - 1;
-    const int beyondHigh = highCount_ + k - 1;
-    low[beyondLow] = low[Reflect(2 * beyondLow, length_) / 2];
-    high[beyondHigh] = high[Reflect(2 * beyondHigh + 1, length_) / 2];
+    samples[-k] = samples[Reflect(odd - 2 * k, length_) / 2];
+    const int beyond = count + k - 1;
+    samples[beyond] = samples[Reflect(2 * beyond + odd, length_) / 2];
   }
 }
 
 void SplitLine::Lift(std::span<const LiftingStep> steps, Precision precision) {
   if (length_ < 2) return;
   for (const LiftingStep& step : steps) {
-    ReflectEnds();
+    if (step.rule != kTimes && step.rule != kOver) {
+      ReflectEnds(step.target == kHigh ? kLow : kHigh);
+    }
     const float* low = Low().data();
     const float* high = High().data();
     if (step.target == kHigh) {

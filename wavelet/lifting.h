@@ -55,7 +55,12 @@ void ApplyStep(const LiftingStep& step, Precision precision, std::span<float> ta
                const Neighbours& neighbours);
 
 // The index of a sample of a line of `length` samples, reflected at both ends as often as needed.
-int Reflect(int index, int length);
+inline int Reflect(int index, int length) {
+  if (length == 1) return 0;
+  const int last = length - 1;
+  while (index < 0 || index > last) index = index < 0 ? -index : 2 * last - index;
+  return index;
+}
 
 // A line split into its two bands, with room around each for the samples reflected at the ends.
 class SplitLine {
@@ -75,7 +80,8 @@ class SplitLine {
 
   std::span<float> LowFrom(int first, int count);
   std::span<float> HighFrom(int first, int count);
-  void ReflectEnds();
+  // The samples that the neighbours of the other band's ends ask for.
+  void ReflectEnds(Band band);
 
   int length_ = 0;
   int lowCount_ = 0;

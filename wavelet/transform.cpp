@@ -1,10 +1,10 @@
 #include "wavelet/transform.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 #include "base/bits.h"
+#include "base/magnitude.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/lifting.h"
 #include "wavelet/row_lifter.h"
@@ -138,15 +138,6 @@ void InverseLevelInPlace(Grid<float>& coefficients, Inverse inverse, Corner corn
     const auto row = result.Row(r);
     std::copy(row.begin(), row.end(), coefficients.Row(r).begin());
   }
-}
-
-MAROVIA_WIDE_VECTORS float LargestMagnitude(std::span<const float> values) {
-  // Magnitudes are in the order of their bit patterns.
-  std::int32_t largest = 0;
-  for (const float value : values) {
-    largest = std::max(largest, std::bit_cast<std::int32_t>(value) & INT32_MAX);
-  }
-  return std::bit_cast<float>(largest);
 }
 
 // Whether all values times `factor`, below 2^22 in magnitude, are whole numbers.
