@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "base/bits.h"
 #include "coding/bit_stream.h"
 
 namespace marovia {
@@ -58,9 +59,16 @@ template <int Bits>
 int Widening(std::uint32_t low, std::uint32_t high) {
   const std::uint32_t l = low << (32 - Bits);
   const std::uint32_t h = high << (32 - Bits) | ((1U << (32 - Bits)) - 1);
-  const int agreed = std::countl_zero(l ^ h);
+  // Neither argument is 0: h ends in ones where l ends in zeros.
+  const int agreed = LeadingZeros(l ^ h);
   const std::uint32_t straddle = ((l & ~h) << agreed) << 1;
-  return agreed + std::countl_one(straddle);
+  return agreed + LeadingZeros(~straddle);
+}
+
+// All ones or none. Selecting with masks keeps the compiler from branching on what cannot be
+// foretold.
+inline std::uint32_t MaskIf(bool condition) {
+  return 0U - static_cast<std::uint32_t>(condition);
 }
 
 }  // namespace arithmetic
@@ -72,6 +80,13 @@ struct Share {
   std::uint32_t total;
 };
 
+// A symbol found by its code value: its index and its part of the range, from below to end - 1.
+struct Found {
+  unsigned index;
+  std::uint32_t below;
+  std::uint32_t end;
+};
+
 // Three characters, 0 to 2, kept in the order of their counts: one that draws level with others
 // moves up past them. Where the set-up has an end symbol, it stays behind them with a count of 1.
 template <class Setup>
@@ -80,81 +95,110 @@ class TernaryContext {
   static constexpr unsigned kSymbols = Setup::kHasEnd ? 4 : 3;
   static constexpr unsigned kEndIndex = 4;
 
-  // The symbol index (1 to kSymbols) of a character, and back.
+  // The symbol index (1 to 3) of a character, and back.
   [[nodiscard]] unsigned IndexOf(unsigned character) const { return indexOf_[character]; }
   [[nodiscard]] unsigned CharacterAt(unsigned index) const { return characterAt_[index]; }
 
-  [[nodiscard]] std::uint32_t Total() const { return cumulative_[0]; }
-  // The counts of all symbols above an index.
-  [[nodiscard]] std::uint32_t Cumulative(unsigned index) const { return cumulative_[index]; }
+  [[nodiscard]] std::uint32_t Total() const { return Above(0); }
   [[nodiscard]] Share ShareOf(unsigned index) const {
-    return {cumulative_[index], cumulative_[index - 1], cumulative_[0]};
+    return {index < kEndIndex ? Above(index) : 0, Above(index - 1), Total()};
+  }
+
+  // The index of the symbol that a code value, less the low end of a range, falls to.
+  Found Find(std::uint32_t code, std::uint32_t range) const {
+    const std::uint32_t reciprocal = arithmetic::kReciprocals[Total()];
+    const std::uint32_t first = arithmetic::Scaled(range, Above(1), reciprocal);
+    const std::uint32_t second = arithmetic::Scaled(range, Above(2), reciprocal);
+    const std::uint32_t past1 = arithmetic::MaskIf(code < first);
+    const std::uint32_t past2 = arithmetic::MaskIf(code < second);
+    Found found{1 - past1 - past2, (first & ~past1) | (second & past1 & ~past2),
+                (range & ~past1) | (first & past1 & ~past2) | (second & past2)};
+    if constexpr (Setup::kHasEnd) {
+      const std::uint32_t third = arithmetic::Scaled(range, Above(3), reciprocal);
+      if (code < third) return {kEndIndex, 0, third};
+      found.below |= third & past2;
+    }
+    return found;
   }
 
   void Update(unsigned index) {
-    if (cumulative_[0] == Setup::kMostTotal) Halve();
-    unsigned place = index;
-    while (place > 1 && CountOf(place) == CountOf(place - 1)) --place;
-    if (place != index) Exchange(place, index);
-    for (unsigned i = 0; i < place; ++i) ++cumulative_[i];
+    if (Total() == Setup::kMostTotal) Halve();
+    if (CountOf(index) == CountOf(index - 1)) index = MoveUp(index);
+    cumulative_ += kOneUpTo[index];
   }
 
  private:
+  static constexpr int kLane = 16;  // bits of a count
+  // A count in each lane below the index.
+  static constexpr std::array<std::uint64_t, 4> kOneUpTo = {0, 0x1, 0x10001, 0x100010001};
+
+  // The counts of the symbols above an index, 0 to 3.
+  [[nodiscard]] std::uint32_t Above(unsigned index) const {
+    return static_cast<std::uint32_t>(cumulative_ >> (kLane * index)) & 0xFFFF;
+  }
+  // The count of a symbol, and of none at index 0.
   [[nodiscard]] std::uint32_t CountOf(unsigned index) const {
-    return static_cast<std::uint32_t>(cumulative_[index - 1]) - cumulative_[index];
+    if (index == 0) return 0;
+    return Above(index - 1) - (index < kEndIndex ? Above(index) : 0);
   }
 
   void Halve() {
-    std::array<std::uint32_t, kSymbols + 1> counts{};
-    for (unsigned i = 1; i <= kSymbols; ++i) counts[i] = (CountOf(i) + 1) / 2;
+    std::uint64_t halved = 0;
     std::uint32_t above = 0;
-    for (unsigned i = kSymbols; i > 0; --i) {
-      cumulative_[i] = static_cast<std::uint16_t>(above);
-      above += counts[i];
+    for (unsigned index = kSymbols; index > 0; --index) {
+      above += (CountOf(index) + 1) / 2;
+      halved |= std::uint64_t{above} << (kLane * (index - 1));
     }
-    cumulative_[0] = static_cast<std::uint16_t>(above);
+    cumulative_ = halved;
   }
 
-  void Exchange(unsigned place, unsigned index) {
+  // Exchanges a symbol with the first of those that have its count, and returns that one's index.
+  unsigned MoveUp(unsigned index) {
+    unsigned place = index;
+    while (CountOf(place) == CountOf(place - 1)) --place;
     std::swap(characterAt_[place], characterAt_[index]);
     indexOf_[characterAt_[place]] = static_cast<std::uint8_t>(place);
     indexOf_[characterAt_[index]] = static_cast<std::uint8_t>(index);
+    return place;
   }
 
-  std::array<std::uint16_t, 5> cumulative_ = Setup::kHasEnd
-                                                 ? std::array<std::uint16_t, 5>{4, 3, 2, 1, 0}
-                                                 : std::array<std::uint16_t, 5>{3, 2, 1, 0, 0};
+  // Four lanes: the counts above the indices 0 (the total) to 3.
+  std::uint64_t cumulative_ = Setup::kHasEnd ? 0x0001000200030004U : 0x0000000100020003U;
   std::array<std::uint8_t, 4> characterAt_{0, 0, 1, 2};  // from index 1
   std::array<std::uint8_t, 3> indexOf_{1, 2, 3};
 };
 
-// Two characters, 0 and 1, the one with the larger count first.
+// Two characters, 0 and 1, the one with the larger count first; one that draws level moves up.
 class BinaryContext {
  public:
-  [[nodiscard]] unsigned IndexOf(unsigned character) const { return character == first_ ? 1 : 2; }
+  // The index of a character is 1 where it comes first, else 2.
+  [[nodiscard]] unsigned IndexOf(unsigned character) const { return 1 + (character ^ first_); }
   [[nodiscard]] unsigned CharacterAt(unsigned index) const { return first_ ^ (index - 1); }
 
   [[nodiscard]] std::uint32_t Total() const { return counts_[0] + counts_[1]; }
-  [[nodiscard]] std::uint32_t Cumulative(unsigned index) const {
-    return index == 1 ? counts_[1] : 0;
-  }
   [[nodiscard]] Share ShareOf(unsigned index) const {
-    return index == 1 ? Share{counts_[1], Total(), Total()} : Share{0, counts_[1], Total()};
+    const std::uint32_t isFirst = arithmetic::MaskIf(index == 1);
+    return {counts_[1] & isFirst, counts_[1] + (counts_[0] & isFirst), Total()};
+  }
+
+  Found Find(std::uint32_t code, std::uint32_t range) const {
+    const std::uint32_t second =
+        arithmetic::Scaled(range, counts_[1], arithmetic::kReciprocals[Total()]);
+    const std::uint32_t isSecond = arithmetic::MaskIf(code < second);
+    return {1 - isSecond, second & ~isSecond, (second & isSecond) | (range & ~isSecond)};
   }
 
   void Update(unsigned index) {
     if (Total() == SecondSetup::kMostTotal) {
       for (std::uint32_t& count : counts_) count = (count + 1) / 2;
     }
-    if (index == 2 && counts_[0] == counts_[1]) {
-      first_ ^= 1U;
-      index = 1;
-    }
-    ++counts_[index - 1];
+    const unsigned movesUp = static_cast<unsigned>(counts_[0] == counts_[1]) & (index - 1);
+    first_ ^= movesUp;
+    ++counts_[index - 1 - movesUp];
   }
 
  private:
-  std::array<std::uint32_t, 2> counts_{1, 1};
+  std::array<std::uint32_t, 2> counts_{1, 1};  // of the first and the second
   unsigned first_ = 0;
 };
 
@@ -216,19 +260,13 @@ class ArithmeticDecoder {
   // The index of the next symbol in a context, which learns from it; the end symbol teaches
   // nothing.
   template <class Context>
-  unsigned DecodeIndex(Context& context) {
-    const std::uint32_t reciprocal = arithmetic::kReciprocals[context.Total()];
-    std::uint32_t end = range_;
-    unsigned index = 1;
-    std::uint32_t below = arithmetic::Scaled(range_, context.Cumulative(1), reciprocal);
-    while (below > code_) {
-      end = below;
-      below = arithmetic::Scaled(range_, context.Cumulative(++index), reciprocal);
-    }
-    Take(below, end);
-    return index;
+  unsigned DecodeIndex(const Context& context) {
+    const Found found = context.Find(code_, range_);
+    Take(found);
+    return found.index;
   }
 
+  // The next character in a context, which learns from it.
   template <class Context>
   unsigned Decode(Context& context) {
     const unsigned index = DecodeIndex(context);
@@ -250,11 +288,12 @@ class ArithmeticDecoder {
  private:
   static constexpr std::uint32_t kWindowMask = (1U << (Setup::kBits - 1)) - 1;
 
-  void Take(std::uint32_t below, std::uint32_t end) {
-    const int shift = arithmetic::Widening<Setup::kBits>(low_ + below, low_ + end - 1);
-    code_ = ((code_ - below) << shift) | static_cast<std::uint32_t>(reader_.GetBits(shift));
-    low_ = ((low_ + below) << shift) & kWindowMask;
-    range_ = (end - below) << shift;
+  void Take(const Found& found) {
+    const std::uint32_t low = low_ + found.below;
+    const int shift = arithmetic::Widening<Setup::kBits>(low, low_ + found.end - 1);
+    code_ = ((code_ - found.below) << shift) | static_cast<std::uint32_t>(reader_.GetBits(shift));
+    low_ = (low << shift) & kWindowMask;
+    range_ = (found.end - found.below) << shift;
   }
 
   BitReader reader_;
