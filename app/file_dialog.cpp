@@ -5,7 +5,7 @@ namespace {
 
 std::string TakePart(std::string_view& text) {
   const auto end = text.find('|');
-  const std::string part(text.substr(0, end));
+  std::string part(text.substr(0, end));
   text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
   return part;
 }

@@ -27,6 +27,7 @@ class Decompression;
 struct Coder;
 struct Sides;
 
+// NOLINTNEXTLINE(readability-identifier-naming): the form bears this name
 class frmMain : public Controls {
  public:
   // The desktop must outlive the form.

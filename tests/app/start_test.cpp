@@ -16,6 +16,8 @@ TEST_F(Start, ShowsThePublicSetOfFunctions) {
             (std::vector<std::string>{"DD 5/3 Integer", "DD 2+2,2 Integer", "Daub 9/7"}));
   EXPECT_EQ(form.txtBitRate.text + " " + form.txtROIPercent.text + " " + form.txtLevels.text,
             "0.25 .9 4");
+  EXPECT_EQ(form.OpTransform[0].caption + form.OpTransform[1].caption, "Forward Inverse ");
+  EXPECT_EQ(form.mnuTransformImage.caption, "&Transform ");
   EXPECT_TRUE(form.OpMethod[0].selected && form.OpEntropyCode[0].selected &&
               form.OpErrorMeasure[0].selected && form.OpTransform[0].selected &&
               form.OpDisplayImage.selected);
@@ -107,6 +109,8 @@ TEST_F(Start, TheHiddenTransformModeTransformsShowsAndInverts) {
     EXPECT_EQ(*form.state.ReconstructedImage, source) << wavelet;
     EXPECT_EQ(form.state.GraphBoxContent, 'I');
     EXPECT_EQ(form.state.GraphBoxRecContent, 'I');
+    EXPECT_EQ(form.mnuTransformImage.caption, "&Transform Image");
+    EXPECT_FALSE(form.mnuTransformImage.visible);
     EXPECT_TRUE(form.OpTransform[0].selected && !form.OpTransform[1].selected);
     EXPECT_FALSE(form.OpDisplayTransform.enabled);
     EXPECT_FALSE(desktop.IsBusy());

@@ -1,5 +1,6 @@
 // Whole runs of use, as a user makes them, with every text that the report box shows on the way.
 #include <optional>
+#include <ostream>
 #include <vector>
 
 #include "marovia/measures.h"
@@ -63,6 +64,10 @@ Texts MeasureTexts(const Image& a, const Image& b, const std::optional<Region>& 
   const std::string psnr =
       measures.psnr ? "PSNR error:  " + TrimmedNumberText(*measures.psnr) : "Error computing PSNR.";
   return {roi + "Sup-norm error:  " + TrimmedNumberText(measures.supNorm), roi + psnr, roi + mean};
+}
+
+void PrintTo(const Run& run, std::ostream* stream) {
+  *stream << run.file << " at " << run.rate;
 }
 
 class WholeRun : public FormTest, public testing::WithParamInterface<Run> {
