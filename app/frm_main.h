@@ -180,7 +180,7 @@ class frmMain : public Controls {
   Pointer pointer_ = Pointer::kDefault;
   bool acting_ = false;
   bool dragging_ = false;
-  // What a failure's sentence begins with: the prescribed words, if any, and the file at work.
+  // What the text of a failure begins with: a line of its own, if any, and the file at work.
   std::string lead_;
   std::string file_;
 };
