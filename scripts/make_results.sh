@@ -15,14 +15,19 @@ trap 'rm -rf "$work"' EXIT
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DMAROVIA_BUILD_BENCH=ON >/dev/null
 cmake --build "$build" --target marovia_round_trip lossless_campaign >/dev/null
 
+load=$(cut -d ' ' -f 1 /proc/loadavg)
+
+# measure IMAGES OPTIONS... prints the table without its head. The images come first: an option with
+# several values would take them.
 measure() {
-  "$build/bench/marovia_round_trip" --tsv --repeat "$runs" "$@" | tail -n +2
+  "$build/bench/marovia_round_trip" "$@" --tsv --repeat "$runs" >"$work/table"
+  tail -n +2 "$work/table"
 }
 # Columns: image, size, coder, wavelet, bpp, bytes, PSNR, compress ms, decompress ms.
-measure --kinds awg --wavelets 5/3 --wavelets 2+2,2 "$root"/Images/*.pgm >"$work/lossless"
-measure --kinds awb,awa,awd,awf --wavelets 9/7 --rates 0.25,0.5,1 "$root"/Images/*.pgm >"$work/lossy"
-measure --kinds awb --wavelets 9/7 --wavelets 5/3 --wavelets 2+2,2 --rates 0.25,0.5,1 \
-  "$root/Images/camera.pgm" >"$work/wavelets"
+measure "$root"/Images/*.pgm --kinds awg --wavelets 5/3 --wavelets 2+2,2 >"$work/lossless"
+measure "$root"/Images/*.pgm --kinds awb,awa,awd,awf --wavelets 9/7 --rates 0.25,0.5,1 >"$work/lossy"
+measure "$root/Images/camera.pgm" --kinds awb --wavelets 9/7 --wavelets 5/3 --wavelets 2+2,2 \
+  --rates 0.25,0.5,1 >"$work/wavelets"
 "$build/tests/campaigns/lossless_campaign" "$campaign_images" 1 >"$work/campaign"
 
 # The rows of a table with one line an image and rate, and a cell for each coder: the columns
@@ -50,6 +55,7 @@ cat >"$root/docs/results.md" <<END
 Made by scripts/make_results.sh on $(date -u +%Y-%m-%d), from $(git -C "$root" describe --always --dirty), on
 $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1) ($(nproc) processors, one of them used), built by
 $(c++ --version | head -n 1), Release. Levels are those that the codec chooses by itself.
+The load average was $load at the start; above 1, other work took part of the machine.
 Times are for bytes in memory and the fastest of $runs runs: what disturbs a run only ever slows it.
 
 The images are those of Images/: $(awk -F '\t' '!seen[$1]++ { printf "%s%s (%s)", sep, $1, $2; sep = ", " }' "$work/lossless").
