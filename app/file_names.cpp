@@ -1,8 +1,8 @@
 #include <array>
 
 #include "app/frm_main.h"
-#include "cli/input_file.h"
-#include "cli/output_file.h"
+#include "files/input_file.h"
+#include "files/output_file.h"
 
 namespace marovia {
 namespace {
@@ -63,13 +63,13 @@ bool frmMain::AskForFile(DialogForm form, std::string_view title, int flags) {
 
 Bytes frmMain::ReadChosenFile(const std::string& fileName) {
   file_ = fileName;
-  return cli::ReadInput(WholePath(fileName), kDefaultMaxPixels);
+  return ReadInput(WholePath(fileName), kDefaultMaxPixels);
 }
 
 // Either all of it gets there, or an earlier file of that name stays as it was.
 void frmMain::WriteChosenFile(const std::string& fileName, ByteView bytes) {
   file_ = fileName;
-  cli::OutputFile(WholePath(fileName), true).Put(bytes);
+  OutputFile(WholePath(fileName), true).Put(bytes);
 }
 
 }  // namespace marovia

@@ -30,9 +30,9 @@ class AdaptiveOrder final : public VisitingOrder {
 
  private:
   struct Level {
-    int number;  // of the level in the grid; 2 is the first with parents
-    Home firstBlock;
-    Home lastBlock;
+    int number = 0;  // of the level in the grid; 2 is the first with parents
+    Home firstBlock = 0;
+    Home lastBlock = 0;
     bool made = false;
     std::vector<Home> homes;
     HomeList blocksOfFound;

@@ -17,7 +17,7 @@
 #include "marovia/measures.h"
 
 #include "bench/table_text.h"
-#include "cli/input_file.h"
+#include "files/input_file.h"
 
 namespace marovia::bench {
 namespace {
@@ -109,7 +109,7 @@ std::vector<Row> TableOf(const Choices& choices) {
       {"image", "size", "coder", "wavelet", "bpp", "bytes", "PSNR", "there ms", "back ms"}};
   for (const std::string& file : choices.files) {
     const Source source{std::filesystem::path(file).stem().string(),
-                        ReadImage(cli::ReadInput(file, kDefaultMaxPixels)).image};
+                        ReadImage(ReadInput(file, kDefaultMaxPixels)).image};
     for (const std::string& kind : choices.kinds) {
       for (const std::string& name : choices.wavelets) {
         const auto* wavelet = std::ranges::find(kWavelets, name, &NamedWavelet::name);

@@ -7,7 +7,7 @@
 
 #include "marovia/error.h"
 
-#include "cli/input_file.h"
+#include "files/input_file.h"
 
 namespace marovia::cli {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "marovia/error.h"
 
-#include "cli/input_file.h"
-#include "cli/output_file.h"
+#include "files/input_file.h"
+#include "files/output_file.h"
 
 namespace marovia::cli {
 namespace {

@@ -9,7 +9,7 @@
 #include "base/number_text.h"
 #include "cli/commands.h"
 #include "cli/file_names.h"
-#include "cli/input_file.h"
+#include "files/input_file.h"
 #include "cli/json_text.h"
 #include "cli/values.h"
 

@@ -3,7 +3,7 @@
 #include "marovia/measures.h"
 
 #include "cli/commands.h"
-#include "cli/input_file.h"
+#include "files/input_file.h"
 #include "cli/json_text.h"
 #include "cli/values.h"
 #include "measures/measure_text.h"

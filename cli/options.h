@@ -14,7 +14,7 @@
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/file_names.h"
-#include "cli/output_file.h"
+#include "files/output_file.h"
 
 namespace marovia::cli {
 

@@ -2,9 +2,9 @@
 
 #include "cli/commands.h"
 #include "cli/file_names.h"
-#include "cli/input_file.h"
+#include "files/input_file.h"
 #include "cli/json_text.h"
-#include "cli/output_file.h"
+#include "files/output_file.h"
 
 namespace marovia::cli {
 namespace {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 #include <utility>
 
 #include "aswdr/aswdr_symbols.h"
@@ -39,10 +38,7 @@ float HeldShare(float share) {
 Compression::Compression(const Coder& coder, const Image& image, WaveletKind wavelet, bool pad)
     : coder_(coder), image_(image), wavelet_(wavelet), pad_(pad) {
   if (image.Empty()) Fail(Errc::kInvalidArgument, "The image is empty.");
-  if (std::max(image.Rows(), image.Cols()) > kMostSide) {
-    Fail(Errc::kLimit, "A side of " + std::to_string(std::max(image.Rows(), image.Cols())) +
-                           " exceeds " + std::to_string(kMostSide) + ".");
-  }
+  CheckSides({image.Rows(), image.Cols()});
 }
 
 void Compression::WriteBudget(double rate) {
@@ -58,6 +54,7 @@ void Compression::WriteLevels(int levels) {
   levels_ = levels;
   coded_ = {image_.Rows(), image_.Cols()};
   if (pad_) coded_ = PaddedSides(coded_, levels);
+  CheckSides(coded_);
   AppendGeometry(file_, levels, wavelet_, coded_.rows, coded_.cols);
 }
 

@@ -23,7 +23,7 @@ class Compression {
   void WriteBudget(double rate);
   // The same with the budget itself.
   void WriteBudgetBits(std::int32_t bits);
-  // Levels within the limit. Writes the sides too.
+  // Levels within the limit. Writes the sides too. Error kLimit where a padded one exceeds 32767.
   void WriteLevels(int levels);
   // The coefficients, scaled, before their mean is taken off.
   const Grid<float>& Transform();

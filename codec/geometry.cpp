@@ -31,6 +31,13 @@ Sides PaddedSides(Sides sides, int levels) {
   return {PaddedSide(sides.rows, levels), PaddedSide(sides.cols, levels)};
 }
 
+void CheckSides(Sides sides) {
+  const int longest = std::max(sides.rows, sides.cols);
+  if (longest <= kMostSide) return;
+  Fail(Errc::kLimit, "A side of " + std::to_string(longest) + " exceeds " +
+                         std::to_string(kMostSide) + ", the most that a file can hold.");
+}
+
 int LevelLimitOf(Sides sides, WaveletKind wavelet, bool pad) {
   const Sides coded = pad ? PaddedSides(sides, 0) : sides;
   return LevelLimit(coded.rows, coded.cols, wavelet);
@@ -46,10 +53,6 @@ int DefaultLevels(Sides sides, WaveletKind wavelet) {
 
 Image Padded(const Image& image, int levels) {
   const Sides sides = PaddedSides({image.Rows(), image.Cols()}, levels);
-  if (std::max(sides.rows, sides.cols) > kMostSide) {
-    Fail(Errc::kLimit, "A padded side of " + std::to_string(std::max(sides.rows, sides.cols)) +
-                           " exceeds " + std::to_string(kMostSide) + ".");
-  }
   Image padded(sides.rows, sides.cols);
   for (int r = 0; r < sides.rows; ++r) {
     const auto source = image.Row(std::min(r, image.Rows() - 1));

@@ -19,6 +19,9 @@ constexpr int kLeastPaddedSide = 4;
 // The next multiples of 2^levels.
 Sides PaddedSides(Sides sides, int levels);
 
+// Error kLimit where a side exceeds 32767.
+void CheckSides(Sides sides);
+
 // The limit of the levels for an image that is padded, or coded as it is: at least 0 in the first
 // case, below it for sides of 1 and 2 in the second.
 int LevelLimitOf(Sides sides, WaveletKind wavelet, bool pad);
@@ -27,7 +30,7 @@ int LevelLimitOf(Sides sides, WaveletKind wavelet, bool pad);
 // but not fewer than 3 unless the limit is lower.
 int DefaultLevels(Sides sides, WaveletKind wavelet);
 
-// The image with its last row and column repeated. Error kLimit where a padded side exceeds 32767.
+// The image with its last row and column repeated up to PaddedSides.
 Image Padded(const Image& image, int levels);
 Image Cropped(const Image& image, Sides sides);
 

@@ -84,7 +84,7 @@ Bytes StartOfBytes(const Start& start, std::int64_t most, std::int64_t size) {
 TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options) {
   CheckTarget(options);
   const FileInfo info = Inspect(file, kind, options.maxPixels);
-  const TruncateResult whole{Bytes(file.begin(), file.end()), kind, true};
+  TruncateResult whole{Bytes(file.begin(), file.end()), kind, true};
   if (kind == FileKind::kAwg && !IsInteger(info.wavelet)) {
     Fail(Errc::kUnsupported, "A lossless file of the 9/7 wavelet cannot be cut to a lossy one.");
   }

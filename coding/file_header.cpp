@@ -2,9 +2,11 @@
 
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <string>
 
 #include "base/checked.h"
+#include "base/number_text.h"
 
 namespace marovia {
 namespace {
@@ -89,7 +91,14 @@ FileHeader ReadHeader(ByteView file, bool hasBudget) {
 }
 
 std::int32_t BitBudget(double rate, int rows, int cols) {
-  return CheckedMul32(ToInt32(cols * rate), rows);
+  const double bitsOfARow = RoundHalfEven(cols * rate);
+  constexpr double kMost = std::numeric_limits<std::int32_t>::max();
+  if (!(std::fabs(bitsOfARow * rows) <= kMost)) {
+    Fail(Errc::kOverflow, "Overflow:" + NumberText(rate) + " bits per pixel of " +
+                              std::to_string(rows) + " x " + std::to_string(cols) +
+                              " do not fit 32 bits.");
+  }
+  return static_cast<std::int32_t>(bitsOfARow) * rows;
 }
 
 BudgetChoice SetBitBudget(std::int32_t stored, double rate, int rows, int cols) {

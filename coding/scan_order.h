@@ -67,60 +67,70 @@ void AppendLeftOver(ScanOrder& order, const BandGrid& grid);
 ScanOrder CreateScanOrderHF(const BandGrid& grid);
 ScanOrder CreateScanOrder(const BandGrid& grid);
 
+namespace detail {
+
+// Both kinds of rows.
+template <class Visit>
+void ForRows(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+  const auto cols = static_cast<std::uint32_t>(band.cols);
+  for (int i = 0; i < band.rows; ++i, first += cols) {
+    const std::uint32_t position = grid.Position(band.row + i, band.col);
+    if (band.kind == WalkKind::kRaster || i % 2 == 0) {
+      for (std::uint32_t j = 0; j < cols; ++j) visit(first + j, position + j);
+    } else {
+      for (std::uint32_t j = 0; j < cols; ++j) visit(first + cols - 1 - j, position + j);
+    }
+  }
+}
+
+// A few columns at a time: a whole one at a time would take a cache line for every position.
+template <class Visit>
+void ForColumns(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+  constexpr int kTile = 8;
+  const auto rows = static_cast<std::uint32_t>(band.rows);
+  for (int left = 0; left < band.cols; left += kTile) {
+    const int right = left + kTile < band.cols ? left + kTile : band.cols;
+    for (std::uint32_t i = 0; i < rows; ++i) {
+      for (int j = left; j < right; ++j) {
+        const std::uint32_t along = j % 2 == 0 ? i : rows - 1 - i;
+        visit(first + static_cast<std::uint32_t>(j) * rows + along,
+              grid.Position(band.row + static_cast<int>(i), band.col + j));
+      }
+    }
+  }
+}
+
+template <class Visit>
+void ForDiagonals(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+  const auto step = static_cast<std::uint32_t>(grid.cols) - 1;  // to the next row of a diagonal
+  for (int d = 0; d < band.rows + band.cols - 1; ++d) {
+    const int top = d < band.cols ? 0 : d - band.cols + 1;
+    const int bottom = d < band.rows ? d : band.rows - 1;
+    const auto length = static_cast<std::uint32_t>(bottom - top + 1);
+    const std::uint32_t start = grid.Position(band.row + top, band.col + d - top);
+    if (d % 2 == 0) {
+      for (std::uint32_t k = 0; k < length; ++k) visit(first + k, start + k * step);
+    } else {
+      for (std::uint32_t k = 0; k < length; ++k) visit(first + length - 1 - k, start + k * step);
+    }
+    first += length;
+  }
+}
+
+}  // namespace detail
+
 // Calls visit(number, position) for every position of an order, numbered from `first` in the order
 // of visiting; the calls themselves come in the order that memory likes.
 template <class Visit>
 void ForWalk(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
-  const auto cols = static_cast<std::uint32_t>(band.cols);
-  const auto rows = static_cast<std::uint32_t>(band.rows);
-  const auto stride = static_cast<std::uint32_t>(grid.cols);
-  const std::uint32_t corner = grid.Position(band.row, band.col);
   switch (band.kind) {
     case WalkKind::kRaster:
     case WalkKind::kRowSnake:
-      for (std::uint32_t i = 0; i < rows; ++i) {
-        const std::uint32_t number = first + i * cols;
-        const std::uint32_t position = corner + i * stride;
-        if (band.kind == WalkKind::kRaster || i % 2 == 0) {
-          for (std::uint32_t j = 0; j < cols; ++j) visit(number + j, position + j);
-        } else {
-          for (std::uint32_t j = 0; j < cols; ++j) visit(number + cols - 1 - j, position + j);
-        }
-      }
-      break;
-    case WalkKind::kColumnSnake: {
-      // A few columns at a time: a whole one at a time would take a cache line for every position.
-      constexpr std::uint32_t kTile = 8;
-      for (std::uint32_t left = 0; left < cols; left += kTile) {
-        const std::uint32_t right = left + kTile < cols ? left + kTile : cols;
-        for (std::uint32_t i = 0; i < rows; ++i) {
-          for (std::uint32_t j = left; j < right; ++j) {
-            const std::uint32_t along = j % 2 == 0 ? i : rows - 1 - i;
-            visit(first + j * rows + along, corner + i * stride + j);
-          }
-        }
-      }
-      break;
-    }
-    case WalkKind::kZigZag: {
-      std::uint32_t number = first;
-      for (std::uint32_t d = 0; d + 1 < rows + cols; ++d) {
-        const std::uint32_t top = d < cols ? 0 : d - cols + 1;
-        const std::uint32_t bottom = d < rows ? d : rows - 1;
-        const std::uint32_t length = bottom - top + 1;
-        // From one row of an anti-diagonal to the next.
-        const std::uint32_t step = stride - 1;
-        const std::uint32_t start = corner + top * stride + d - top;
-        if (d % 2 == 0) {
-          for (std::uint32_t k = 0; k < length; ++k) visit(number + k, start + k * step);
-        } else {
-          const std::uint32_t last = number + length - 1;
-          for (std::uint32_t k = 0; k < length; ++k) visit(last - k, start + k * step);
-        }
-        number += length;
-      }
-      break;
-    }
+      return detail::ForRows(band, grid, first, visit);
+    case WalkKind::kColumnSnake:
+      return detail::ForColumns(band, grid, first, visit);
+    case WalkKind::kZigZag:
+      return detail::ForDiagonals(band, grid, first, visit);
   }
 }
 

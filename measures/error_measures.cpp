@@ -50,11 +50,15 @@ ErrorMeasures Measure(const Image& source, const Image& reconstruction,
   measures.supNorm = static_cast<float>(largest);
   measures.meanSquareError = static_cast<float>(double{sum} / static_cast<double>(count));
   measures.rootMeanSquare = std::sqrt(double{measures.meanSquareError});
-  if (measures.meanSquareError > 0) {
-    const double ratio = 255.0 / measures.meanSquareError * 255.0;
-    measures.psnr = static_cast<float>(10.0 * std::log(ratio) / std::log(10.0));
-  }
+  measures.psnr = Psnr(measures.meanSquareError);
   return measures;
+}
+
+std::optional<float> Psnr(float meanSquareError) {
+  // Written so that a NaN gives none either.
+  if (!(meanSquareError > 0)) return std::nullopt;
+  const double ratio = 255.0 / static_cast<double>(meanSquareError) * 255.0;
+  return static_cast<float>(10.0 * std::log(ratio) / std::log(10.0));
 }
 
 }  // namespace marovia

@@ -1,7 +1,5 @@
 #include "measures/measure_text.h"
 
-#include <cmath>
-
 #include "base/number_text.h"
 
 namespace marovia {
@@ -28,11 +26,9 @@ std::string PsnrText(const ErrorMeasures& measures, MeasuredArea area) {
 }
 
 std::string PSNRVal(float meanSquareError) {
-  // Written so that a NaN fails the comparison too.
-  if (!(meanSquareError > 0)) return "Error computing PSNR.";
-  const double ratio = 255.0 / static_cast<double>(meanSquareError) * 255.0;
-  const auto psnr = static_cast<float>(10.0 * std::log(ratio) / std::log(10.0));
-  return "PSNR error:  " + TrimmedNumberText(psnr);
+  const std::optional<float> psnr = Psnr(meanSquareError);
+  if (!psnr) return "Error computing PSNR.";
+  return "PSNR error:  " + TrimmedNumberText(*psnr);
 }
 
 }  // namespace marovia

@@ -67,7 +67,8 @@ struct CompressOptions {
   double rate = 0.5;
   // The most bytes that the file may have, in place of the rate. Ignored by kAwg.
   std::optional<std::int64_t> bytes = {};
-  // Spend the last `share` of the bits (0 to 0.99; held to that) on this part of the image.
+  // Spend the last `share` of the bits on this part of the image; below 0 it counts as 0.01, above
+  // 0.99 as 0.99.
   std::optional<Region> region = {};
   float share = 0.9F;
   // Repeat the last row and column up to multiples of 2^levels, and note the true size in the file.
@@ -139,7 +140,7 @@ struct TruncateOptions {
 
 struct TruncateResult {
   Bytes file;
-  FileKind kind = FileKind::kAwf;  // that of the file, but kAwf for a kAwg
+  FileKind kind = FileKind::kAwf;  // that of the file, but kAwf for a kAwg that was cut
   bool rateHeld = false;           // the file was already no longer than that, and is as it was
 };
 

@@ -20,4 +20,7 @@ struct ErrorMeasures {
 ErrorMeasures Measure(const Image& source, const Image& reconstruction,
                       const std::optional<Region>& region = {});
 
+// The PSNR of a mean square error in decibels of a peak of 255; none for 0 and below.
+std::optional<float> Psnr(float meanSquareError);
+
 }  // namespace marovia

@@ -1,4 +1,4 @@
-#include "cli/output_file.h"
+#include "files/output_file.h"
 
 #include <csignal>
 #include <ctime>

@@ -1,4 +1,4 @@
-#include "cli/output_file.h"
+#include "files/output_file.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -10,11 +10,11 @@
 
 #include "marovia/error.h"
 
-#include "cli/file_descriptor.h"
-#include "cli/input_file.h"
-#include "cli/signal_hold.h"
+#include "files/file_descriptor.h"
+#include "files/input_file.h"
+#include "files/signal_hold.h"
 
-namespace marovia::cli {
+namespace marovia {
 namespace {
 
 namespace fs = std::filesystem;
@@ -182,4 +182,4 @@ void OutputFile::MoveInPlace(const std::string& temporary) const {
   FailWithErrno("cannot be written");
 }
 
-}  // namespace marovia::cli
+}  // namespace marovia

@@ -3,7 +3,7 @@
 
 #include <csignal>
 
-namespace marovia::cli {
+namespace marovia {
 
 // While one lives, an interrupt waits; it strikes when the hold ends. Signals that the program was
 // started to ignore stay ignored and never count as waiting.
@@ -21,4 +21,4 @@ class SignalHold {
   sigset_t before_{};
 };
 
-}  // namespace marovia::cli
+}  // namespace marovia

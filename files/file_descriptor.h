@@ -9,7 +9,7 @@
 
 #include "marovia/error.h"
 
-namespace marovia::cli {
+namespace marovia {
 
 class FileDescriptor {
  public:
@@ -40,4 +40,4 @@ class FileDescriptor {
   Fail(Errc::kIo, what + ": " + std::generic_category().message(errno));
 }
 
-}  // namespace marovia::cli
+}  // namespace marovia

@@ -1,4 +1,4 @@
-#include "cli/input_file.h"
+#include "files/input_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -10,9 +10,9 @@
 
 #include "marovia/error.h"
 
-#include "cli/file_descriptor.h"
+#include "files/file_descriptor.h"
 
-namespace marovia::cli {
+namespace marovia {
 namespace {
 
 constexpr std::int64_t kBytesPerPixel = 8;                    // a plain PGM of 16 bits takes 6
@@ -75,4 +75,4 @@ Bytes ReadInput(const std::string& name, std::int64_t maxPixels) {
   return bytes;
 }
 
-}  // namespace marovia::cli
+}  // namespace marovia

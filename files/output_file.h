@@ -5,7 +5,7 @@
 
 #include "marovia/image.h"
 
-namespace marovia::cli {
+namespace marovia {
 
 // Where a result goes. A regular file is written under another name in its folder, synced, and
 // renamed into place, so that until then a file of that name stays as it was; a symbolic link is
@@ -36,4 +36,4 @@ class OutputFile {
 // True where the name leads to something that is neither a regular file nor a folder.
 bool IsDeviceOrPipe(const std::string& name);
 
-}  // namespace marovia::cli
+}  // namespace marovia

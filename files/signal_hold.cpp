@@ -1,9 +1,9 @@
-#include "cli/signal_hold.h"
+#include "files/signal_hold.h"
 
 #include <algorithm>
 #include <array>
 
-namespace marovia::cli {
+namespace marovia {
 namespace {
 
 constexpr std::array kEndingSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
@@ -35,4 +35,4 @@ bool SignalHold::IsAnyWaiting() const {
   });
 }
 
-}  // namespace marovia::cli
+}  // namespace marovia

@@ -6,7 +6,7 @@
 
 #include "marovia/image.h"
 
-namespace marovia::cli {
+namespace marovia {
 
 inline constexpr const char* kStandardStream = "-";
 
@@ -15,4 +15,4 @@ inline constexpr const char* kStandardStream = "-";
 // much is read.
 Bytes ReadInput(const std::string& name, std::int64_t maxPixels);
 
-}  // namespace marovia::cli
+}  // namespace marovia
