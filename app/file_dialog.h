@@ -20,6 +20,9 @@ struct FileDialog {
   std::string filter;  // "Windows bitmap|*.bmp|PGM file|*.pgm": description and pattern in turn
   std::filesystem::path initialFolder;  // need not be there
   int flags = 0;
+  // Whether the chosen file is about to be written; one that is read is never replaced, whatever
+  // the flags.
+  bool writesFile = false;
   std::string fileName;       // the last one chosen
   std::string defaultSuffix;  // for a name typed without one, under the first pattern
 };

@@ -44,6 +44,7 @@ std::int16_t frmMain::AskForCompressedFile(std::string& fileName, std::string_vi
     if (row.extension == extension) dialog.filter = row.filter;
   }
   dialog.defaultSuffix = extension;
+  dialog.writesFile = (flags & kAskBeforeReplacing) != 0;
   if (!AskForFile(DialogForm::kOpen, title, flags)) return -1;
   fileName = dialog.fileName;
   return 1;

@@ -30,6 +30,7 @@ bool BearsLevels(const Image& image) {
 void frmMain::GetTheImage() {
   dialog.filter = "Windows bitmap|*.bmp|PGM file|*.pgm";
   dialog.defaultSuffix = "bmp";
+  dialog.writesFile = false;
   if (AskForFile(DialogForm::kOpen, "Get Image", kAskBeforeReplacing)) LoadChosenImage();
 }
 
@@ -79,6 +80,7 @@ void frmMain::SaveTheReconstructedImage() {
     Fail(Errc::kInvalidArgument, "There is no reconstructed image yet; decompressing makes one.");
   dialog.filter = "Windows Bitmap file|*.bmp|PGM file (*.pgm)|*.pgm";
   dialog.defaultSuffix = "bmp";
+  dialog.writesFile = true;
   if (!AskForFile(DialogForm::kSave, "Save Reconstructed Image", kAskBeforeReplacing)) return;
   const std::string suffix = SuffixOf(dialog.fileName);
   if (suffix == "PGM") SaveRecImage(dialog.fileName);
