@@ -42,6 +42,15 @@ inline int PlaceOfBit(std::uint64_t word, int n) {
   return shift + __builtin_ctzll(rest);
 }
 
+// The lowest `count` bits, at most 16, the other way round.
+inline std::uint32_t ReverseBits(std::uint32_t bits, int count) {
+  bits = (bits >> 1 & 0x5555U) | (bits & 0x5555U) << 1;
+  bits = (bits >> 2 & 0x3333U) | (bits & 0x3333U) << 2;
+  bits = (bits >> 4 & 0x0F0FU) | (bits & 0x0F0FU) << 4;
+  bits = bits >> 8 | (bits & 0xFFU) << 8;
+  return bits >> (16 - count);
+}
+
 }  // namespace marovia
 
 // Compiles a function once more for processors with 256-bit vectors; which one runs is decided when

@@ -4,22 +4,31 @@
 
 namespace marovia {
 
+void BitWriter::WriteHalf() {
+  heldCount_ -= 32;
+  const auto half = static_cast<std::uint32_t>(held_ >> heldCount_);
+  const std::uint8_t bytes[] = {
+      static_cast<std::uint8_t>(half >> 24), static_cast<std::uint8_t>(half >> 16),
+      static_cast<std::uint8_t>(half >> 8), static_cast<std::uint8_t>(half)};
+  bytes_.insert(bytes_.end(), bytes, bytes + 4);
+}
+
 Bytes BitWriter::Finish() {
-  if (heldCount_ > 0) {
-    bytes_.push_back(static_cast<std::uint8_t>(held_ << (8 - heldCount_)));
-    heldCount_ = 0;
+  for (; heldCount_ > 0; heldCount_ -= 8) {
+    const std::uint64_t byte =
+        heldCount_ >= 8 ? held_ >> (heldCount_ - 8) : held_ << (8 - heldCount_);
+    bytes_.push_back(static_cast<std::uint8_t>(byte));
   }
+  heldCount_ = 0;
   return std::move(bytes_);
 }
 
-// Leaves more than 32 bits held, so that no GetBits runs short; zeros stand in for missing bytes.
-void BitReader::Refill() {
-  while (heldCount_ <= 56) {
-    if (next_ < bytes_.size()) {
-      held_ |= std::uint64_t{bytes_[next_++]} << (56 - heldCount_);
-    }
-    heldCount_ += 8;
+std::uint64_t BitReader::LastBytes(std::size_t next) const {
+  std::uint64_t bits = 0;
+  for (std::size_t i = next; i < next + 4; ++i) {
+    bits = bits << 8 | (i < bytes_.size() ? bytes_[i] : 0U);
   }
+  return bits;
 }
 
 }  // namespace marovia

@@ -164,7 +164,7 @@ class PassDecoder {
       if (!symbols_.ReadRefinement(moves)) return Ended();
       ++refinedCount_;
       float& value = values_[home];
-      value += moves ? std::copysign(threshold_, value) : 0.0F;
+      value += std::copysign(static_cast<float>(moves) * threshold_, value);
       if (Spent()) return false;
     }
     return true;

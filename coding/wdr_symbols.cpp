@@ -15,6 +15,18 @@ Bytes BitSymbolWriter::Finish() {
   return bytes;
 }
 
+void BitSymbolReader::ReadLongNumber(std::uint32_t& number) {
+  std::uint32_t value = 0;
+  int digits = 0;
+  while (reader_.GetBit() == 0) {
+    const unsigned digit = reader_.GetBit();
+    if (reader_.PastEnd()) return;
+    if (digits == kMostDigits) FailOnLongNumber();
+    value |= digit << digits++;
+  }
+  number = value + (1U << digits);
+}
+
 Bytes WdrSymbolWriter::Finish() {
   coder_.Encode(contexts_[last_].ShareOf(Context::kEndIndex));
   return coder_.DoneEncoding();

@@ -51,11 +51,11 @@ class BitSymbolWriter {
       bits = bits << 2 | digit;
       count += 2;
     });
-    // The digits may fill 62 bits, more than one append takes beside the end.
-    if (count > 48) {
-      writer_.Append(bits >> 32, count - 32);
-      bits &= 0xFFFFFFFFU;
-      count = 32;
+    // The digits may fill 60 bits, more than one append takes.
+    if (count > 28) {
+      writer_.Append(bits >> 28, count - 28);
+      bits &= 0xFFFFFFFU;
+      count = 28;
     }
     writer_.Append(bits << endBits | end, count + endBits);
   }
@@ -69,15 +69,7 @@ class BitSymbolReader {
   BitSymbolReader(ByteView stream, int charge) : charge_(charge), reader_(stream) {}
 
   bool ReadNumber(std::uint32_t& number) {
-    std::uint32_t value = 0;
-    int digits = 0;
-    while (reader_.GetBit() == 0) {
-      const unsigned digit = reader_.GetBit();
-      if (reader_.PastEnd()) return false;
-      if (digits == kMostDigits) FailOnLongNumber();
-      value |= digit << digits++;
-    }
-    number = value + (1U << digits);
+    if (!reader_.GetShortNumber(number)) ReadLongNumber(number);
     return !reader_.PastEnd();
   }
   bool ReadSign(bool& negative) { return ReadBit(negative); }
@@ -90,6 +82,9 @@ class BitSymbolReader {
   }
 
  private:
+  // Digit by digit, up to the end of the stream.
+  void ReadLongNumber(std::uint32_t& number);
+
   bool ReadBit(bool& bit) {
     bit = reader_.GetBit() != 0;
     return !reader_.PastEnd();

@@ -28,7 +28,7 @@ std::int64_t MostBytes(std::int64_t maxPixels) {
 [[noreturn]] void FailOnLength(std::int64_t mostBytes, std::int64_t maxPixels) {
   Fail(Errc::kLimit, "longer than " + std::to_string(mostBytes) +
                          " bytes, which is more than the limit of " + std::to_string(maxPixels) +
-                         " pixels needs (--max-pixels raises it)");
+                         " pixels needs");
 }
 
 FileDescriptor Open(const std::string& name) {

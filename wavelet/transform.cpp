@@ -1,6 +1,7 @@
 #include "wavelet/transform.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "base/bits.h"
@@ -169,18 +170,19 @@ MAROVIA_WIDE_VECTORS bool RoundToPixels(std::span<const float> values,
                                         std::span<std::uint8_t> pixels) {
   // 1.5 * 2^23: adding and subtracting it rounds a float below 2^22 half to even.
   constexpr float kRounder = 12582912.0F;
-  // From here on the rounded value or its magnitude is above 32767; a NaN is not below it either.
-  constexpr float kMostBefore16Bits = 32767.5F;
+  // Magnitudes are in the order of their bit patterns, and NaNs above all of them.
+  constexpr auto kWhite = std::bit_cast<std::int32_t>(255.0F);
+  constexpr auto kMostIn16Bits = std::bit_cast<std::int32_t>(32767.5F) - 1;
   std::int32_t tooLarge = 0;
   const std::size_t count = values.size();
   std::uint8_t* __restrict out = pixels.data();
   for (std::size_t i = 0; i < count; ++i) {
-    const float magnitude = std::fabs(values[i]);
-    tooLarge |= magnitude < kMostBefore16Bits ? 0 : 1;
-    const float capped = magnitude < 255.0F ? magnitude : 255.0F;
+    const std::int32_t magnitude = std::bit_cast<std::int32_t>(values[i]) & INT32_MAX;
+    tooLarge |= kMostIn16Bits - magnitude;
+    const auto capped = std::bit_cast<float>(std::min(magnitude, kWhite));
     out[i] = static_cast<std::uint8_t>(static_cast<std::int32_t>((capped + kRounder) - kRounder));
   }
-  return tooLarge == 0;
+  return tooLarge >= 0;
 }
 
 void ForwardLevels(const Image& image, WaveletKind wavelet, int levels, Grid<float>& coefficients) {

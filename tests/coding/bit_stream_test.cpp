@@ -34,7 +34,7 @@ TEST(BitWriter, TakesManyBitsAtOnceAsThePlainOneTakesThemSingly) {
     Bytes expected;
     literal::BitWriter plain{&expected};
     for (int i = 0; i < 40; ++i) {
-      const int count = static_cast<int>(random() % 57);
+      const int count = static_cast<int>(random() % 33);
       const std::uint64_t bits = random() & ((std::uint64_t{1} << count) - 1);
       writer.Append(bits, count);
       for (int b = count; b > 0; --b) {
