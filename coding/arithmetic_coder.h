@@ -49,20 +49,22 @@ inline constexpr std::array<std::uint32_t, kMostTotal + 1> kReciprocals = [] {
 
 // range * count / total without a division. Exact: the reciprocal is too large by less than
 // total / 2^30, which times range * count <= 2^11 * total <= 2^20 stays below one part in total.
+// The product of count and reciprocal comes first, as it does not wait for the range.
 inline std::uint32_t Scaled(std::uint32_t range, std::uint32_t count, std::uint32_t reciprocal) {
-  return static_cast<std::uint32_t>((std::uint64_t{range} * count * reciprocal) >> kReciprocalBits);
+  return static_cast<std::uint32_t>((range * (std::uint64_t{count} * reciprocal)) >>
+                                    kReciprocalBits);
 }
 
-// How far an interval in a window of Bits bits widens: the leading bits in which its ends agree,
-// and after the first in which they differ the pairs of 1 in low and 0 in high.
+// How far the interval of `range` values from `low` on, in a window of Bits bits, widens: as often
+// as it still fits a window's length from some multiple of half a window on. The range then is
+// above a quarter of the window, so only the shift that brings it above the half and the one before
+// it can be right.
 template <int Bits>
-int Widening(std::uint32_t low, std::uint32_t high) {
-  const std::uint32_t l = low << (32 - Bits);
-  const std::uint32_t h = high << (32 - Bits) | ((1U << (32 - Bits)) - 1);
-  // Neither argument is 0: h ends in ones where l ends in zeros.
-  const int agreed = LeadingZeros(l ^ h);
-  const std::uint32_t straddle = ((l & ~h) << agreed) << 1;
-  return agreed + LeadingZeros(~straddle);
+int Widening(std::uint32_t low, std::uint32_t range) {
+  constexpr std::uint32_t kWindow = 1U << Bits;
+  const int most = LeadingZeros(2 * range - 1) - (31 - Bits);
+  const std::uint32_t offset = (low << most) & (kWindow / 2 - 1);
+  return most - static_cast<int>(offset + (range << most) > kWindow);
 }
 
 // All ones or none. Selecting with masks keeps the compiler from branching on what cannot be
@@ -210,7 +212,7 @@ class ArithmeticEncoder {
     const std::uint32_t below = arithmetic::Scaled(range_, share.low, reciprocal);
     const std::uint32_t end = arithmetic::Scaled(range_, share.high, reciprocal);
     const auto window = static_cast<std::uint32_t>(low_) & kWindowMask;
-    const int shift = arithmetic::Widening<Setup::kBits>(window + below, window + end - 1);
+    const int shift = arithmetic::Widening<Setup::kBits>(window + below, end - below);
     low_ = (low_ + below) << shift;
     range_ = (end - below) << shift;
     held_ += shift;
@@ -290,7 +292,7 @@ class ArithmeticDecoder {
 
   void Take(const Found& found) {
     const std::uint32_t low = low_ + found.below;
-    const int shift = arithmetic::Widening<Setup::kBits>(low, low_ + found.end - 1);
+    const int shift = arithmetic::Widening<Setup::kBits>(low, found.end - found.below);
     code_ = ((code_ - found.below) << shift) | static_cast<std::uint32_t>(reader_.GetBits(shift));
     low_ = (low << shift) & kWindowMask;
     range_ = (found.end - found.below) << shift;
