@@ -12,16 +12,25 @@
 
 namespace marovia {
 
+// The contexts of one kind of symbol, and the character coded last, whose context comes next.
+template <class Context, std::size_t Count>
+struct ChainedContexts {
+  std::array<Context, Count> contexts;
+  unsigned last = 0;
+
+  Context& Next() { return contexts[last]; }
+};
+
 class AswdrSymbolWriter {
  public:
   explicit AswdrSymbolWriter(int charge) : charge_(charge) {}
 
   void Found(std::uint32_t run, bool negative) {
     SendNumber(run);
-    Send(signs_, sign_, negative ? 1 : 0);
+    Send(signs_, negative ? 1 : 0);
   }
   void EndOfPass(std::uint32_t number) { SendNumber(number); }
-  void Refine(bool moves) { Send(refinements_, refinement_, moves ? 0 : 1); }
+  void Refine(bool moves) { Send(refinements_, moves ? 0 : 1); }
 
   [[nodiscard]] std::int64_t BitsSpent() const { return charge_ + coder_.BitsSpent(); }
   [[nodiscard]] std::int64_t BitsSent() const { return charge_ + coder_.BitsSent(); }
@@ -29,24 +38,21 @@ class AswdrSymbolWriter {
   Bytes Finish() { return coder_.DoneEncoding(); }
 
  private:
-  template <class Contexts>
-  void Send(Contexts& contexts, unsigned& last, unsigned character) {
-    coder_.Encode(contexts[last], character);
-    last = character;
+  template <class Chain>
+  void Send(Chain& chain, unsigned character) {
+    coder_.Encode(chain.Next(), character);
+    chain.last = character;
   }
   void SendNumber(std::uint32_t number) {
-    ForDigits(number, [this](std::uint32_t digit) { Send(numbers_, number_, digit); });
-    Send(numbers_, number_, 2);
+    ForDigits(number, [this](std::uint32_t digit) { Send(numbers_, digit); });
+    Send(numbers_, kEndMark);
   }
 
   int charge_;
   ArithmeticEncoder<SecondSetup> coder_;
-  std::array<TernaryContext<SecondSetup>, 3> numbers_;
-  std::array<BinaryContext, 2> signs_;
-  std::array<BinaryContext, 2> refinements_;
-  unsigned number_ = 0;
-  unsigned sign_ = 0;
-  unsigned refinement_ = 0;
+  ChainedContexts<TernaryContext<SecondSetup>, 3> numbers_;
+  ChainedContexts<BinaryContext, 2> signs_;
+  ChainedContexts<BinaryContext, 2> refinements_;
 };
 
 class AswdrSymbolReader {
@@ -54,46 +60,38 @@ class AswdrSymbolReader {
   AswdrSymbolReader(ByteView stream, int charge) : charge_(charge), coder_(stream) {}
 
   bool ReadNumber(std::uint32_t& number) {
-    std::uint32_t value = 0;
-    int digits = 0;
-    while (true) {
-      if (!Read(numbers_, number_)) return false;
-      if (number_ == 2) break;
-      if (digits == kMostDigits) FailOnLongNumber();
-      value |= number_ << digits++;
-    }
-    number = value + (1U << digits);
-    return true;
+    return FromCharacters(number,
+                          [this](unsigned& character) { return Read(numbers_, character); });
   }
   bool ReadSign(bool& negative) {
-    const bool read = Read(signs_, sign_);
-    negative = sign_ == 1;
+    unsigned character = 0;
+    const bool read = Read(signs_, character);
+    negative = character == 1;
     return read;
   }
   bool ReadRefinement(bool& moves) {
-    const bool read = Read(refinements_, refinement_);
-    moves = refinement_ == 0;
+    unsigned character = 0;
+    const bool read = Read(refinements_, character);
+    moves = character == 0;
     return read;
   }
 
   [[nodiscard]] std::int64_t BitsRead() const { return charge_ + coder_.BitsRead(); }
 
  private:
-  // The character read becomes `last`; false past the end of the stream.
-  template <class Contexts>
-  bool Read(Contexts& contexts, unsigned& last) {
-    last = coder_.Decode(contexts[last]);
+  // False past the end of the stream.
+  template <class Chain>
+  bool Read(Chain& chain, unsigned& character) {
+    character = coder_.Decode(chain.Next());
+    chain.last = character;
     return !coder_.Exhausted();
   }
 
   int charge_;
   ArithmeticDecoder<SecondSetup> coder_;
-  std::array<TernaryContext<SecondSetup>, 3> numbers_;
-  std::array<BinaryContext, 2> signs_;
-  std::array<BinaryContext, 2> refinements_;
-  unsigned number_ = 0;
-  unsigned sign_ = 0;
-  unsigned refinement_ = 0;
+  ChainedContexts<TernaryContext<SecondSetup>, 3> numbers_;
+  ChainedContexts<BinaryContext, 2> signs_;
+  ChainedContexts<BinaryContext, 2> refinements_;
 };
 
 }  // namespace marovia

@@ -7,6 +7,7 @@
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
+#include "measures/region.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {
@@ -26,15 +27,15 @@ void CheckOptions(const Image& image, const CompressOptions& options) {
     Fail(Errc::kInvalidArgument,
          "The rate is" + NumberText(options.rate) + " bits per pixel; it must be above 0.");
   }
-  if (options.region) {
-    const Region& region = *options.region;
-    if (region.row1 < 0 || region.col1 < 0 || region.row1 > region.row2 ||
-        region.col1 > region.col2 || region.row2 >= image.Rows() || region.col2 >= image.Cols()) {
-      Fail(Errc::kInvalidArgument, "The region reaches outside the image of " +
-                                       std::to_string(image.Rows()) + " x " +
-                                       std::to_string(image.Cols()) + ".");
-    }
-  }
+  if (options.region) CheckRegion(*options.region, image, Errc::kInvalidArgument);
+}
+
+// Keeps every report and passes it on. The list must outlive the listener.
+PassListener Collector(std::vector<PassReport>& reports, const PassListener& next) {
+  return [&reports, next](const PassReport& report) {
+    reports.push_back(report);
+    if (next) next(report);
+  };
 }
 
 int ChooseLevels(const Image& image, const CompressOptions& options) {
@@ -66,12 +67,8 @@ CompressResult CompressOnce(const Image& image, const CompressOptions& options,
   run.WriteMean();
   run.WriteThreshold();
   if (options.region) run.SetRegion(*options.region, options.share);
-  const PassReport closing = run.WritePasses([&](const PassReport& report) {
-    result.passes.push_back(report);
-    if (options.onPass) options.onPass(report);
-  });
-  result.passes.push_back(closing);
-  if (options.onPass) options.onPass(closing);
+  const PassListener listener = Collector(result.passes, options.onPass);
+  listener(run.WritePasses(listener));
   result.mean = run.Mean();
   result.exponent = run.Exponent();
   result.file = run.TakeFile();
@@ -119,12 +116,8 @@ DecompressResult Decompress(ByteView file, FileKind kind, const DecompressOption
   DecompressResult result;
   result.info = run.Info();
   if (options.rate && CoderOf(kind).HasBudget()) result.rateHeld = run.SetRate(*options.rate);
-  const PassReport closing = run.ReadPasses([&](const PassReport& report) {
-    result.passes.push_back(report);
-    if (options.onPass) options.onPass(report);
-  });
-  result.passes.push_back(closing);
-  if (options.onPass) options.onPass(closing);
+  const PassListener listener = Collector(result.passes, options.onPass);
+  listener(run.ReadPasses(listener));
   result.truncated = run.Truncated();
   result.image = run.Invert();
   return result;

@@ -29,6 +29,24 @@ void ForDigits(std::uint32_t number, Send send) {
   for (; number > 1; number >>= 1) send(number & 1);
 }
 
+constexpr unsigned kEndMark = 2;  // the character that ends a number
+
+// Takes a number back from the characters that read(character) gives, false where there is no next.
+template <class Read>
+bool FromCharacters(std::uint32_t& number, Read read) {
+  std::uint32_t value = 0;
+  int digits = 0;
+  unsigned character = 0;
+  while (true) {
+    if (!read(character)) return false;
+    if (character == kEndMark) break;
+    if (digits == kMostDigits) FailOnLongNumber();
+    value |= character << digits++;
+  }
+  number = value + (1U << digits);
+  return true;
+}
+
 class BitSymbolWriter {
  public:
   explicit BitSymbolWriter(int charge) : charge_(charge) {}
@@ -122,7 +140,7 @@ class WdrSymbolWriter {
   }
   void SendNumber(std::uint32_t number) {
     ForDigits(number, [this](std::uint32_t digit) { Send(contexts_[0], digit); });
-    Send(contexts_[0], 2);
+    Send(contexts_[0], kEndMark);
   }
 
   int charge_;
@@ -136,17 +154,8 @@ class WdrSymbolReader {
   WdrSymbolReader(ByteView stream, int charge) : charge_(charge), coder_(stream) {}
 
   bool ReadNumber(std::uint32_t& number) {
-    std::uint32_t value = 0;
-    int digits = 0;
-    unsigned character = 0;
-    while (true) {
-      if (!Read(contexts_[0], character)) return false;
-      if (character == 2) break;
-      if (digits == kMostDigits) FailOnLongNumber();
-      value |= character << digits++;
-    }
-    number = value + (1U << digits);
-    return true;
+    return FromCharacters(number,
+                          [this](unsigned& character) { return Read(contexts_[0], character); });
   }
   bool ReadSign(bool& negative) {
     unsigned character = 0;

@@ -5,6 +5,8 @@
 
 #include "marovia/measures.h"
 
+#include "measures/region.h"
+
 namespace marovia {
 namespace {
 
@@ -19,20 +21,13 @@ void CheckShapes(const Image& source, const Image& reconstruction) {
   }
 }
 
-void CheckRegion(const Region& region, const Image& image) {
-  if (region.row1 < 0 || region.col1 < 0 || region.row1 > region.row2 ||
-      region.col1 > region.col2 || region.row2 >= image.Rows() || region.col2 >= image.Cols()) {
-    Fail(Errc::kIndex, "The region reaches outside the image of " + SizeText(image) + ".");
-  }
-}
-
 }  // namespace
 
 ErrorMeasures Measure(const Image& source, const Image& reconstruction,
                       const std::optional<Region>& region) {
   CheckShapes(source, reconstruction);
   const Region area = region.value_or(Region{0, 0, source.Rows() - 1, source.Cols() - 1});
-  CheckRegion(area, source);
+  CheckRegion(area, source, Errc::kIndex);
 
   int largest = 0;
   float sum = 0;

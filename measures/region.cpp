@@ -1,6 +1,7 @@
 #include "measures/region.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "base/checked.h"
@@ -43,6 +44,14 @@ void MarkBand(Grid<std::uint8_t>& mask, const BandArea& band, const Region& wide
 }
 
 }  // namespace
+
+void CheckRegion(const Region& region, const Image& image, Errc code) {
+  if (region.row1 < 0 || region.col1 < 0 || region.row1 > region.row2 ||
+      region.col1 > region.col2 || region.row2 >= image.Rows() || region.col2 >= image.Cols()) {
+    Fail(code, "The region reaches outside the image of " + std::to_string(image.Rows()) + " x " +
+                   std::to_string(image.Cols()) + ".");
+  }
+}
 
 Region GetROICoordinates(const PictureRectangle& rectangle, int rows, int cols,
                          float unitsPerPixelRow, float unitsPerPixelCol) {

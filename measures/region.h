@@ -5,6 +5,9 @@
 
 namespace marovia {
 
+// Fails with `code` where a region reaches outside an image or ends before it begins.
+void CheckRegion(const Region& region, const Image& image, Errc code);
+
 // Two opposite corners in a picture's own units, in any order.
 struct PictureRectangle {
   std::int16_t row1 = 0;

@@ -6,20 +6,12 @@
 #include "marovia/error.h"
 
 #include "base/shift.h"
+#include "tests/support/code_of.h"
 
 namespace marovia {
 namespace {
 
-template <class Action>
-Errc CodeOf(Action action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.Code();
-  }
-  ADD_FAILURE() << "nothing was thrown";
-  return Errc::kIo;
-}
+using test::CodeOf;
 
 TEST(Rounding, TakesTheEvenOfTwoEquallyNear) {
   const double cases[][2] = {
