@@ -193,11 +193,16 @@ void AdaptiveOrder::AppendParentsOf(Level& level, Home first, Home last) {
   }
 }
 
-// Of the parents of a block those that `within` marks, each to the list that it belongs to.
+// Of the parents of a block those that `within` marks, each to the list that it belongs to; in most
+// blocks nothing is found, and neither are children.
 void AdaptiveOrder::AppendParents(Level& level, Home block, std::uint64_t within) {
+  std::uint64_t children = found_->Children(block);
+  if ((found_->Block(block) | children) == 0) {
+    level.blocksWithout.AppendBlock(4 * block, within);
+    return;
+  }
   const std::uint64_t found = found_->Block(block) & within;
   // Bit 4i is set where any of the four bits from there on is, then the four are gathered.
-  std::uint64_t children = found_->Children(block);
   children |= children >> 1;
   children |= children >> 2;
   const std::uint64_t any = (children & 0x1111) * 0x1248 >> 12 & within;

@@ -284,7 +284,7 @@ class ArithmeticDecoder {
   // Whether a whole code value has been read beyond the end of the stream: what was decoded last is
   // not in the file.
   [[nodiscard]] bool Exhausted() const {
-    return reader_.BitsRead() - Setup::kBits >= reader_.BitsPresent();
+    return reader_.NearEnd() && reader_.BitsRead() - Setup::kBits >= reader_.BitsPresent();
   }
 
  private:

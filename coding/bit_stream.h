@@ -60,7 +60,9 @@ class BitReader {
   [[nodiscard]] std::int64_t BitsPresent() const {
     return 8 * static_cast<std::int64_t>(bytes_.size());
   }
-  [[nodiscard]] bool PastEnd() const { return BitsRead() > BitsPresent(); }
+  [[nodiscard]] bool PastEnd() const { return NearEnd() && BitsRead() > BitsPresent(); }
+  // Whether zeros that stand in for missing bytes have been loaded; before that nothing is missing.
+  [[nodiscard]] bool NearEnd() const { return loaded_ > static_cast<std::int64_t>(bytes_.size()); }
 
  private:
   std::uint64_t Drop(int count) {
