@@ -28,7 +28,7 @@ void BitSymbolReader::ReadLongNumber(std::uint32_t& number) {
 }
 
 Bytes WdrSymbolWriter::Finish() {
-  coder_.Encode(contexts_[last_].ShareOf(Context::kEndIndex));
+  coder_.EncodeIndex(contexts_[last_], Context::kEndIndex);
   return coder_.DoneEncoding();
 }
 

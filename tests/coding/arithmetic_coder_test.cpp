@@ -92,7 +92,7 @@ Bytes EncodeAlike(const std::vector<Symbol>& symbols) {
   }
   if constexpr (Setup::kHasEnd) {
     const auto& context = contexts.ternary[static_cast<std::size_t>(plain.context - 1)];
-    encoder.Encode(context.ShareOf(context.kEndIndex));
+    encoder.EncodeIndex(context, context.kEndIndex);
   }
   plain.DoneEncoding(writer);
   EXPECT_EQ(encoder.BitsSpent() + 2, writer.sent);
@@ -184,12 +184,11 @@ TYPED_TEST(ArithmeticCoder, DecidesRunsOfBitsToFollowOfAnyLength) {
 TYPED_TEST(ArithmeticCoder, ScalesExactlyWithoutADivision) {
   constexpr std::uint32_t kWhole = 1U << TypeParam::kBits;
   for (std::uint32_t total = 2; total <= TypeParam::kMostTotal; ++total) {
-    const std::uint32_t reciprocal = arithmetic::kReciprocals[total];
     std::uint32_t wrong = 0;
     for (std::uint32_t count = 0; count <= total; ++count) {
+      const std::uint32_t fraction = arithmetic::Fraction(count, total);
       for (std::uint32_t range = kWhole / 4 + 1; range <= kWhole; ++range) {
-        const std::uint32_t rest =
-            range * count - arithmetic::Scaled(range, count, reciprocal) * total;
+        const std::uint32_t rest = range * count - arithmetic::Scaled(range, fraction) * total;
         wrong |= rest < total ? 0 : 1;
       }
     }
