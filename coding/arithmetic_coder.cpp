@@ -31,10 +31,10 @@ std::int64_t ArithmeticEncoder<Setup>::BitsToFollow() const {
   if (ones < aboveCount) return ones;
   // A carry cannot be pending here: it would have ended the run.
   std::int64_t count = aboveCount;
-  for (auto byte = bytes_.rbegin(); byte != bytes_.rend(); ++byte) {
-    ones = std::countr_one(*byte);
+  ones = 8;
+  for (std::size_t i = bytes_.size(); i > 0 && ones == 8; --i) {
+    ones = std::countr_one(bytes_[i - 1]);
     count += ones;
-    if (ones < 8) break;
   }
   return count;
 }

@@ -19,10 +19,10 @@ constexpr std::uint8_t kNever = 255;
 std::uint64_t EqualBytes(const std::uint8_t* bytes, std::uint8_t wanted) {
   const __m128i all = _mm_set1_epi8(static_cast<char>(wanted));
   std::uint64_t mask = 0;
-  for (int i = 0; i < 4; ++i) {
-    const __m128i part = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 16 * i));
+  for (std::size_t i = 0; i < 64; i += 16) {
+    const __m128i part = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
     const int equal = _mm_movemask_epi8(_mm_cmpeq_epi8(part, all));
-    mask |= std::uint64_t{static_cast<std::uint32_t>(equal)} << (16 * i);
+    mask |= std::uint64_t{static_cast<std::uint32_t>(equal)} << i;
   }
   return mask;
 }

@@ -95,7 +95,7 @@ class RunDecoder {
 
   [[nodiscard]] bool Nibbles() const { return header_.compression == BmpCompression::kRle4; }
 
-  [[noreturn]] void FailOutside(int row, int col) const {
+  [[noreturn]] static void FailOutside(int row, int col) {
     Fail(Errc::kMalformed, "The run-length code of the BMP goes to row " + std::to_string(row) +
                                ", column " + std::to_string(col) + ", outside the image.");
   }

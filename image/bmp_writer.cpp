@@ -11,7 +11,8 @@ namespace marovia {
 namespace {
 
 constexpr std::uint32_t kColours = 256;
-constexpr std::uint32_t kPixelsAt = kBmpFileHeaderBytes + kBmpInfoHeaderBytes + 4 * kColours;
+constexpr std::uint32_t kPaletteBytes = 4 * kColours;
+constexpr std::uint32_t kPixelsAt = kBmpFileHeaderBytes + kBmpInfoHeaderBytes + kPaletteBytes;
 constexpr std::uint32_t kDotsPerMetre = 2835;  // 72 an inch
 
 std::size_t Stride(const Image& image) {

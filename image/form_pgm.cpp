@@ -22,7 +22,7 @@ std::string TakeField(ByteView& bytes, char endMark) {
   if (mark == window.end() && window.size() < kFieldBytes) {
     Fail(Errc::kMalformed, "The PGM ends within its header.");
   }
-  const std::string field(window.begin(), mark);
+  std::string field(window.begin(), mark);
   bytes = bytes.subspan(std::min(field.size() + 1, window.size()));
   return field;
 }

@@ -13,14 +13,14 @@ namespace marovia {
 namespace {
 
 struct Form {
-  bool plain;
-  bool colour;
+  bool plain = false;
+  bool colour = false;
 };
 
 struct Header {
   Form form;
   Shape shape;
-  std::uint32_t maximum;
+  std::uint32_t maximum = 0;
 
   [[nodiscard]] std::int64_t Samples() const { return shape.Pixels() * (form.colour ? 3 : 1); }
 };

@@ -52,7 +52,7 @@ int PnmTokens::Next() {
   return kEnd;
 }
 
-void PnmTokens::FailAt(int byte) const {
+void PnmTokens::FailAt(int byte) {
   Fail(Errc::kMalformed, byte == kEnd ? "The file ends where a number is expected."
                                       : "The file has the byte " + std::to_string(byte) +
                                             " where a number is expected.");

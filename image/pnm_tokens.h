@@ -22,7 +22,7 @@ class PnmTokens {
 
  private:
   int Next();
-  [[noreturn]] void FailAt(int byte) const;
+  [[noreturn]] static void FailAt(int byte);
 
   ByteView bytes_;
   std::size_t at_ = 0;

@@ -191,22 +191,12 @@ void SplitLine::Resize(int length) {
   highCount_ = length / 2;
 }
 
-std::span<float> SplitLine::LowFrom(int first, int count) {
-  return std::span(low_).subspan(static_cast<std::size_t>(kMargin + first),
-                                 static_cast<std::size_t>(count));
-}
-
-std::span<float> SplitLine::HighFrom(int first, int count) {
-  return std::span(high_).subspan(static_cast<std::size_t>(kMargin + first),
-                                  static_cast<std::size_t>(count));
-}
-
 void SplitLine::ReflectEnds(Band band) {
   const bool isLow = band == kLow;
   float* samples = (isLow ? Low() : High()).data();
   const int count = isLow ? lowCount_ : highCount_;
   const int odd = isLow ? 0 : 1;
-  for (int k = 1; k <= kMargin; ++k) {
+  for (int k = 1; k <= int{kMargin}; ++k) {
     samples[-k] = samples[Reflect(odd - 2 * k, length_) / 2];
     const int beyond = count + k - 1;
     samples[beyond] = samples[Reflect(2 * beyond + odd, length_) / 2];

@@ -69,8 +69,12 @@ class SplitLine {
 
   // Makes room for a line of `length` samples: Low() then has the larger half.
   void Resize(int length);
-  std::span<float> Low() { return LowFrom(0, lowCount_); }
-  std::span<float> High() { return HighFrom(0, highCount_); }
+  std::span<float> Low() {
+    return std::span(low_).subspan(kMargin, static_cast<std::size_t>(lowCount_));
+  }
+  std::span<float> High() {
+    return std::span(high_).subspan(kMargin, static_cast<std::size_t>(highCount_));
+  }
 
   // The line's lifting steps, each over the whole line. Lines of one sample are left as they are.
   void Lift(std::span<const LiftingStep> steps, Precision precision);
@@ -78,8 +82,6 @@ class SplitLine {
  private:
   static constexpr int kMargin = 2;  // samples that a step reaches beyond either end
 
-  std::span<float> LowFrom(int first, int count);
-  std::span<float> HighFrom(int first, int count);
   // The samples that the neighbours of the other band's ends ask for.
   void ReflectEnds(Band band);
 
