@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstdio>
 #include <exception>
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -13,11 +12,10 @@
 
 #include "marovia/codec.h"
 #include "marovia/error.h"
-#include "marovia/image.h"
 #include "marovia/measures.h"
 
+#include "bench/source_image.h"
 #include "bench/table_text.h"
-#include "files/input_file.h"
 
 namespace marovia::bench {
 namespace {
@@ -39,11 +37,6 @@ struct Choices {
   std::vector<std::string> wavelets = {"9/7", "5/3"};
   int repeat = 1;
   bool tabs = false;
-};
-
-struct Source {
-  std::string name;
-  Image image;
 };
 
 double Milliseconds(const std::function<void()>& work) {
@@ -108,8 +101,7 @@ std::vector<Row> TableOf(const Choices& choices) {
   std::vector<Row> rows = {
       {"image", "size", "coder", "wavelet", "bpp", "bytes", "PSNR", "there ms", "back ms"}};
   for (const std::string& file : choices.files) {
-    const Source source{std::filesystem::path(file).stem().string(),
-                        ReadImage(ReadInput(file, kDefaultMaxPixels)).image};
+    const Source source = ReadSource(file);
     for (const std::string& kind : choices.kinds) {
       for (const std::string& name : choices.wavelets) {
         const auto* wavelet = std::ranges::find(kWavelets, name, &NamedWavelet::name);

@@ -39,4 +39,14 @@ std::string Aligned(const std::vector<Row>& rows, std::size_t namesLeft) {
   return text;
 }
 
+std::string MarkdownRow(const Row& row) {
+  std::string line = "|";
+  for (const std::string& cell : row) line += " " + cell + " |";
+  return line + "\n";
+}
+
+std::string MarkdownHead(const Row& row) {
+  return MarkdownRow(row) + MarkdownRow(Row(row.size(), "---"));
+}
+
 }  // namespace marovia::bench

@@ -14,4 +14,8 @@ std::string TabSeparated(const Row& row);
 // Blanks between the cells, which end in line: the first `namesLeft` columns begin there instead.
 std::string Aligned(const std::vector<Row>& rows, std::size_t namesLeft);
 
+// A row of a table in Markdown, and the first row with the rule below it.
+std::string MarkdownRow(const Row& row);
+std::string MarkdownHead(const Row& row);
+
 }  // namespace marovia::bench
