@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing of the packages for building, testing or checking Marovia (Debian 12).
 #
-#   scripts/install_packages.sh GROUP...      GROUP: build, test, check
+#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench
 #
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
@@ -9,6 +9,8 @@ set -euo pipefail
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev)
 check_packages=(clang-format clang-tidy)
+# The peers are measured where they are installed.
+bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
 
 wanted=()
 for group in "$@"; do
@@ -16,8 +18,9 @@ for group in "$@"; do
     build) wanted+=("${build_packages[@]}") ;;
     test) wanted+=("${test_packages[@]}") ;;
     check) wanted+=("${check_packages[@]}") ;;
+    bench) wanted+=("${bench_packages[@]}") ;;
     *)
-      echo "install_packages.sh: unknown group '$group' (build, test or check)" >&2
+      echo "install_packages.sh: unknown group '$group' (build, test, check or bench)" >&2
       exit 2
       ;;
   esac
