@@ -45,7 +45,13 @@ void CandidateList::AppendInOrder(const StretchOrder& order) {
 
 void CandidateList::AppendBlocks(std::span<const Home> blocks) {
   for (const Home block : blocks) {
-    AppendAmong(4 * block, ~found_->Before().Block(block) & 0xF, candidates_->Block(block));
+    const std::uint64_t pending = ~found_->Before().Block(block) & 0xF;
+    std::uint64_t bits = candidates_->Block(block);
+    for (; bits != 0; bits &= bits - 1) {
+      const auto place = static_cast<Home>(std::countr_zero(bits));
+      list_.push_back({4 * block + place, passed_ + kBlockCounts[pending & (0xFU >> (3 - place))]});
+    }
+    passed_ += kBlockCounts[pending];
   }
 }
 

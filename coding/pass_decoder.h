@@ -118,7 +118,13 @@ class PassDecoder {
 
   bool FindInBlocks(std::span<const Home> blocks) {
     for (const Home block : blocks) {
-      if (!FindAmong(4 * block, ~found_.Before().Block(block) & 0xF)) return false;
+      std::uint64_t pending = ~found_.Before().Block(block) & 0xF;
+      while (run_ <= kBlockCounts[pending]) {
+        const Home place = kBlockPlaces[pending][static_cast<std::size_t>(run_ - 1)];
+        if (!Take(4 * block + place)) return false;
+        pending &= 0xEU << place;
+      }
+      run_ -= kBlockCounts[pending];
     }
     return true;
   }
