@@ -22,12 +22,12 @@ if ! { cmake --preset release -B "$build" -DMAROVIA_BUILD_TESTS=OFF &&
 fi
 rm -f "$log"
 
-window=$build/window/marovia-window
+cd "$started_in"
+window=$root/$build/window/marovia-window
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x "$window" ]; then
   exec "$window" "$@"
 fi
 
-cd "$started_in"
 named=0
 for word in "$@"; do
   if [ -f "$word" ]; then named=$((named + 1)); fi

@@ -6,8 +6,8 @@
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
 
-build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
-test_packages=(libgtest-dev)
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev fonts-dejavu-core)
+test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils)
 check_packages=(clang-format clang-tidy)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)

@@ -78,7 +78,10 @@ void Binds::Bind(QCheckBox& box, CheckBox& control) {
 // A text that is as it should be is left alone, with the cursor where it stands.
 void Binds::Bind(QLineEdit& edit, TextBox& control) {
   Add(edit, control, [&edit, &control] {
-    if (const QString text = Text(control.text); edit.text() != text) edit.setText(text);
+    const QString text = Text(control.text);
+    if (edit.text() == text) return;
+    edit.setText(text);
+    edit.setCursorPosition(0);
   });
   QObject::connect(&edit, &QLineEdit::textEdited, [this, &control](const QString& text) {
     control.text = text.toStdString();

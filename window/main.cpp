@@ -54,7 +54,6 @@ int Run(const StartOptions& options) {
 int main(int argc, char** argv) {
   const QApplication app(argc, argv);
   QApplication::setApplicationName("marovia-window");
-  QApplication::setApplicationDisplayName("Marovia");
   QApplication::setApplicationVersion(marovia::kVersion);
   QApplication::setDesktopFileName("marovia");
   QApplication::setWindowIcon(QIcon::fromTheme(

@@ -22,12 +22,22 @@ namespace marovia {
 namespace {
 
 constexpr int kTwipsPerPixel = 15;
-constexpr int kMargin = 8;
+constexpr int kMargin = 6;
 constexpr int kReportLines = 8;
 
 QString Shape(const QString& what, const Image& image) {
   if (image.Empty()) return what;
   return QString("%1: %2 x %3 pixels").arg(what).arg(image.Cols()).arg(image.Rows());
+}
+
+// As the widgets stand in their layouts: left to right, down the panel.
+void OrderTabs(QWidget& window) {
+  QWidget* last = nullptr;
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    if ((widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+    if (last != nullptr) QWidget::setTabOrder(last, widget);
+    last = widget;
+  }
 }
 
 }  // namespace
@@ -40,6 +50,7 @@ MainWindow::MainWindow(bool padToFit) : form_(*this) {
   setAcceptDrops(true);
   MakeMenus();
   MakeMiddle();
+  OrderTabs(*this);
   binds_.ShowAll();
   resize(form_.window.width / kTwipsPerPixel, minimumSizeHint().height());
 }
@@ -78,7 +89,7 @@ void MainWindow::MakeMiddle() {
   setCentralWidget(&middle);
   auto& row = Make<QHBoxLayout>(&middle);
   row.setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  row.setSpacing(kMargin + kMargin / 2);
+  row.setSpacing(kMargin + 2);
   auto& left = Make<QVBoxLayout>();
   row.addLayout(&left, 1);
   left.addLayout(&Pictures(), 1);
@@ -90,6 +101,7 @@ void MainWindow::MakeMiddle() {
 
 QLayout& MainWindow::Pictures() {
   auto& row = Make<QHBoxLayout>();
+  row.setSpacing(kMargin);
   row.addLayout(&SourcePicture(), 1);
   row.addLayout(&ReconstructedPicture(), 1);
   return row;
@@ -119,12 +131,15 @@ QLayout& MainWindow::SourcePicture() {
   });
   column.addWidget(&caption);
   column.addWidget(&view, 1);
-  column.addLayout(&DisplayChoice());
+  column.addWidget(&DisplayChoice());
   return column;
 }
 
-QLayout& MainWindow::DisplayChoice() {
-  auto& row = Make<QHBoxLayout>();
+// In a widget of its own, since options exclude all others below their parent.
+QWidget& MainWindow::DisplayChoice() {
+  auto& choice = Make<QWidget>();
+  auto& row = Make<QHBoxLayout>(&choice);
+  row.setContentsMargins(0, 0, 0, 0);
   auto& image = Make<QRadioButton>();
   auto& transform = Make<QRadioButton>();
   image.setAccessibleName("Show the image");
@@ -145,7 +160,7 @@ QLayout& MainWindow::DisplayChoice() {
   row.addWidget(&image);
   row.addWidget(&transform);
   row.addStretch();
-  return row;
+  return choice;
 }
 
 QLayout& MainWindow::ReconstructedPicture() {

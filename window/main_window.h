@@ -40,7 +40,7 @@ class MainWindow : public QMainWindow, private Desktop {
   QLayout& Pictures();
   QLayout& SourcePicture();
   QLayout& ReconstructedPicture();
-  QLayout& DisplayChoice();
+  QWidget& DisplayChoice();
   QWidget& ReportBox();
   void OpenViewer(bool prefersSource);
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kSide = 256;
 // Around the picture: the focus frame, and what of an outline at the edge lies outside.
-constexpr int kRim = 3;
+constexpr int kRim = 2;
 constexpr int kLongStep = 16;
 // A hand that clicks moves this far without meaning a drag.
 constexpr double kClickSlack = 3;

@@ -17,7 +17,8 @@
 namespace marovia {
 namespace {
 
-constexpr int kNumberWidth = 72;
+constexpr int kNumberWidth = 64;
+constexpr int kRateWidth = 112;  // for what the bits of a file make a pixel
 
 class PanelMaker {
  public:
@@ -27,10 +28,9 @@ class PanelMaker {
     auto& page = Make<QWidget>();
     auto& column = Make<QVBoxLayout>(&page);
     auto& hint = MakeLabel("ModeHint",
-                           "Choose <b>Compress</b>, <b>Decompress</b> or <b>Error measures</b> "
-                           "above to see its settings here.");
+                           "Load an image, then choose <b>Compress</b>, <b>Decompress</b> or "
+                           "<b>Error measures</b> above.");
     hint.setWordWrap(true);
-    hint.setEnabled(false);
     column.addWidget(&hint);
     column.addStretch();
     return page;
@@ -90,9 +90,9 @@ class PanelMaker {
     return button;
   }
 
-  QLineEdit& Number(TextBox& control) {
+  QLineEdit& Number(TextBox& control, int width = kNumberWidth) {
     auto& edit = Make<QLineEdit>();
-    edit.setFixedWidth(kNumberWidth);
+    edit.setFixedWidth(width);
     edit.setAcceptDrops(false);
     binds_.Bind(edit, control);
     QObject::connect(&edit, &QLineEdit::returnPressed, [form = &form_, binds = &binds_] {
@@ -146,20 +146,24 @@ class PanelMaker {
   QWidget& Rate() {
     auto& box = Make<QGroupBox>();
     binds_.Bind(box, form_.Frame[2]);
-    auto& rate = Number(form_.txtBitRate);
+    auto& rate = Number(form_.txtBitRate, kRateWidth);
     auto& share = Number(form_.txtROIPercent);
     auto& hint = MakeLabel("RateHint");
     hint.setWordWrap(true);
     hint.setAlignment(Qt::AlignRight | Qt::AlignTop);
     binds_.Also([&hint, form = &form_] { hint.setText(QString::fromStdString(form->RateHint())); });
-    auto& grid = Make<QGridLayout>(&box);
-    grid.addWidget(&Caption(form_.Label[3], &rate), 0, 0);
-    grid.addWidget(&rate, 0, 1, Qt::AlignRight);
-    grid.addWidget(&hint, 1, 0, 1, 2);
-    grid.addWidget(&Caption(form_.Label[4], &share), 2, 0);
-    grid.addWidget(&share, 2, 1, Qt::AlignRight);
-    grid.setColumnStretch(0, 1);
+    auto& column = Make<QVBoxLayout>(&box);
+    column.addLayout(&Row(Caption(form_.Label[3], &rate), rate));
+    column.addWidget(&hint);
+    column.addLayout(&Row(Caption(form_.Label[4], &share), share));
     return box;
+  }
+
+  static QLayout& Row(QWidget& caption, QWidget& edit) {
+    auto& row = Make<QHBoxLayout>();
+    row.addWidget(&caption, 1);
+    row.addWidget(&edit);
+    return row;
   }
 
   QLayout& WaveletAndLevels() {

@@ -1,0 +1,118 @@
+#!/usr/bin/env bash
+# Compresses and decompresses a sample image by keyboard and mouse alone, in the built program on a
+# display of its own, and checks the files that this leaves.
+#
+#   end_to_end.sh PROGRAM ROOT [SHOTS]    SHOTS: a folder for screenshots
+set -euo pipefail
+program=$1
+root=$2
+shots=${3:-}
+folder=$(mktemp -d)
+started=()
+
+finish() {
+  for process in "${started[@]}"; do kill "$process" 2>/dev/null || true; done
+  rm -rf "$folder"
+}
+trap finish EXIT
+
+fail() {
+  echo "end_to_end.sh: $1" >&2
+  exit 1
+}
+
+# Until the command succeeds, 20 s at most.
+wait_for() {
+  local tries=0
+  until "$@" >/dev/null 2>&1; do
+    tries=$((tries + 1))
+    [ "$tries" -lt 200 ] || fail "in vain waited for: $*"
+    sleep 0.1
+  done
+}
+
+window() { xdotool search --onlyvisible --name "$1" | tail -n 1; }
+is_active() { [ "$(xdotool getactivewindow getwindowname)" = "$1" ]; }
+is_settled() { [ "$(stat -c %s "$1")" -ge "$2" ]; }
+# Qt flags a window that is open; the keys sent to it are not lost once it is active.
+await_window() { wait_for is_active "$1"; }
+shoot() { [ -z "$shots" ] || import -window "$(xdotool getactivewindow)" "$shots/$1.png"; }
+
+type_name() {
+  await_window "$1"
+  xdotool key ctrl+a
+  xdotool type --delay 5 -- "$2"
+  xdotool key Return
+  await_window Marovia
+}
+
+exec 3>"$folder/display"
+Xvfb -displayfd 3 -screen 0 2400x1600x24 -nolisten tcp >/dev/null 2>&1 &
+started+=($!)
+wait_for test -s "$folder/display"
+DISPLAY=:$(cat "$folder/display")
+export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$folder XDG_CONFIG_HOME=$folder/config
+unset WAYLAND_DISPLAY QT_QPA_PLATFORMTHEME
+openbox >/dev/null 2>&1 &
+started+=($!)
+# A window that is there before its manager would not get the keys.
+wait_for xdotool get_desktop
+
+cp "$root/Images/camera.pgm" "$folder/photo.pgm"
+"$program" &
+marovia=$!
+started+=("$marovia")
+await_window Marovia
+shoot start
+
+xdotool key ctrl+o
+type_name "Get Image" "$folder/photo.pgm"
+# Compress cannot be reached before the image is there.
+xdotool key alt+c
+shoot loaded
+
+# A rectangle over the head, by mouse, in the picture's 256 x 256 points.
+scale=${QT_SCALE_FACTOR:-1}
+picture() { xdotool mousemove --window "$(window '^Marovia$')" $(((9 + $1) * scale)) $(((49 + $2) * scale)); }
+picture 70 30
+xdotool mousedown 1
+picture 100 60
+picture 155 130
+xdotool mouseup 1
+
+# Down the panel: method, coding, rate; Enter there is Go.
+xdotool key Tab Tab Tab Tab Tab Right Tab Right Tab
+xdotool key ctrl+a
+xdotool type --delay 5 0.5
+xdotool key Return
+type_name "Compress to" "$folder/photo"
+packed=$folder/photo.awf
+wait_for is_settled "$packed" 16300
+[ "$(stat -c %s "$packed")" -le 16384 ] || fail "the file exceeds its rate"
+
+xdotool key Return
+type_name "Decompress" "$packed"
+xdotool key ctrl+s
+type_name "Save Reconstructed Image" "$folder/decoded.bmp"
+wait_for is_settled "$folder/decoded.bmp" $((1078 + 512 * 512))
+shoot decompressed
+
+if [ -n "$shots" ]; then
+  xdotool key F1
+  await_window "Marovia Help"
+  shoot help
+  xdotool key Escape
+  await_window Marovia
+  picture 20 200
+  xdotool click --repeat 2 --delay 60 1
+  wait_for is_active "Full Resolution - Marovia"
+  shoot viewer
+  xdotool key Escape
+  await_window Marovia
+fi
+
+xdotool key alt+F4
+wait_for test ! -d "/proc/$marovia"
+[ "$(cd "$folder" && ls photo* decoded*)" = $'decoded.bmp\nphoto.awf\nphoto.pgm' ] ||
+  fail "there are other files than expected"
+cmp -s "$root/Images/camera.pgm" "$folder/photo.pgm" || fail "the source image was changed"

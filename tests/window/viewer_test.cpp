@@ -1,0 +1,71 @@
+#include "window/viewer.h"
+
+#include <QScrollBar>
+#include <QSlider>
+
+#include "tests/window/window_test.h"
+#include "window/compare_pane.h"
+
+namespace marovia::test {
+namespace {
+
+Viewer* OpenedViewer(const QWidget& window) {
+  const auto found = window.findChildren<QWidget*>("Viewer");
+  return found.isEmpty() ? nullptr : dynamic_cast<Viewer*>(found.back());
+}
+
+TEST_F(WindowTest, ADoubleClickOpensTheViewerAndDrawsNoRegion) {
+  Load(Photograph(300, 200));
+  const QPoint place = PixelOf(Source(), {30, 60});
+  QTest::mouseClick(&Source(), Qt::LeftButton, {}, place);
+  QTest::mouseDClick(&Source(), Qt::LeftButton, {}, place);
+  QTest::qWait(QApplication::doubleClickInterval() + 50);
+  EXPECT_EQ(Form().state.ROISelected, 0);
+  ASSERT_NE(OpenedViewer(window), nullptr);
+  EXPECT_FALSE(FindIn<QWidget>(*OpenedViewer(window), "Difference").isVisible());
+}
+
+TEST(ViewerWindow, WipesDiffersReadsOutAndScrollsTogether) {
+  Image source(400, 300, 100);
+  Image reconstruction = source;
+  reconstruction(200, 150) = 110;
+  Viewer viewer{source, reconstruction, true, nullptr};
+  viewer.setAttribute(Qt::WA_DeleteOnClose, false);
+  viewer.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&viewer));
+  auto& wipe = *viewer.findChild<QAbstractScrollArea*>("Wipe");
+  auto& difference = *viewer.findChild<QAbstractScrollArea*>("Difference");
+
+  // Row 200, column 150 is the middle of the image, which is the middle of the pane.
+  const QPoint middle(difference.viewport()->width() / 2, difference.viewport()->height() / 2);
+  const auto grey = [](QAbstractScrollArea& pane, QPoint at) {
+    return qGray(pane.viewport()->grab().toImage().pixel(at));
+  };
+  viewer.findChild<QSlider*>("Gain")->setValue(8);
+  EXPECT_EQ(grey(difference, middle), 128 + 8 * 10);
+  EXPECT_EQ(grey(difference, middle + QPoint(3, 3)), 128);
+  auto& split = *viewer.findChild<QSlider*>("Split");
+  split.setValue(100);
+  EXPECT_EQ(grey(wipe, middle), 100);
+  split.setValue(0);
+  EXPECT_EQ(grey(wipe, middle), 110);
+  QTest::mousePress(wipe.viewport(), Qt::LeftButton, {}, {0, 50});
+  QTest::mouseMove(wipe.viewport(), {wipe.viewport()->width() / 4, 50});
+  QTest::mouseRelease(wipe.viewport(), Qt::LeftButton, {}, {wipe.viewport()->width() / 4, 50});
+  EXPECT_EQ(split.value(), 25);
+
+  QTest::mouseMove(difference.viewport(), middle);
+  EXPECT_EQ(viewer.findChild<QLabel*>("Readout")->text(),
+            "Row 200, column 150:   source 100   reconstruction 110   difference 10");
+
+  QTest::keyClick(&viewer, Qt::Key_Plus, Qt::ControlModifier);
+  QTest::keyClick(&viewer, Qt::Key_Plus, Qt::ControlModifier);
+  EXPECT_EQ(viewer.findChild<QLabel*>("ZoomLabel")->text(), "400 %");
+  difference.horizontalScrollBar()->setValue(17);
+  EXPECT_EQ(wipe.horizontalScrollBar()->value(), 17);
+  wipe.verticalScrollBar()->setValue(23);
+  EXPECT_EQ(difference.verticalScrollBar()->value(), 23);
+}
+
+}  // namespace
+}  // namespace marovia::test

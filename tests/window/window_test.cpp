@@ -1,0 +1,218 @@
+#include "tests/window/window_test.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QRadioButton>
+#include <fstream>
+#include <iterator>
+
+namespace marovia::test {
+
+namespace {
+
+Bytes FileBytes(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+}  // namespace
+
+Image ReadImageFile(const std::filesystem::path& file) {
+  return ReadImage(FileBytes(file)).image;
+}
+
+Image Photograph(int rows, int cols) {
+  const Image whole = ReadImageFile(MAROVIA_ROOT "/Images/camera.pgm");
+  Image part(rows, cols);
+  for (int r = 0; r < rows; ++r)
+    for (int c = 0; c < cols; ++c) part(r, c) = whole((r + 90) % 512, (c + 200) % 512);
+  return part;
+}
+
+WindowTest::WindowTest() {
+  QDir::setCurrent(folder.path());
+  window.show();
+  window.activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
+WindowTest::~WindowTest() {
+  QDir::setCurrent(QDir::rootPath());
+}
+
+void WindowTest::Type(const char* name, const QString& text) {
+  auto& edit = Find<QLineEdit>(name);
+  edit.selectAll();
+  QTest::keyClicks(&edit, text);
+}
+
+void WindowTest::AnswerFileQuestion(const QString& name, bool replace) {
+  asked = false;
+  answerer_.disconnect();
+  QObject::connect(&answerer_, &QTimer::timeout, [this, name, replace] {
+    QWidget* open = QApplication::activeModalWidget();
+    if (auto* box = qobject_cast<QMessageBox*>(open)) {
+      asked = true;
+      QTest::mouseClick(box->button(replace ? QMessageBox::Yes : QMessageBox::No), Qt::LeftButton);
+    } else if (auto* dialog = qobject_cast<QFileDialog*>(open)) {
+      filters = dialog->nameFilters();
+      // After a refusal the question is there again.
+      if (asked) return dialog->reject();
+      auto& edit = FindIn<QLineEdit>(*dialog, "fileNameEdit");
+      edit.setText(name);
+      QTest::keyClick(&edit, Qt::Key_Return);
+      if (replace && !dialog->isVisible()) answerer_.setInterval(1);
+    }
+  });
+  answerer_.start(10);
+}
+
+void WindowTest::Load(const Image& image, const QString& name) {
+  const Bytes bytes = WriteBmp(image);
+  std::ofstream(Path(name).toStdString(), std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
+  AnswerFileQuestion(Path(name));
+  Menu("mnuGetImage");
+  answerer_.stop();
+  window.activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
+void WindowTest::Choose(const char* method, const char* coding, const QString& rate) {
+  Click(method);
+  Click(coding);
+  Type("txtBitRate", rate);
+}
+
+void WindowTest::DragPicture(QPoint from, QPoint to) {
+  PictureView& view = Source();
+  const auto at = [&view](QPoint place) { return PixelOf(view, place); };
+  QTest::mousePress(&view, Qt::LeftButton, {}, at(from));
+  QTest::mouseMove(&view, at((from + to) / 2));
+  QTest::mouseMove(&view, at(to));
+  QTest::mouseRelease(&view, Qt::LeftButton, {}, at(to));
+}
+
+namespace {
+
+TEST_F(WindowTest, StartsAtItsWidthWithWhatIsPublicAndNothingToGo) {
+  EXPECT_EQ(window.width(), 800);
+  EXPECT_FALSE(Find<QAction>("mnuTransformImage").isVisible());
+  EXPECT_FALSE(Find<QAction>("mnuCompress").isEnabled());
+  EXPECT_TRUE(Find<QAction>("mnuErrormeasures").isEnabled());
+  EXPECT_FALSE(Find<QWidget>("cmdBegin(0)").isVisible());
+  EXPECT_TRUE(Form().state.padToFit);
+  EXPECT_EQ(Find<QComboBox>("cmbWavelet").currentText(), "DD 5/3 Integer");
+  // A failure is one sentence in the report.
+  Menu("mnuErrormeasures");
+  Click("cmdBegin(1)");
+  EXPECT_FALSE(ReportText().isEmpty());
+}
+
+TEST_F(WindowTest, PanelsShowWhatTheirModeNeeds) {
+  Load(Photograph(64, 64));
+  Menu("mnuCompress");
+  EXPECT_TRUE(Find<QWidget>("cmdBegin(0)").isVisible());
+  EXPECT_EQ(Find<QLabel>("Label(0)").text(), "Compress");
+  EXPECT_FALSE(Find<QWidget>("Frame(0)").isVisible());
+  EXPECT_TRUE(Find<QWidget>("Frame(1)").isVisible());
+  EXPECT_FALSE(Find<QWidget>("OpMethod(2)").isVisible());
+  // The public version hides the mode; the panel knows it all the same.
+  Menu("mnuTransformImage");
+  Menu("mnuErrormeasures");
+  EXPECT_FALSE(Find<QWidget>("cmdBegin(0)").isVisible());
+  EXPECT_TRUE(Find<QWidget>("cmdBegin(1)").isVisible());
+}
+
+TEST_F(WindowTest, TabGoesDownThePanelAndEverythingHasAName) {
+  Load(Photograph(64, 64));
+  Menu("mnuCompress");
+  Source().setFocus();
+  const char* order[] = {"OpDisplayImage", "GraphBoxRec",      "OpenViewer", "Report",
+                         "OpMethod(0)",    "OpEntropyCode(0)", "txtBitRate", "txtROIPercent",
+                         "cmbWavelet",     "txtLevels",        "cmdBegin(0)"};
+  for (const char* name : order) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), name);
+  }
+  for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    if ((widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+    auto* accessible = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+    EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty())
+        << widget->objectName().toStdString();
+  }
+}
+
+TEST_F(WindowTest, TheLineUnderTheRateSaysHowItIsRead) {
+  Load(Photograph(512, 512));
+  Menu("mnuCompress");
+  const auto& hint = Find<QLabel>("RateHint");
+  EXPECT_EQ(hint.text(), "0.25 bits per pixel: 8192 bytes");
+  Type("txtBitRate", "0,25");
+  EXPECT_EQ(hint.text(), "lossless");
+}
+
+TEST_F(WindowTest, FileQuestionsOfferTheFiltersGiveTheSuffixAndAskBeforeReplacing) {
+  Load(Photograph(64, 64));
+  EXPECT_EQ(filters, (QStringList{"Windows bitmap (*.bmp)", "PGM file (*.pgm)"}));
+  EXPECT_FALSE(asked);
+  Menu("mnuCompress");
+  Choose("OpMethod(1)", "OpEntropyCode(1)", "0.5");
+  AnswerFileQuestion(Path("bare"));
+  Click("cmdBegin(0)");
+  EXPECT_EQ(filters, QStringList{"ASWDR_Ver1 arith. compression (*.awf)"});
+  EXPECT_FALSE(asked);
+  ASSERT_TRUE(QFile::exists(Path("bare.awf")));
+
+  const QDateTime written = QFileInfo(Path("bare.awf")).lastModified();
+  Menu("mnuCompress");
+  AnswerFileQuestion(Path("bare.awf"), false);
+  Click("cmdBegin(0)");
+  EXPECT_TRUE(asked);
+  EXPECT_EQ(QFileInfo(Path("bare.awf")).lastModified(), written);
+}
+
+TEST_F(WindowTest, DroppedFilesLoadAndDecompress) {
+  Load(Photograph(96, 80));
+  Menu("mnuCompress");
+  Choose("OpMethod(1)", "OpEntropyCode(1)", "0");
+  AnswerFileQuestion(Path("exact.awg"));
+  Click("cmdBegin(0)");
+
+  QMimeData mime;
+  mime.setUrls({QUrl::fromLocalFile(MAROVIA_ROOT "/Images/camera.pgm"),
+                QUrl::fromLocalFile(Path("exact.awg"))});
+  QDragEnterEvent enter({10, 10}, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &enter);
+  ASSERT_TRUE(enter.isAccepted());
+  QDropEvent drop({10, 10}, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &drop);
+  EXPECT_EQ(Form().state.NumRows, 512);
+  EXPECT_EQ(*Form().state.ReconstructedImage, Photograph(96, 80));
+  ExpectShows(Reconstruction(), Form().GraphBoxRec.raster);
+}
+
+TEST_F(WindowTest, ClosingDeletesOnlyTheTemporaryFilesOfTheCurrentFolder) {
+  for (const char* name : {"a.wti", "b.rim", "c.wtr", "d.awf"})
+    QFile(Path(name)).open(QIODevice::WriteOnly);
+  { const MainWindow other(true); }
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"d.awf"});
+}
+
+}  // namespace
+}  // namespace marovia::test
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  testing::InitGoogleTest(&argc, argv);
+  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  const QApplication app(argc, argv);
+  return RUN_ALL_TESTS();
+}
