@@ -1,5 +1,6 @@
 // Prints how long the window takes from its making to its first picture, and from Go to the
 // finished picture, in milliseconds: the median of some runs.
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -8,6 +9,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QWindow>
 #include <algorithm>
 #include <cstdio>
 #include <vector>
