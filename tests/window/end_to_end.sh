@@ -32,18 +32,31 @@ wait_for() {
 }
 
 window() { xdotool search --onlyvisible --name "$1" | tail -n 1; }
-is_active() { [ "$(xdotool getactivewindow getwindowname)" = "$1" ]; }
+is_active() { [ "$(xdotool getactivewindow getwindowname 2>/dev/null)" = "$1" ]; }
 is_settled() { [ "$(stat -c %s "$1")" -ge "$2" ]; }
-# Qt flags a window that is open; the keys sent to it are not lost once it is active.
 await_window() { wait_for is_active "$1"; }
 shoot() { [ -z "$shots" ] || import -window "$(xdotool getactivewindow)" "$shots/$1.png"; }
 
-type_name() {
-  await_window "$1"
+# A key that comes while a closed dialog gives the focus back may be lost, and is sent again.
+press_for() {
+  local tries=0
+  until is_active "$2"; do
+    if [ $((tries % 20)) -eq 0 ]; then xdotool key "$1"; fi
+    tries=$((tries + 1))
+    [ "$tries" -lt 100 ] || fail "$1 does not lead to $2"
+    sleep 0.1
+  done
+}
+
+# Opens a file question by a key, and answers it.
+answer() {
+  press_for "$1" "$2"
+  shift
   xdotool key ctrl+a
   xdotool type --delay 5 -- "$2"
   xdotool key Return
   await_window Marovia
+  sleep 0.3
 }
 
 exec 3>"$folder/display"
@@ -65,9 +78,9 @@ started+=("$marovia")
 await_window Marovia
 shoot start
 
-xdotool key ctrl+o
-type_name "Get Image" "$folder/photo.pgm"
-# Compress cannot be reached before the image is there.
+answer ctrl+o "Get Image" "$folder/photo.pgm"
+xdotool key alt+c
+sleep 0.3
 xdotool key alt+c
 shoot loaded
 
@@ -84,22 +97,18 @@ xdotool mouseup 1
 xdotool key Tab Tab Tab Tab Tab Right Tab Right Tab
 xdotool key ctrl+a
 xdotool type --delay 5 0.5
-xdotool key Return
-type_name "Compress to" "$folder/photo"
+answer Return "Compress to" "$folder/photo"
 packed=$folder/photo.awf
 wait_for is_settled "$packed" 16300
 [ "$(stat -c %s "$packed")" -le 16384 ] || fail "the file exceeds its rate"
 
-xdotool key Return
-type_name "Decompress" "$packed"
-xdotool key ctrl+s
-type_name "Save Reconstructed Image" "$folder/decoded.bmp"
+answer Return "Decompress" "$packed"
+answer ctrl+s "Save Reconstructed Image" "$folder/decoded.bmp"
 wait_for is_settled "$folder/decoded.bmp" $((1078 + 512 * 512))
 shoot decompressed
 
 if [ -n "$shots" ]; then
-  xdotool key F1
-  await_window "Marovia Help"
+  press_for F1 "Marovia Help"
   shoot help
   xdotool key Escape
   await_window Marovia
