@@ -1,5 +1,8 @@
 #include <benchmark/benchmark.h>
+#include <functional>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "bench/benchmarks.h"
 #include "bench/contestants.h"
@@ -7,34 +10,52 @@
 namespace marovia::bench {
 namespace {
 
-template <class Work>
-void Register(const std::string& name, Work work) {
+// Times what make() returns.
+template <class Make>
+void Register(const std::string& name, Make make) {
   benchmark::RegisterBenchmark(name.c_str(),
-                               [work](benchmark::State& state) {
+                               [make](benchmark::State& state) {
+                                 const auto work = make();
                                  for (auto _ : state) benchmark::DoNotOptimize(work());
                                })
       ->Unit(benchmark::kMillisecond)
       ->MeasureProcessCPUTime();
 }
 
-void RegisterBoth(const Contestant& contestant, const Source& source) {
-  const std::string name = contestant.name + "/" + source.name;
-  const auto file = std::make_shared<const Bytes>(contestant.compress(source.image));
-  Register("compress/" + name, [run = contestant.compress, &source] { return run(source.image); });
-  Register("decompress/" + name, [run = contestant.decompress, file] { return run(*file); });
+using Compressor = std::function<Bytes(const Image&)>;
+using Decompressor = std::function<Image(ByteView)>;
+
+void RegisterCompression(const std::string& name, const Compressor& compress,
+                         const Source& source) {
+  Register(name, [=, &source] { return [=, &source] { return compress(source.image); }; });
 }
 
+// The file is made when it is first asked for: most runs filter most benchmarks out.
+void RegisterDecompression(const std::string& name, const Compressor& compress,
+                           const Decompressor& decompress, const Source& source) {
+  Register(name, [=, &source, file = std::make_shared<Bytes>()] {
+    if (file->empty()) *file = compress(source.image);
+    return [=] { return decompress(*file); };
+  });
+}
+
+void RegisterBoth(const Contestant& contestant, const Source& source) {
+  const std::string name = contestant.name + "/" + source.name;
+  RegisterCompression("compress/" + name, contestant.compress, source);
+  RegisterDecompression("decompress/" + name, contestant.compress, contestant.decompress, source);
+}
+
+// The least part still starts the passes.
 void RegisterParts(FileKind kind, const Source& source) {
-  struct Part {
-    const char* name;
-    double rate;
+  const auto compress = [=](const Image& image) {
+    return Compress(image, {.kind = kind, .rate = 1}).file;
   };
-  // The smallest rate still starts the passes.
-  for (const Part part : {Part{"tenth", 0.1}, Part{"none", 0.001}}) {
-    const auto file =
-        std::make_shared<const Bytes>(Compress(source.image, {.kind = kind, .rate = 1}).file);
-    Register(std::string(part.name) + "/" + std::string(Extension(kind)) + "/" + source.name,
-             [=] { return Decompress(*file, kind, {.rate = part.rate}).image; });
+  const std::string name = std::string(Extension(kind)) + "/" + source.name;
+  for (const auto& [part, rate] : {std::pair("tenth/", 0.1), std::pair("none/", 0.001)}) {
+    RegisterDecompression(
+        part + name, compress,
+        [kind, rate = rate](ByteView file) { return Decompress(file, kind, {.rate = rate}).image; },
+        source);
   }
 }
 

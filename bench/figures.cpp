@@ -117,13 +117,13 @@ std::string CodecTable(const Medians& medians) {
 
 std::string StageTable(const Medians& medians) {
   constexpr std::string_view kStage = "stage/";
-  constexpr double kLongestSymbol = 1e-6;
+  constexpr double kShort = 1e-6;
   std::string text = MarkdownHead({"stage", "time"});
   for (const auto& [name, seconds] : medians) {
     if (!name.starts_with(kStage)) continue;
-    text += MarkdownRow({name.substr(kStage.size()), seconds < kLongestSymbol
-                                                         ? Digits(1e9 * seconds) + " ns a symbol"
-                                                         : Digits(1e3 * seconds) + " ms"});
+    text +=
+        MarkdownRow({name.substr(kStage.size()), seconds < kShort ? Digits(1e9 * seconds) + " ns"
+                                                                  : Digits(1e3 * seconds) + " ms"});
   }
   return text;
 }

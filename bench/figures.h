@@ -15,7 +15,7 @@ using Medians = std::map<std::string, double>;
 std::string GoalTable(const Medians& medians, const std::vector<std::string>& images,
                       const std::string& large);
 
-// Milliseconds of every codec, and of every stage (nanoseconds a symbol where a coder is alone).
+// Milliseconds of every codec, and of every stage (nanoseconds of short ones).
 std::string CodecTable(const Medians& medians);
 std::string StageTable(const Medians& medians);
 

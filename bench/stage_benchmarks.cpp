@@ -1,7 +1,9 @@
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "aswdr/aswdr_symbols.h"
 #include "bench/benchmarks.h"
@@ -57,8 +59,8 @@ void RegisterTransform(const std::string& name, WaveletKind wavelet, const Sourc
 
 struct Coefficients {
   Grid<float> grid;
-  BandGrid bands;
-  int exponent;
+  BandGrid bands{};
+  int exponent = 0;
 };
 
 void RegisterOrder(const std::string& name, ScanKind scan,
@@ -192,9 +194,9 @@ void RegisterStages(const Source& source) {
        {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
     RegisterPasses(kind, source);
   }
-  RegisterCoder<FirstSetup, TernaryContext<FirstSetup>>("11 bits, three characters:", 3);
-  RegisterCoder<SecondSetup, TernaryContext<SecondSetup>>("9 bits, three characters:", 3);
-  RegisterCoder<SecondSetup, BinaryContext>("9 bits, two characters:", 2);
+  RegisterCoder<FirstSetup, TernaryContext<FirstSetup>>("symbol of three, 11 bits:", 3);
+  RegisterCoder<SecondSetup, TernaryContext<SecondSetup>>("symbol of three, 9 bits:", 3);
+  RegisterCoder<SecondSetup, BinaryContext>("symbol of two, 9 bits:", 2);
 }
 
 }  // namespace marovia::bench
