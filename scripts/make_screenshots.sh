@@ -11,7 +11,7 @@ trap 'rm -rf "$shots"' EXIT
 for scale in 1 2; do
   QT_SCALE_FACTOR=$scale "$root/tests/window/end_to_end.sh" "$program" "$root" "$shots"
   for shot in "$shots"/*.png; do
-    convert "$shot" -strip -colors 128 -define png:compression-level=9 \
+    convert "$shot" -strip +dither -colors 256 -define png:compression-level=9 \
       "$root/docs/screenshots/$(basename "$shot" .png)_$scale.png"
   done
 done

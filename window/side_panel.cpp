@@ -17,6 +17,8 @@
 namespace marovia {
 namespace {
 
+// Of the widest page, so that the pictures stay where they are; wider fonts widen it.
+constexpr int kPanelWidth = 248;
 constexpr int kNumberWidth = 64;
 constexpr int kRateWidth = 112;  // for what the bits of a file make a pixel
 
@@ -188,6 +190,7 @@ class PanelMaker {
 QWidget& MakeSidePanel(frmMain& form, Binds& binds) {
   auto& panel = Make<QStackedWidget>();
   panel.setObjectName("Frame2");
+  panel.setMinimumWidth(kPanelWidth);
   PanelMaker maker(form, binds);
   panel.addWidget(&maker.Start());
   panel.addWidget(&maker.Coder());

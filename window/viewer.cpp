@@ -62,11 +62,12 @@ Viewer::Viewer(SharedValue<Image> source, SharedValue<Image> reconstruction, boo
   resize(comparable_ ? 1120 : 680, 680);
   MakeBar();
   MakePanes(prefersSource);
+  readout_->setContentsMargins(6, 0, 0, 0);
   statusBar()->addWidget(readout_, 1);
   ReadOut({});
   connect(&Make<QShortcut>(QKeySequence::Cancel, this), &QShortcut::activated, this,
           &QWidget::close);
-  SetZoom(1);
+  SetZoom(std::round(devicePixelRatioF()));
 }
 
 void Viewer::MakeBar() {

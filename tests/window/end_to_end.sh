@@ -35,7 +35,12 @@ window() { xdotool search --onlyvisible --name "$1" | tail -n 1; }
 is_active() { [ "$(xdotool getactivewindow getwindowname 2>/dev/null)" = "$1" ]; }
 is_settled() { [ "$(stat -c %s "$1")" -ge "$2" ]; }
 await_window() { wait_for is_active "$1"; }
-shoot() { [ -z "$shots" ] || import -window "$(xdotool getactivewindow)" "$shots/$1.png"; }
+# The picture of what the last key led to, once that is drawn.
+shoot() {
+  [ -n "$shots" ] || return 0
+  sleep 0.4
+  import -window "$(xdotool getactivewindow)" "$shots/$1.png"
+}
 
 # A key that comes while a closed dialog gives the focus back may be lost, and is sent again.
 press_for() {
