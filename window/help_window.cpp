@@ -27,7 +27,7 @@ HelpWindow::HelpWindow(QWidget* parent)
   auto& bar = Make<QToolBar>("Navigation");
   bar.setMovable(false);
   addToolBar(&bar);
-  const auto add = [this, &bar](const char* name, const QString& text, const QKeySequence& keys) {
+  const auto add = [&bar](const char* name, const QString& text, const QKeySequence& keys) {
     QAction* action = bar.addAction(text);
     action->setObjectName(name);
     action->setShortcut(keys);

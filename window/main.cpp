@@ -5,7 +5,7 @@
 #include <QIcon>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <cstdio>
+#include <iostream>
 
 #include "marovia/version.h"
 
@@ -31,7 +31,7 @@ StartOptions ReadCommandLine(const QApplication& app) {
   parser.process(app);
   const QString when = parser.value(pad);
   if (when != "auto" && when != "never") {
-    std::fputs("marovia-window: --pad is auto or never\n", stderr);
+    std::cerr << "marovia-window: --pad is auto or never\n";
     std::exit(2);  // NOLINT(concurrency-mt-unsafe): as the parser itself ends the program
   }
   StartOptions options{.padToFit = when == "auto", .files = {}};
@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
   // holds nobody's.
   const QTemporaryDir folder;
   if (!folder.isValid() || !QDir::setCurrent(folder.path())) {
-    std::fprintf(stderr, "marovia-window: %s\n", qPrintable(folder.errorString()));
+    std::cerr << "marovia-window: " << folder.errorString().toStdString() << '\n';
     return 1;
   }
   const int status = Run(options);

@@ -26,7 +26,7 @@ class PanelMaker {
  public:
   PanelMaker(frmMain& form, Binds& binds) : form_(form), binds_(binds) {}
 
-  QWidget& Start() {
+  static QWidget& Start() {
     auto& page = Make<QWidget>();
     auto& column = Make<QVBoxLayout>(&page);
     auto& hint = MakeLabel("ModeHint",
@@ -192,7 +192,7 @@ QWidget& MakeSidePanel(frmMain& form, Binds& binds) {
   panel.setObjectName("Frame2");
   panel.setMinimumWidth(kPanelWidth);
   PanelMaker maker(form, binds);
-  panel.addWidget(&maker.Start());
+  panel.addWidget(&PanelMaker::Start());
   panel.addWidget(&maker.Coder());
   panel.addWidget(&maker.Measures());
   for (int i = 0; i < panel.count(); ++i) panel.widget(i)->layout()->setContentsMargins(0, 0, 0, 0);

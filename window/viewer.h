@@ -26,7 +26,7 @@ class Viewer : public QMainWindow {
 
  private:
   void MakeBar();
-  QSlider& AddSlider(QToolBar& bar, const char* name, const QString& caption);
+  static QSlider& AddSlider(QToolBar& bar, const char* name, const QString& caption);
   void MakePanes(bool prefersSource);
   void ShowDifference(int gain);
   void SetZoom(double zoom);
