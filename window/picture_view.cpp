@@ -142,6 +142,7 @@ void PictureView::PaintMarks(QPainter& painter) const {
 void PictureView::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !CanDraw()) return;
   PutCrosshairAway();
+  if (singleClick_.isActive()) PassClickOn();
   pressed_ = event->position();
 }
 
@@ -165,6 +166,10 @@ void PictureView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PictureView::timerEvent(QTimerEvent*) {
+  PassClickOn();
+}
+
+void PictureView::PassClickOn() {
   singleClick_.stop();
   const QPoint place = CoordinateAt(*pressed_);
   pressed_.reset();

@@ -58,6 +58,7 @@ class PictureView : public QWidget {
   void PaintEmpty(QPainter& painter) const;
   void PaintMarks(QPainter& painter) const;
 
+  void PassClickOn();
   [[nodiscard]] bool CanDraw() const { return onDown && !image_.isNull(); }
   void MoveCrosshair(QPoint step);
   void SetCorner();

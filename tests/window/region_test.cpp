@@ -40,6 +40,15 @@ TEST_F(WindowRegion, AClickWithoutADragIsOnePixel) {
   EXPECT_EQ(ReportText(), "Upper left corner: (60, 30)\nLower right corner: (60, 30)");
 }
 
+TEST_F(WindowRegion, ASecondClickElsewhereDoesNotSwallowTheFirst) {
+  Load(Photograph(256, 256));
+  QTest::mouseClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {30, 60}));
+  QTest::mouseClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {200, 90}));
+  EXPECT_EQ(Form().state.ROISelected, 1);
+  EXPECT_EQ(Form().state.ROICol1, 30);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Form().state.ROISelected == 0; }));
+}
+
 TEST_F(WindowRegion, ArrowsSpaceAndEscDrawWithoutAMouse) {
   Load(Photograph(256, 256));
   const auto press = [this](int key, Qt::KeyboardModifiers with = {}) {
