@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <system_error>
-#include <utility>
 
 #include "marovia/error.h"
 
@@ -22,7 +21,8 @@ std::string Shortest(T value, int digits) {
 }
 
 std::string WithLeadingBlank(std::string text) {
-  return text.starts_with('-') ? text : " " + std::move(text);
+  if (!text.starts_with('-')) text.insert(text.begin(), ' ');
+  return text;
 }
 
 bool IsDigit(char c) {
