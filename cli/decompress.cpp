@@ -4,10 +4,10 @@
 #include "base/number_text.h"
 #include "cli/commands.h"
 #include "cli/file_names.h"
-#include "files/input_file.h"
 #include "cli/json_text.h"
-#include "files/output_file.h"
 #include "codec/report_text.h"
+#include "files/input_file.h"
+#include "files/output_file.h"
 
 namespace marovia::cli {
 namespace {

@@ -9,9 +9,9 @@
 #include "base/number_text.h"
 #include "cli/commands.h"
 #include "cli/file_names.h"
-#include "files/input_file.h"
 #include "cli/json_text.h"
 #include "cli/values.h"
+#include "files/input_file.h"
 
 namespace marovia::cli {
 namespace {

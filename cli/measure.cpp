@@ -3,9 +3,9 @@
 #include "marovia/measures.h"
 
 #include "cli/commands.h"
-#include "files/input_file.h"
 #include "cli/json_text.h"
 #include "cli/values.h"
+#include "files/input_file.h"
 #include "measures/measure_text.h"
 
 namespace marovia::cli {

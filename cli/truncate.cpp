@@ -2,8 +2,8 @@
 
 #include "cli/commands.h"
 #include "cli/file_names.h"
-#include "files/input_file.h"
 #include "cli/json_text.h"
+#include "files/input_file.h"
 #include "files/output_file.h"
 
 namespace marovia::cli {
