@@ -110,7 +110,8 @@ PassReport Decompression::ReadWith(Symbols symbols, const PassListener& onPass) 
 // The compressor that charged its header most left the fewest bits for the stream.
 bool Decompression::LengthSaysComplete() const {
   if (!coder_.HasBudget()) return false;
-  return info_.bitsPresent >= *info_.budget - std::max(coder_.encoderCharge, coder_.regionCharge);
+  const int charge = std::max(coder_.encoderCharge, coder_.regionCharge);
+  return info_.bitsPresent >= std::int64_t{*info_.budget} - charge;
 }
 
 Image Decompression::Invert() {

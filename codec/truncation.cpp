@@ -21,6 +21,12 @@ void CheckTarget(const TruncateOptions& options) {
   }
 }
 
+// What a run at a budget makes of a file.
+struct Cut {
+  std::optional<Bytes> file;  // none where the budget does not end the run: it needs all there is
+  std::int64_t bitsRead = 0;  // the header's charge included
+};
+
 // The start of a stream that a decoder asks for at a budget, under the header of its lossy kind.
 class Start {
  public:
@@ -31,15 +37,15 @@ class Start {
     return kind_ == FileKind::kAwg ? FileKind::kAwf : kind_;
   }
 
-  // The shorter file; nothing where the budget does not end the run, which then needs all there is.
-  [[nodiscard]] std::optional<Bytes> At(std::int32_t budget) const {
+  [[nodiscard]] Cut At(std::int32_t budget) const {
     const Decompression whole(file_, kind_, maxPixels_);
     Bytes header = HeaderOf(whole.Info(), budget);
     Bytes lossy = header;
     lossy.insert(lossy.end(), whole.Stream().begin(), whole.Stream().end());
     Decompression run(lossy, LossyKind(), maxPixels_);
     run.ReadPasses({});
-    if (!run.BudgetSpent()) return std::nullopt;
+    const std::int64_t bitsRead = run.StreamBitsRead() + run.TheCoder().decoderCharge;
+    if (!run.BudgetSpent()) return {std::nullopt, bitsRead};
 
     const auto bytes = static_cast<std::size_t>((run.StreamBitsRead() + 7) / 8);
     const ByteView kept = whole.Stream().first(std::min(bytes, whole.Stream().size()));
@@ -49,7 +55,7 @@ class Start {
     if (info.rows != info.codedRows || info.cols != info.codedCols) {
       AppendSizeNote(header, {info.rows, info.cols});
     }
-    return header;
+    return {std::move(header), bitsRead};
   }
 
  private:
@@ -71,10 +77,15 @@ class Start {
 Bytes StartOfBytes(const Start& start, std::int64_t most, std::int64_t size) {
   std::int64_t bits = 8 * std::min<std::int64_t>(most, (std::int64_t{1} << 28) - 1);
   while (bits > 0) {
-    auto file = start.At(static_cast<std::int32_t>(bits));
-    const std::int64_t excess = (file ? static_cast<std::int64_t>(file->size()) : size) - most;
-    if (file && excess <= 0) return *std::move(file);
-    bits -= 8 * excess;
+    Cut cut = start.At(static_cast<std::int32_t>(bits));
+    const std::int64_t excess =
+        (cut.file ? static_cast<std::int64_t>(cut.file->size()) : size) - most;
+    if (cut.file && excess <= 0) return *std::move(cut.file);
+    const std::int64_t step = 8 * excess;
+    // No budget above the bits read ends the run either, however many bytes lie behind them.
+    const std::int64_t idle =
+        cut.file ? 0 : std::max<std::int64_t>(0, (bits - cut.bitsRead - 1) / step);
+    bits -= step * (idle + 1);
   }
   Fail(Errc::kInvalidArgument, "A shorter file does not fit " + std::to_string(most) + " bytes.");
 }
@@ -97,7 +108,7 @@ TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& opt
   } else {
     const std::int32_t budget = BitBudget(*options.rate, info.rows, info.cols);
     if (info.budget && *info.budget <= budget) return whole;
-    result = start.At(budget);
+    result = start.At(budget).file;
   }
   return result ? TruncateResult{*std::move(result), start.LossyKind(), false} : whole;
 }

@@ -97,6 +97,20 @@ TEST(Headers, WithMoreLevelsThanTheirSidesBearAreRefused) {
   }
 }
 
+// Every one of the bytes behind the stream once cost a decoding.
+TEST(CutFiles, LoseAMegabyteOfTrailingGarbageAtOnce) {
+  constexpr std::size_t kBudgetBytes = 4;
+  const Image image = test::NamedImage("blobs", 64, 64);
+  for (const FileKind kind : {kAwb, kAwg}) {
+    Bytes file = Compress(image, {kind, kInteger53, 3, 20}).file;
+    const std::size_t size = file.size();
+    file.resize(size + (1 << 20), 0x55);
+    const auto most = static_cast<std::int64_t>(file.size()) - 1;
+    // What became lossy has a budget in its header.
+    EXPECT_LE(Truncate(file, kind, {.rate = {}, .bytes = most}).file.size(), size + kBudgetBytes);
+  }
+}
+
 TEST(Headers, WithAHugeMeanFailInsteadOfMakingAPicture) {
   for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
     const Bytes file = HeaderOf(2, wavelet, 32, 32, 3e38F);
