@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing of the packages for building, testing or checking Marovia (Debian 12).
 #
-#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench
+#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench, fuzz
 #
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
@@ -11,6 +11,7 @@ test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils 
 check_packages=(clang-format clang-tidy)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
+fuzz_packages=(clang)
 
 wanted=()
 for group in "$@"; do
@@ -19,8 +20,9 @@ for group in "$@"; do
     test) wanted+=("${test_packages[@]}") ;;
     check) wanted+=("${check_packages[@]}") ;;
     bench) wanted+=("${bench_packages[@]}") ;;
+    fuzz) wanted+=("${fuzz_packages[@]}") ;;
     *)
-      echo "install_packages.sh: unknown group '$group' (build, test, check or bench)" >&2
+      echo "install_packages.sh: unknown group '$group' (build, test, check, bench or fuzz)" >&2
       exit 2
       ;;
   esac

@@ -1,0 +1,59 @@
+#include <algorithm>
+#include <string_view>
+
+#include "fuzz/coding_request.h"
+#include "fuzz/input.h"
+#include "fuzz/targets.h"
+#include "tests/support/differences.h"
+
+namespace marovia::fuzz {
+namespace {
+
+// The plain codec is slow.
+constexpr std::int64_t kMostPixels = 256;
+constexpr int kMostSide = 16;
+
+// The plain codec knows nothing of padding, and would go on for minutes at a huge size.
+bool IsForPlainCodec(ByteView file, FileKind kind) {
+  constexpr std::string_view kNoteTag = "MVsz";
+  const auto note = std::search(file.begin(), file.end(), kNoteTag.begin(), kNoteTag.end());
+  if (note != file.end()) return false;
+  try {
+    Inspect(file, kind, kMostPixels);
+  } catch (const Error&) {
+    return false;
+  }
+  return true;
+}
+
+bool IsWithin(const Region& region, const Image& image) {
+  return region.row1 <= region.row2 && region.row2 < image.Rows() && region.col1 <= region.col2 &&
+         region.col2 < image.Cols();
+}
+
+void PromiseNone(const std::string& difference) {
+  Promise(difference.empty(), difference.c_str());
+}
+
+}  // namespace
+
+void DecodePlainly(ByteView input) {
+  Input in(input);
+  const FileKind kind = in.Kind();
+  const double rate = in.Byte() / 16.0;
+  if (!IsForPlainCodec(in.Rest(), kind)) return;
+  PromiseNone(test::DecodingDifference(in.Rest(), kind, rate));
+}
+
+void EncodePlainly(ByteView input) {
+  const CodingRequest request = TakeRequest(input, kMostSide);
+  const CompressOptions& options = request.options;
+  // Where a choice makes no sense the two need not agree.
+  if (options.bytes || !(options.rate > 0 && options.rate < 100)) return;
+  if (options.region && !IsWithin(*options.region, request.image)) return;
+  const literal::Settings settings{options.kind, options.wavelet, options.levels.value_or(1),
+                                   options.rate, options.region,  options.share};
+  PromiseNone(test::EncodingDifference(request.image, settings));
+}
+
+}  // namespace marovia::fuzz
