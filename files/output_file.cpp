@@ -7,6 +7,7 @@
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "marovia/error.h"
 
@@ -62,27 +63,32 @@ void PutDirectly(FileDescriptor file, ByteView bytes) {
   CloseChecked(file);
 }
 
-// A new file beside the one that it will become, removed with the object unless it was kept.
+[[noreturn]] void FailOnExistingFile() {
+  Fail(Errc::kIo, "already exists (--force replaces it)");
+}
+
+// A new file beside the one that it will become. Where the file system can, it has no name while it
+// is written, so that nothing is left of it even if the program is killed; elsewhere, and for the
+// moment in which it replaces a file, it has one of its own, which goes with the object.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(const fs::path& folder) {
-    for (int n = 0; n < kMostTemporaries && !file_.IsOpen(); ++n) {
-      const auto name = ".marovia-" + std::to_string(::getpid()) + "-" + std::to_string(n);
-      path_ = (folder / name).string();
-      file_ = FileDescriptor(
-          ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOrdinaryMode));
-      if (!file_.IsOpen() && errno != EEXIST) break;
-    }
-    if (!file_.IsOpen()) FailWithErrno("cannot be written");
+  explicit TemporaryFile(fs::path folder)
+      : folder_(std::move(folder)),
+        file_(::open(folder_.empty() ? "." : folder_.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC,
+                     kOrdinaryMode)) {
+    // A nameless file is reached through /proc, which may not be there.
+    if (file_.IsOpen() && ::access(OpenFile().c_str(), F_OK) == 0) return;
+    TakeName([this](const char* name) {
+      file_ = FileDescriptor(::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOrdinaryMode));
+      return file_.IsOpen();
+    });
   }
 
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile() {
-    if (!kept_) ::unlink(path_.c_str());
+    if (!name_.empty()) ::unlink(name_.c_str());
   }
-
-  [[nodiscard]] const std::string& Path() const { return path_; }
 
   // Owner and permissions of the file at `other`, as far as the system lets us: nobody but root may
   // give a file away. The order matters, since a change of owner clears permission bits.
@@ -93,22 +99,67 @@ class TemporaryFile {
     static_cast<void>(::fchmod(file_.Number(), status->st_mode & kPermissionBits));
   }
 
-  void Fill(ByteView bytes) {
+  void Fill(ByteView bytes) const {
     WriteAll(file_, bytes);
     if (::fsync(file_.Number()) != 0) FailWithErrno("cannot be written");
-    CloseChecked(file_);
   }
-  void Keep() { kept_ = true; }
+
+  // Gives the file its name, in place of the file that has it where `force` allows that.
+  void Become(const std::string& path, bool force) {
+    if (name_.empty()) {
+      if (LinkTo(path.c_str())) return;
+      if (errno != EEXIST) FailWithErrno("cannot be written");
+      if (!force) FailOnExistingFile();
+      TakeName([this](const char* name) { return LinkTo(name); });
+    }
+    // Some file systems report a full disk only here.
+    CloseChecked(file_);
+    RenameTo(path, force);
+    name_.clear();
+  }
 
  private:
-  bool kept_ = false;
-  std::string path_;
-  FileDescriptor file_{-1};
-};
+  [[nodiscard]] std::string OpenFile() const {
+    return "/proc/self/fd/" + std::to_string(file_.Number());
+  }
 
-[[noreturn]] void FailOnExistingFile() {
-  Fail(Errc::kIo, "already exists (--force replaces it)");
-}
+  [[nodiscard]] bool LinkTo(const char* name) const {
+    return ::linkat(AT_FDCWD, OpenFile().c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
+  }
+
+  // take(name) fails with EEXIST where there is a file of that name, left by a program killed.
+  template <class Take>
+  void TakeName(Take take) {
+    for (int n = 0; n < kMostTemporaries; ++n) {
+      const auto name = ".marovia-" + std::to_string(::getpid()) + "-" + std::to_string(n);
+      const std::string path = (folder_ / name).string();
+      if (take(path.c_str())) {
+        name_ = path;
+        return;
+      }
+      if (errno != EEXIST) break;
+    }
+    FailWithErrno("cannot be written");
+  }
+
+  void RenameTo(const std::string& path, bool force) const {
+    const char* from = name_.c_str();
+    const char* to = path.c_str();
+    int result = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, force ? 0 : RENAME_NOREPLACE);
+    // A file system without this form of the call gets the check a moment before.
+    if (result != 0 && !force && (errno == EINVAL || errno == ENOSYS)) {
+      if (StatusOfFile(path)) FailOnExistingFile();
+      result = ::rename(from, to);
+    }
+    if (result == 0) return;
+    if (errno == EEXIST) FailOnExistingFile();
+    FailWithErrno("cannot be written");
+  }
+
+  fs::path folder_;
+  FileDescriptor file_;
+  std::string name_;  // empty while it has none
+};
 
 }  // namespace
 
@@ -159,27 +210,7 @@ void OutputFile::PutInPlace(ByteView bytes) const {
   temporary.TakeOver(path_);
   temporary.Fill(bytes);
   if (hold.IsAnyWaiting()) Fail(Errc::kIo, "not written: interrupted");
-  MoveInPlace(temporary.Path());
-  temporary.Keep();
-}
-
-void OutputFile::MoveInPlace(const std::string& temporary) const {
-  const char* from = temporary.c_str();
-  const char* to = path_.c_str();
-  int result = -1;
-  if (force_) {
-    result = ::rename(from, to);
-  } else {
-    result = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
-    // A file system without this form of the call gets the check a moment before.
-    if (result != 0 && (errno == EINVAL || errno == ENOSYS)) {
-      if (StatusOfFile(path_)) FailOnExistingFile();
-      result = ::rename(from, to);
-    }
-  }
-  if (result == 0) return;
-  if (errno == EEXIST) FailOnExistingFile();
-  FailWithErrno("cannot be written");
+  temporary.Become(path_, force_);
 }
 
 }  // namespace marovia

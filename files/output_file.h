@@ -7,9 +7,9 @@
 
 namespace marovia {
 
-// Where a result goes. A regular file is written under another name in its folder, synced, and
-// renamed into place, so that until then a file of that name stays as it was; a symbolic link is
-// followed, not replaced. A device, a FIFO and "-" (standard output) are written to directly.
+// Where a result goes. A regular file is written without a name or under another one in its folder,
+// synced, and put in place, so that until then a file of that name stays as it was; a symbolic link
+// is followed, not replaced. A device, a FIFO and "-" (standard output) are written to directly.
 class OutputFile {
  public:
   // Errors kIo where `name` is a folder or a file that may not be replaced, kInvalidArgument where
@@ -26,7 +26,6 @@ class OutputFile {
 
   static Kind KindOf(const std::string& name, bool force);
   void PutInPlace(ByteView bytes) const;
-  void MoveInPlace(const std::string& temporary) const;
 
   Kind kind_;
   bool force_;
