@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 
 #include "marovia/error.h"
 
@@ -64,7 +65,9 @@ std::string OutputName(const std::string& name, FileKind kind) {
   if (IsStream(name)) return name;
   const std::string wanted(Extension(kind));
   const std::string extension = ExtensionOf(name);
-  if (extension.empty() && !std::filesystem::is_directory(name)) return name + "." + wanted;
+  std::error_code unknown;  // then opening it tells what is wrong
+  if (extension.empty() && !std::filesystem::is_directory(name, unknown))
+    return name + "." + wanted;
   if (!extension.empty() && extension != wanted)
     Fail(Errc::kInvalidArgument, "the extension is ." + extension + ", but what is written is ." +
                                      wanted + ": name it so, or leave the extension out");
