@@ -1,10 +1,13 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
+#include <unistd.h>
 #include <utility>
 
 #include "marovia/error.h"
@@ -98,11 +101,27 @@ ExitStatus RunTool(int count, const char* const* words) {
   return ExitStatus::kFailed;
 }
 
+// The end where memory runs out in a place that can throw nothing on: the destructor of a value, or
+// the making of the message that tells of it.
+[[noreturn]] void EndWithoutMemory() {
+  constexpr std::string_view kLine = "marovia: out of memory\n";
+  try {
+    if (const std::exception_ptr last = std::current_exception()) std::rethrow_exception(last);
+  } catch (const std::bad_alloc&) {
+    static_cast<void>(::write(STDERR_FILENO, kLine.data(), kLine.size()));
+    std::_Exit(static_cast<int>(ExitStatus::kFailed));
+  } catch (...) {
+    std::abort();
+  }
+  std::abort();
+}
+
 }  // namespace
 }  // namespace marovia::cli
 
 int main(int argc, char** argv) {
   // A file that outgrows a limit on file sizes is then an error of the write, not the end of us.
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+  std::set_terminate(&marovia::cli::EndWithoutMemory);
   return static_cast<int>(marovia::cli::RunTool(argc, argv));
 }
