@@ -1,17 +1,20 @@
 #!/usr/bin/env bash
 # Installs what is missing of the packages for building, testing or checking Marovia (Debian 12).
 #
-#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench, fuzz
+#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench, fuzz, cross
 #
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev fonts-dejavu-core)
-test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils)
-check_packages=(clang-format clang-tidy)
+test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
+  locales valgrind)
+check_packages=(clang-format clang-tidy cppcheck)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
 fuzz_packages=(clang)
+# Other processors: compilers for them, an emulator, and the test library to build for them.
+cross_packages=(g++-aarch64-linux-gnu g++-s390x-linux-gnu qemu-user googletest)
 
 wanted=()
 for group in "$@"; do
@@ -21,8 +24,9 @@ for group in "$@"; do
     check) wanted+=("${check_packages[@]}") ;;
     bench) wanted+=("${bench_packages[@]}") ;;
     fuzz) wanted+=("${fuzz_packages[@]}") ;;
+    cross) wanted+=("${cross_packages[@]}") ;;
     *)
-      echo "install_packages.sh: unknown group '$group' (build, test, check, bench or fuzz)" >&2
+      echo "install_packages.sh: unknown group '$group' (build, test, check, bench, fuzz or cross)" >&2
       exit 2
       ;;
   esac

@@ -4,15 +4,14 @@
 //
 // Seed after seed alternates between the integer wavelets and goes through 1 to 4 levels (fewer
 // where a side bears fewer). Prints one line; exit status 1 names the first seed that failed.
-#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <random>
 #include <span>
-#include <string_view>
 
 #include "marovia/codec.h"
 
+#include "tests/campaigns/count_and_first.h"
 #include "tests/support/test_images.h"
 
 namespace marovia {
@@ -78,18 +77,13 @@ bool ComesBack(std::uint32_t seed, Totals& totals) {
   return back.image == image && !back.truncated;
 }
 
-bool Parse(std::string_view text, std::uint32_t& value) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return error == std::errc{} && end == text.data() + text.size();
-}
-
 int Run(std::span<char*> arguments) {
-  std::uint32_t count = 0;
-  std::uint32_t first = 0;
-  if (arguments.size() != 3 || !Parse(arguments[1], count) || !Parse(arguments[2], first)) {
+  const auto given = test::ParseCountAndFirst(arguments);
+  if (!given) {
     std::fputs("usage: lossless_campaign COUNT FIRST_SEED\n", stderr);
     return 2;
   }
+  const auto [count, first] = *given;
   Totals totals;
   for (std::uint32_t seed = first; seed - first < count; ++seed) {
     if (ComesBack(seed, totals)) continue;
