@@ -4,7 +4,7 @@
 #
 #   tests/campaigns/bounds.sh [SECONDS_OF_SEARCH]     60 seconds at each of two sizes
 #
-# Wants 6 GB of memory at the largest size, most of it for the files.
+# Takes 3 GB of memory and about ten minutes at the largest size, most of them to write the files.
 set -eu
 cd "$(dirname "$0")/../.."
 
