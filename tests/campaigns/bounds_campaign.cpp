@@ -4,21 +4,18 @@
 //   bounds_campaign table ROWS COLS TIMES       the dear files, as a table; exit status 1 where one
 //                                               takes more than TIMES the time, or too much memory
 //   bounds_campaign search SIDE SECONDS SEED    climbs towards the dearest file of its size
-//
-// Time is that of the processor, so that a busy machine counts no more than an idle one.
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <cstdio>
-#include <ctime>
+#include <exception>
 #include <random>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "marovia/codec.h"
 
+#include "tests/campaigns/campaign.h"
 #include "tests/campaigns/counted_memory.h"
 #include "tests/campaigns/hostile_files.h"
 #include "tests/support/test_images.h"
@@ -27,12 +24,10 @@ namespace marovia {
 namespace {
 
 using test::HostileFile;
+using test::NumberOf;
+using test::ProcessorMilliseconds;
 using test::RandomBelow;
 using test::Script;
-
-double ProcessorMilliseconds() {
-  return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 struct Cost {
   double milliseconds = 0;
@@ -177,13 +172,6 @@ int Search(int side, int seconds, int seed) {
   }
   std::printf("%d files tried\n", tried);
   return dearest > 1 ? 1 : 0;
-}
-
-int NumberOf(std::string_view text) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error == std::errc{} && end == text.data() + text.size() && number > 0) return number;
-  throw std::invalid_argument(std::string(text) + " is no number above 0");
 }
 
 int Run(std::span<char*> arguments) {

@@ -9,8 +9,6 @@
 // status 1 where a promise is broken.
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -19,27 +17,24 @@
 #include <span>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 #include "marovia/codec.h"
 #include "marovia/measures.h"
 
 #include "coding/file_header.h"
+#include "tests/campaigns/campaign.h"
 #include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using test::NumberOf;
+using test::ProcessorMilliseconds;
 
 constexpr float kPsnrOfTheSame = 100;
 
 void Require(bool holds, const std::string& what) {
   if (!holds) throw std::runtime_error(what);
-}
-
-double MillisecondsSince(Clock::time_point start) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
 // How often each outcome came, and the longest that one took.
@@ -51,7 +46,7 @@ struct Tally {
 
 // Decodes; nothing where the file is refused. Any other exception goes through.
 std::optional<Image> Try(ByteView file, FileKind kind, std::int64_t maxPixels, Tally& tally) {
-  const auto start = Clock::now();
+  const double start = ProcessorMilliseconds();
   std::optional<Image> image;
   try {
     DecompressResult result = Decompress(file, kind, {{}, maxPixels, {}});
@@ -62,7 +57,7 @@ std::optional<Image> Try(ByteView file, FileKind kind, std::int64_t maxPixels, T
   } catch (const Error&) {
     ++tally.refused;
   }
-  tally.worst = std::max(tally.worst, MillisecondsSince(start));
+  tally.worst = std::max(tally.worst, ProcessorMilliseconds() - start);
   return image;
 }
 
@@ -175,14 +170,6 @@ void ForgeHeaders(const Subject& subject, int stride, std::size_t sides) {
   std::printf("%s headers: %lld files decoded, %lld refused, worst %.1f ms\n",
               std::string(Extension(subject.kind)).c_str(), static_cast<long long>(tally.decoded),
               static_cast<long long>(tally.refused), tally.worst);
-}
-
-int NumberOf(std::string_view text) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  Require(error == std::errc{} && end == text.data() + text.size() && number > 0,
-          std::string(text) + " is no number above 0");
-  return number;
 }
 
 void Run(std::span<char*> arguments) {
