@@ -6,23 +6,17 @@
 //   allocation_failures STEP IMAGE...
 //
 // reads these images; of the tool, which allocates far more often, only every STEP-th fails.
-// Prints one line a group of runs; exit status 1 after the first that
-// goes wrong.
+// Prints one line a group of runs; exit status 1 after the first that goes wrong.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <new>
-#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -30,33 +24,23 @@
 #include "marovia/image.h"
 
 #include "tests/campaigns/failing_new.h"
+#include "tests/campaigns/tool_run.h"
 #include "tests/support/test_images.h"
-
-// The tool's main.
-int ToolMain(int argc, char** argv);
 
 namespace marovia {
 namespace {
 
 using test::MemoryShortage;
+using test::Outcome;
+using test::ReadAll;
 using test::Shortage;
-
-struct Outcome {
-  std::optional<Bytes> result;  // none where the shortage was too much
-  bool struck = false;
-};
+using test::ToolRun;
 
 // A run of which the allocation number `nth` fails; none where that is 0.
 using Run = std::function<Outcome(std::int64_t nth, Shortage shortage)>;
 
-constexpr const char* kOutput = "result.awf";
 constexpr FileKind kKinds[] = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
                                FileKind::kAwg};
-
-Bytes ReadAll(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 Outcome CallWithout(std::int64_t nth, Shortage shortage, const std::function<Bytes()>& call) {
   Outcome outcome;
@@ -163,101 +147,19 @@ std::vector<NamedRun> ReaderRuns(std::span<char*> paths) {
   return runs;
 }
 
-void LeadInto(int stream, const char* path) {
-  const int file = ::open(path, O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  ::dup2(file, stream);
-  ::close(file);
-}
-
-// The tool in a process of its own, whose end tells of a shortage by its status and a line.
-class ToolRun {
- public:
-  explicit ToolRun(std::vector<std::string> words) : words_(std::move(words)) {
-    words_.insert(words_.begin(), "marovia");
-    (*this)(0, Shortage::kOnce);
-    whole_ = ReadAll(kOutput);
-  }
-
-  Outcome operator()(std::int64_t nth, Shortage shortage) {
-    std::filesystem::remove(kOutput);
-    const int end = Wait(Start(nth, shortage));
-    const int status = end & kStatusBits;
-    const Bytes written = ReadAll(kOutput);
-    if (status == 0) {
-      Bytes all = ReadAll(kOut);
-      all.insert(all.end(), written.begin(), written.end());
-      return {std::move(all), (end & kStruck) != 0};
-    }
-    CheckComplaint(status);
-    // What fails when the file is in its place does not take it away.
-    if (!written.empty() && written != whole_) throw std::runtime_error("leaves half a file");
-    return {std::nullopt, true};
-  }
-
- private:
-  static constexpr const char* kOut = "out";
-  static constexpr const char* kErr = "err";
-  static constexpr int kStatusBits = 7;
-  static constexpr int kStruck = 8;
-  static constexpr int kLosesMemory = 16;
-
-  pid_t Start(std::int64_t nth, Shortage shortage) {
-    std::vector<char*> arguments;
-    for (std::string& word : words_) arguments.push_back(word.data());
-    const pid_t process = ::fork();
-    if (process == 0) RunAndEnd(arguments, nth, shortage);
-    return process;
-  }
-
-  // Nothing catches here what a main lets go.
-  [[noreturn]] static void RunAndEnd(std::vector<char*>& arguments, std::int64_t nth,
-                                     Shortage shortage) noexcept {
-    LeadInto(STDOUT_FILENO, kOut);
-    LeadInto(STDERR_FILENO, kErr);
-    const std::int64_t before = test::BlocksInUse();
-    const MemoryShortage memory(nth, shortage);
-    const int status = ToolMain(static_cast<int>(arguments.size()), arguments.data());
-    ::_exit(status | (memory.Struck() ? kStruck : 0) |
-            (test::BlocksInUse() != before ? kLosesMemory : 0));
-  }
-
-  int Wait(pid_t process) const {
-    int end = 0;
-    ::waitpid(process, &end, 0);
-    if (!WIFEXITED(end))
-      throw std::runtime_error("ended by signal " + std::to_string(WTERMSIG(end)));
-    const int code = WEXITSTATUS(end);
-    // The JSON library loses what it built if memory runs out meanwhile.
-    if ((code & kLosesMemory) != 0 && std::ranges::count(words_, "--json") == 0)
-      throw std::runtime_error("loses memory");
-    return code;
-  }
-
-  static void CheckComplaint(int status) {
-    const Bytes bytes = ReadAll(kErr);
-    const std::string text(bytes.begin(), bytes.end());
-    if (status != 1 || !text.starts_with("marovia: ") || !text.ends_with("out of memory\n") ||
-        text.find('\n') != text.size() - 1)
-      throw std::runtime_error("status " + std::to_string(status) + ", says '" + text + "'");
-  }
-
-  std::vector<std::string> words_;
-  Bytes whole_;
-};
-
 std::vector<NamedRun> ToolRuns() {
   const Bytes image = WritePgm(test::NamedImage("blobs", 40, 56));
   std::ofstream("in.pgm", std::ios::binary)
       .write(reinterpret_cast<const char*>(image.data()), static_cast<long>(image.size()));
   std::vector<NamedRun> runs;
-  for (const std::vector<std::string>& words :
-       std::vector<std::vector<std::string>>{{"compress", "in.pgm", kOutput, "--json", "--verify"},
-                                             {"decompress", "in.awf", "-", "--rate", "0.3"},
-                                             {"measure", "in.pgm", "in.pgm"},
-                                             {"info", "in.awf", "--json"},
-                                             {"truncate", "in.awf", kOutput, "--rate", "0.25"}}) {
+  for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+           {"compress", "in.pgm", ToolRun::kOutput, "--json", "--verify"},
+           {"decompress", "in.awf", "-", "--rate", "0.3"},
+           {"measure", "in.pgm", "in.pgm"},
+           {"info", "in.awf", "--json"},
+           {"truncate", "in.awf", ToolRun::kOutput, "--rate", "0.25"}}) {
     runs.push_back({"marovia " + words.front(), ToolRun(words)});
-    if (words.front() == "compress") std::filesystem::copy_file(kOutput, "in.awf");
+    if (words.front() == "compress") std::filesystem::copy_file(ToolRun::kOutput, "in.awf");
   }
   return runs;
 }
