@@ -2,8 +2,9 @@
 # an include against the direction of the dependencies fails to link.
 
 add_library(marovia_options INTERFACE)
-target_include_directories(marovia_options INTERFACE ${PROJECT_SOURCE_DIR}
-                                                     ${PROJECT_SOURCE_DIR}/include)
+target_include_directories(
+  marovia_options INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include
+                            ${PROJECT_BINARY_DIR}/include)
 # A fused multiply-add rounds once where the format rounds twice: contraction would make the bytes
 # of a file depend on the machine.
 target_compile_options(marovia_options INTERFACE -ffp-contract=off)

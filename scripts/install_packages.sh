@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # Installs what is missing of the packages for building, testing or checking Marovia (Debian 12).
 #
-#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench, fuzz, cross
+#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench, fuzz, cross, package
 #
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev fonts-dejavu-core)
 test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
-  locales valgrind)
+  locales valgrind appstream pkg-config python3 mandoc zsh fish)
 check_packages=(clang-format clang-tidy cppcheck)
+package_packages=(dpkg-dev lintian debootstrap)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
 fuzz_packages=(clang)
@@ -22,11 +23,12 @@ for group in "$@"; do
     build) wanted+=("${build_packages[@]}") ;;
     test) wanted+=("${test_packages[@]}") ;;
     check) wanted+=("${check_packages[@]}") ;;
+    package) wanted+=("${package_packages[@]}") ;;
     bench) wanted+=("${bench_packages[@]}") ;;
     fuzz) wanted+=("${fuzz_packages[@]}") ;;
     cross) wanted+=("${cross_packages[@]}") ;;
     *)
-      echo "install_packages.sh: unknown group '$group' (build, test, check, bench, fuzz or cross)" >&2
+      echo "install_packages.sh: unknown group '$group' (build, test, check, bench, fuzz, cross or package)" >&2
       exit 2
       ;;
   esac

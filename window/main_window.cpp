@@ -235,8 +235,8 @@ void MainWindow::ShowHelp(const std::filesystem::path& file, int) {
 // Installed, the files of the program lie apart from it.
 std::filesystem::path MainWindow::ProgramFolder() const {
   const std::filesystem::path beside = QApplication::applicationDirPath().toStdString();
-  const std::filesystem::path shared = beside / ".." / "share" / "marovia";
-  return exists(shared / "Marovia.HLP") ? shared.lexically_normal() : beside;
+  if (exists(beside / "Marovia.HLP")) return beside;
+  return (beside / ".." / "share" / "marovia").lexically_normal();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

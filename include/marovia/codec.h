@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "marovia/error.h"
+#include "marovia/export.h"
 #include "marovia/image.h"
 
 namespace marovia {
@@ -36,8 +37,8 @@ enum class FileKind {
 };
 
 // "awb" ... "awg", and back (lower case, without a point).
-std::string_view Extension(FileKind kind);
-std::optional<FileKind> KindOfExtension(std::string_view extension);
+MAROVIA_API std::string_view Extension(FileKind kind);
+MAROVIA_API std::optional<FileKind> KindOfExtension(std::string_view extension);
 
 // Rows row1 to row2 and columns col1 to col2 of an image, all included, from 0.
 struct Region {
@@ -88,7 +89,7 @@ struct CompressResult {
 // Throws Error: kInvalidArgument (a rate that is not a number, levels below 1, lossless with the
 // 9/7 wavelet and padding on, a region outside the image), kLimit (a padded side above 32767),
 // kOverflow (more than 2^31 bits).
-CompressResult Compress(const Image& image, const CompressOptions& options = {});
+MAROVIA_API CompressResult Compress(const Image& image, const CompressOptions& options = {});
 
 // What a compressed file says of itself, read without decoding.
 struct FileInfo {
@@ -110,7 +111,8 @@ struct FileInfo {
 
 // Throws Error: kMalformed (shorter than a header, or with a header that no compressor writes),
 // kLimit (more than maxPixels pixels).
-FileInfo Inspect(ByteView file, FileKind kind, std::int64_t maxPixels = kDefaultMaxPixels);
+MAROVIA_API FileInfo Inspect(ByteView file, FileKind kind,
+                             std::int64_t maxPixels = kDefaultMaxPixels);
 
 struct DecompressOptions {
   // Bits per pixel to decode, held to what the file was made with; unset: all. Ignored by kAwg.
@@ -129,7 +131,8 @@ struct DecompressResult {
 
 // Throws Error as Inspect, and kMalformed or kOverflow where a damaged stream holds numbers that no
 // image can have.
-DecompressResult Decompress(ByteView file, FileKind kind, const DecompressOptions& options = {});
+MAROVIA_API DecompressResult Decompress(ByteView file, FileKind kind,
+                                        const DecompressOptions& options = {});
 
 struct TruncateOptions {
   std::optional<double> rate;  // bits per pixel to keep, or
@@ -148,6 +151,6 @@ struct TruncateResult {
 // lossless file becomes a lossy one of its kind (kAwg to kAwf).
 // Throws Error as Inspect, and kInvalidArgument (no target or two, a rate that is not a number
 // above 0, fewer bytes than a header).
-TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options);
+MAROVIA_API TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options);
 
 }  // namespace marovia

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "marovia/export.h"
+
 namespace marovia {
 
 enum class Errc {
@@ -18,7 +20,7 @@ enum class Errc {
 
 // what() is one sentence that says what is wrong and names the number concerned. It does not name
 // the file: whoever opened the file adds that.
-class Error : public std::runtime_error {
+class MAROVIA_API Error : public std::runtime_error {
  public:
   Error(Errc code, const std::string& what);
 
@@ -29,6 +31,6 @@ class Error : public std::runtime_error {
 };
 
 // Throws Error; out of line, so that hot code stays small.
-[[noreturn]] void Fail(Errc code, const std::string& what);
+[[noreturn]] MAROVIA_API void Fail(Errc code, const std::string& what);
 
 }  // namespace marovia

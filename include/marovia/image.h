@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "marovia/export.h"
 #include "marovia/grid.h"
 
 namespace marovia {
@@ -39,11 +40,11 @@ struct LoadedImage {
 // with the weights of ITU-R BT.601; what is grey stays as it is. Throws Error: kMalformed also for
 // a file cut short or a sample above its maximum, kUnsupported, or kLimit where the image has more
 // than maxPixels pixels; that is checked before anything is allocated.
-LoadedImage ReadImage(ByteView file, std::int64_t maxPixels = kDefaultMaxPixels);
+MAROVIA_API LoadedImage ReadImage(ByteView file, std::int64_t maxPixels = kDefaultMaxPixels);
 
 // A binary PGM, width first; a bottom-up BMP of 8 bits with a grey palette (Error kLimit where it
 // would exceed the 4 GB that its header can tell).
-Bytes WritePgm(const Image& image);
-Bytes WriteBmp(const Image& image);
+MAROVIA_API Bytes WritePgm(const Image& image);
+MAROVIA_API Bytes WriteBmp(const Image& image);
 
 }  // namespace marovia

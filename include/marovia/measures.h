@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "marovia/codec.h"
+#include "marovia/export.h"
 #include "marovia/image.h"
 
 namespace marovia {
@@ -17,10 +18,10 @@ struct ErrorMeasures {
 
 // Over the whole image, or over a region of it. Error kIndex where the shapes differ, an image is
 // empty, or the region reaches outside.
-ErrorMeasures Measure(const Image& source, const Image& reconstruction,
-                      const std::optional<Region>& region = {});
+MAROVIA_API ErrorMeasures Measure(const Image& source, const Image& reconstruction,
+                                  const std::optional<Region>& region = {});
 
 // The PSNR of a mean square error in decibels of a peak of 255; none for 0 and below.
-std::optional<float> Psnr(float meanSquareError);
+MAROVIA_API std::optional<float> Psnr(float meanSquareError);
 
 }  // namespace marovia

@@ -1,0 +1,176 @@
+/*
+ * Marovia for C, and for every language that can call C: grey images into embedded wavelet files,
+ * and back, on bytes in memory. This header needs no other of the library.
+ *
+ *   marovia_image image = {sizeof image, samples, rows, cols, 0};
+ *   marovia_compress_options options;
+ *   marovia_buffer file;
+ *   marovia_error error;
+ *   marovia_compress_options_init(&options, sizeof options);
+ *   options.rate = 0.25;
+ *   if (marovia_compress(&image, &options, &file, &error) != MAROVIA_OK) puts(error.message);
+ *   marovia_free(file.data);
+ *
+ * Threads: every function may be called from several threads at once; nothing is shared.
+ *
+ * Memory: what a function hands out in a marovia_buffer or marovia_picture is the caller's from
+ * then on, and is given back by marovia_free. A function that fails hands out nothing, and sets the
+ * pointer to NULL. What the caller passes in is only read, and not kept.
+ *
+ * Growth: structs that may get more fields begin with `size`, which the caller sets to the sizeof
+ * that it was compiled with (the init functions do). A library newer than its caller takes the
+ * defaults for what the caller does not know; an older one refuses a field it does not know unless
+ * its bytes are 0. Numbers of enumerations stay what they are.
+ */
+#ifndef MAROVIA_MAROVIA_H
+#define MAROVIA_MAROVIA_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef enum marovia_status {
+  MAROVIA_OK = 0,
+  MAROVIA_OVERFLOW = 1,         /* a number left the range that the format gives it */
+  MAROVIA_INDEX = 2,            /* a position lies outside an image */
+  MAROVIA_INVALID_ARGUMENT = 3, /* a choice makes no sense (levels, rate, region, a NULL) */
+  MAROVIA_MALFORMED = 4,        /* the bytes are not a file of the kind they were read as */
+  MAROVIA_UNSUPPORTED = 5,      /* a file of a known kind, in a form that is not read */
+  MAROVIA_LIMIT = 6,            /* more pixels than the caller allows; nothing was allocated */
+  MAROVIA_IO = 7,               /* a file could not be read or written */
+  MAROVIA_NO_MEMORY = 8,
+  MAROVIA_INTERNAL = 9 /* a fault of the library */
+} marovia_status;
+
+/* What a compressed file holds; its extension names it, nothing inside does. */
+typedef enum marovia_kind {
+  MAROVIA_AWB = 0, /* WDR, raw bits */
+  MAROVIA_AWA = 1, /* WDR, arithmetic coding */
+  MAROVIA_AWD = 2, /* ASWDR, raw bits */
+  MAROVIA_AWF = 3, /* ASWDR, arithmetic coding */
+  MAROVIA_AWG = 4  /* ASWDR, arithmetic coding, lossless */
+} marovia_kind;
+
+typedef enum marovia_wavelet {
+  MAROVIA_DAUB_97 = 1,    /* floating point, the best pictures at a given rate */
+  MAROVIA_INTEGER_53 = 2, /* exactly invertible, as lossless needs it */
+  MAROVIA_INTEGER_22 = 3  /* exactly invertible, one more lifting step */
+} marovia_wavelet;
+
+/* What went wrong: one sentence in UTF-8, closed by a 0 byte; empty after a success. */
+typedef struct marovia_error {
+  int32_t status;
+  char message[252];
+} marovia_error;
+
+typedef struct marovia_buffer {
+  uint8_t* data;
+  size_t size;
+} marovia_buffer;
+
+/* An image of the caller: grey values 0 (black) to 255 (white), row 0 at the top. */
+typedef struct marovia_image {
+  size_t size;            /* sizeof(marovia_image) */
+  const uint8_t* samples; /* row by row */
+  int32_t rows;
+  int32_t cols;
+  size_t stride; /* bytes from one row to the next; 0: no gaps */
+} marovia_image;
+
+/* Rows row1 to row2 and columns col1 to col2 of an image, all included, from 0. */
+typedef struct marovia_region {
+  int32_t row1;
+  int32_t col1;
+  int32_t row2;
+  int32_t col2;
+} marovia_region;
+
+typedef struct marovia_compress_options {
+  size_t size;
+  int32_t kind;    /* MAROVIA_AWF */
+  int32_t wavelet; /* 0: MAROVIA_DAUB_97, for MAROVIA_AWG MAROVIA_INTEGER_53 */
+  int32_t levels;  /* of the transform; 0: as the size of the image suggests */
+  int32_t pad;     /* 1: sides of any size come back; 0: code them as they are */
+  double rate;     /* bits per pixel, the header included: 0.5. Ignored by MAROVIA_AWG */
+  int64_t bytes;   /* the most bytes that the file may have, in place of the rate; 0: by the rate */
+  int32_t has_region;
+  float share;           /* the part of the bits that the region gets: 0.9 */
+  marovia_region region; /* looked at if has_region is not 0 */
+} marovia_compress_options;
+
+typedef struct marovia_decompress_options {
+  size_t size;
+  double rate;        /* bits per pixel to decode; 0: all. Ignored by MAROVIA_AWG */
+  int64_t max_pixels; /* larger images are refused before anything is allocated: 2^26 */
+} marovia_decompress_options;
+
+/* A decoded image. Its rows lie one after another without gaps. */
+typedef struct marovia_picture {
+  size_t size;
+  uint8_t* samples; /* the caller's, to be given to marovia_free */
+  int32_t rows;
+  int32_t cols;
+  int32_t rate_held; /* 1: the rate asked for was above the file's own */
+  int32_t truncated; /* 1: bits that were asked for are missing; the picture is what was there */
+} marovia_picture;
+
+/* What a compressed file says of itself. */
+typedef struct marovia_info {
+  size_t size;
+  int32_t kind;
+  int32_t wavelet;
+  int32_t levels;
+  int32_t rows; /* of the image that comes out */
+  int32_t cols;
+  int32_t coded_rows; /* of the coded image, larger where the sides were padded */
+  int32_t coded_cols;
+  int32_t exponent; /* the first threshold is 2^exponent */
+  float mean;
+  int32_t budget;       /* bits that the compressor might spend; -1 for MAROVIA_AWG */
+  int64_t bits_present; /* of the stream, behind the header */
+  int32_t fills_budget; /* 1: the stream is as long as the budget */
+} marovia_info;
+
+/* "0.1.0", of the library in use. */
+const char* marovia_version(void);
+
+/* "awb" ... "awg" for a kind, NULL for another number; and back, -1 for another text. */
+const char* marovia_extension(int32_t kind);
+int32_t marovia_kind_of_extension(const char* extension);
+
+/* Fill in the defaults, and `size`, which must be the sizeof of the struct; a NULL or a size that
+ * cannot be are MAROVIA_INVALID_ARGUMENT. */
+marovia_status marovia_compress_options_init(marovia_compress_options* options, size_t size);
+marovia_status marovia_decompress_options_init(marovia_decompress_options* options, size_t size);
+
+/* In all of these `options` may be NULL for the defaults, and `error` NULL where the status is
+ * enough. The caller sets `size` of marovia_picture and marovia_info before the call. */
+
+marovia_status marovia_compress(const marovia_image* image, const marovia_compress_options* options,
+                                marovia_buffer* file, marovia_error* error);
+
+marovia_status marovia_decompress(const void* file, size_t file_size, int32_t kind,
+                                  const marovia_decompress_options* options,
+                                  marovia_picture* picture, marovia_error* error);
+
+/* Reads the header, and decodes nothing. max_pixels 0: 2^26. */
+marovia_status marovia_inspect(const void* file, size_t file_size, int32_t kind, int64_t max_pixels,
+                               marovia_info* info, marovia_error* error);
+
+/* A shorter file, of at most `bytes` bytes, that decodes just as the long one does at that rate,
+ * without coding again. Its kind, MAROVIA_AWF if a MAROVIA_AWG was cut, is put into `result_kind`
+ * unless that is NULL. */
+marovia_status marovia_truncate(const void* file, size_t file_size, int32_t kind, int64_t bytes,
+                                marovia_buffer* result, int32_t* result_kind, marovia_error* error);
+
+/* Gives back memory of the library; NULL is fine. */
+void marovia_free(void* memory);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,191 @@
+/* The C interface as a C99 program uses it, from the shared library. */
+#include <math.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/resource.h>
+
+#include "marovia/marovia.h"
+
+enum { kRows = 70, kCols = 50, kStride = 64 };
+
+static int failures = 0;
+
+#define CHECK(condition)                                                      \
+  do {                                                                        \
+    if (!(condition)) {                                                       \
+      failures++;                                                             \
+      fprintf(stderr, "%s:%d: not so: %s\n", __FILE__, __LINE__, #condition); \
+    }                                                                         \
+  } while (0)
+
+static uint8_t samples[kRows * kStride];
+
+static marovia_image Picture(void) {
+  marovia_image image = {sizeof image, samples, kRows, kCols, kStride};
+  for (int r = 0; r < kRows; r++) {
+    for (int c = 0; c < kStride; c++)
+      samples[r * kStride + c] = (uint8_t)(c < kCols ? (r * 3 + c * c / 20) % 256 : 255);
+  }
+  return image;
+}
+
+static marovia_buffer Lossless(void) {
+  marovia_image image = Picture();
+  marovia_compress_options options;
+  marovia_buffer file;
+  marovia_compress_options_init(&options, sizeof options);
+  options.kind = MAROVIA_AWG;
+  CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
+  return file;
+}
+
+static void LosslessComesBackThroughAStride(void) {
+  marovia_buffer file = Lossless();
+  marovia_picture back = {sizeof back, NULL, 0, 0, 0, 0};
+  marovia_info info = {.size = sizeof info};
+  marovia_error error;
+  CHECK(marovia_inspect(file.data, file.size, MAROVIA_AWG, 0, &info, &error) == MAROVIA_OK);
+  CHECK(info.rows == kRows && info.cols == kCols && info.budget == -1);
+  CHECK(info.wavelet == MAROVIA_INTEGER_53);
+  CHECK(marovia_decompress(file.data, file.size, MAROVIA_AWG, NULL, &back, &error) == MAROVIA_OK);
+  CHECK(error.status == MAROVIA_OK && error.message[0] == 0);
+  CHECK(back.rows == kRows && back.cols == kCols && !back.truncated);
+  for (int r = 0; r < back.rows; r++)
+    CHECK(memcmp(back.samples + r * kCols, samples + r * kStride, kCols) == 0);
+  marovia_free(back.samples);
+
+  marovia_buffer cut;
+  int32_t kind = -1;
+  CHECK(marovia_truncate(file.data, file.size, MAROVIA_AWG, 300, &cut, &kind, NULL) == MAROVIA_OK);
+  CHECK(cut.size <= 300 && kind == MAROVIA_AWF);
+  CHECK(marovia_decompress(cut.data, cut.size, kind, NULL, &back, NULL) == MAROVIA_OK);
+  CHECK(!back.truncated);
+  marovia_free(back.samples);
+  CHECK(marovia_decompress(cut.data, cut.size / 2, kind, NULL, &back, NULL) == MAROVIA_OK);
+  CHECK(back.truncated);
+  marovia_free(back.samples);
+  marovia_free(cut.data);
+  marovia_free(file.data);
+}
+
+static void OptionsReachTheCodec(void) {
+  marovia_image image = Picture();
+  marovia_compress_options options;
+  marovia_buffer file;
+  marovia_info info = {.size = sizeof info};
+  marovia_compress_options_init(&options, sizeof options);
+  options.kind = marovia_kind_of_extension("awb");
+  options.wavelet = MAROVIA_INTEGER_22;
+  options.levels = 2;
+  options.bytes = 200;
+  options.has_region = 1;
+  options.region = (marovia_region){10, 10, 40, 40};
+  CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
+  CHECK(file.size <= 200);
+  CHECK(marovia_inspect(file.data, file.size, MAROVIA_AWB, 0, &info, NULL) == MAROVIA_OK);
+  CHECK(info.wavelet == MAROVIA_INTEGER_22 && info.levels == 2);
+  marovia_free(file.data);
+  CHECK(strcmp(marovia_extension(MAROVIA_AWD), "awd") == 0);
+  CHECK(marovia_extension(5) == NULL && marovia_kind_of_extension("awz") == -1);
+}
+
+/* Every refusal: its status, a message, and nothing handed out. */
+static void RefusalsSayWhatIsWrong(void) {
+  marovia_image image = Picture();
+  marovia_compress_options options;
+  marovia_buffer file;
+  marovia_error error;
+  marovia_compress_options_init(&options, sizeof options);
+  CHECK(marovia_compress(NULL, NULL, &file, &error) == MAROVIA_INVALID_ARGUMENT);
+  CHECK(strcmp(error.message, "The image is NULL.") == 0 && file.data == NULL);
+  CHECK(marovia_compress(&image, NULL, NULL, NULL) == MAROVIA_INVALID_ARGUMENT);
+  CHECK(marovia_compress_options_init(NULL, sizeof options) == MAROVIA_INVALID_ARGUMENT);
+
+  const int32_t choices[][2] = {{9, 0}, {-1, 0}, {MAROVIA_AWF, 4}, {MAROVIA_AWG, MAROVIA_DAUB_97}};
+  for (int i = 0; i < 4; i++) {
+    options.kind = choices[i][0];
+    options.wavelet = choices[i][1];
+    CHECK(marovia_compress(&image, &options, &file, &error) == MAROVIA_INVALID_ARGUMENT);
+    CHECK(error.status == MAROVIA_INVALID_ARGUMENT && error.message[0] != 0);
+  }
+  marovia_compress_options_init(&options, sizeof options);
+  options.rate = NAN;
+  CHECK(marovia_compress(&image, &options, &file, &error) == MAROVIA_INVALID_ARGUMENT);
+
+  image.stride = kCols - 1;
+  CHECK(marovia_compress(&image, NULL, &file, &error) == MAROVIA_INVALID_ARGUMENT);
+  image.stride = 0;
+  image.rows = 0;
+  CHECK(marovia_compress(&image, NULL, &file, &error) == MAROVIA_INVALID_ARGUMENT);
+  image.rows = 40000;
+  image.cols = 1;
+  image.samples = calloc(40000, 1);
+  CHECK(marovia_compress(&image, NULL, &file, &error) == MAROVIA_LIMIT);
+  free((void*)image.samples);
+
+  marovia_buffer whole = Lossless();
+  marovia_picture back = {sizeof back, samples, 1, 1, 1, 1};
+  marovia_decompress_options limit = {sizeof limit, 0, 1000};
+  CHECK(marovia_decompress("short", 5, MAROVIA_AWF, NULL, &back, &error) == MAROVIA_MALFORMED);
+  CHECK(back.samples == NULL && back.rows == 0);
+  CHECK(marovia_decompress(NULL, 5, MAROVIA_AWF, NULL, &back, &error) == MAROVIA_INVALID_ARGUMENT);
+  CHECK(marovia_decompress(whole.data, whole.size, MAROVIA_AWG, &limit, &back, &error) ==
+        MAROVIA_LIMIT);
+  marovia_free(whole.data);
+  marovia_free(NULL);
+}
+
+/* A caller that was compiled with another version of the header. */
+static void StructsOfAnotherAgeAreTaken(void) {
+  struct {
+    marovia_compress_options known;
+    int64_t later;
+  } newer;
+  marovia_image image = Picture();
+  marovia_buffer file;
+  marovia_error error;
+  CHECK(marovia_compress_options_init(&newer.known, sizeof newer) == MAROVIA_OK);
+  CHECK(newer.known.size == sizeof newer && newer.later == 0);
+  CHECK(marovia_compress(&image, &newer.known, &file, &error) == MAROVIA_OK);
+  marovia_free(file.data);
+  newer.later = 1;
+  CHECK(marovia_compress(&image, &newer.known, &file, &error) == MAROVIA_INVALID_ARGUMENT);
+
+  /* Older: it ends before the rate, and what lies there is not the library's to read or write. */
+  marovia_compress_options older;
+  older.rate = -1;
+  CHECK(marovia_compress_options_init(&older, offsetof(marovia_compress_options, rate)) ==
+        MAROVIA_OK);
+  CHECK(older.rate == -1);
+  CHECK(marovia_compress(&image, &older, &file, &error) == MAROVIA_OK);
+  CHECK(file.size > kRows * kCols / 20 && file.size <= kRows * kCols / 16 + 8);
+  marovia_free(file.data);
+
+  older.size = 0;
+  CHECK(marovia_compress(&image, &older, &file, &error) == MAROVIA_INVALID_ARGUMENT);
+}
+
+/* A header that asks for the largest image, on a machine that has no room for it. */
+static void LackOfMemoryIsAStatus(void) {
+#if !defined(MAROVIA_SANITIZED)
+  const uint8_t file[20] = {0, 0, 0, 1, 11, 0xFF, 0x7F, 0xFF, 0x7F};
+  const struct rlimit little = {(rlim_t)256 << 20, RLIM_INFINITY};
+  marovia_decompress_options options = {sizeof options, 0, INT64_MAX};
+  marovia_picture back = {.size = sizeof back};
+  marovia_error error;
+  CHECK(setrlimit(RLIMIT_AS, &little) == 0);
+  CHECK(marovia_decompress(file, sizeof file, MAROVIA_AWF, &options, &back, &error) ==
+        MAROVIA_NO_MEMORY);
+  CHECK(back.samples == NULL && error.message[0] != 0);
+#endif
+}
+
+int main(void) {
+  LosslessComesBackThroughAStride();
+  OptionsReachTheCodec();
+  RefusalsSayWhatIsWrong();
+  StructsOfAnotherAgeAreTaken();
+  LackOfMemoryIsAStatus();
+  return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,81 @@
+#!/usr/bin/env bash
+# Installs the built tree into a scratch folder, and uses it from there as its users do.
+#
+#   installed.sh BUILD ROOT CXX
+set -euo pipefail
+build=$1
+root=$2
+cxx=$3
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+prefix=$folder/usr
+
+fail() {
+  echo "installed.sh: $1" >&2
+  exit 1
+}
+
+cmake --install "$build" --prefix "$prefix" >"$folder/log" || fail "$(cat "$folder/log")"
+library=$(find "$prefix" -name 'libmarovia.so')
+[ -n "$library" ] || fail "there is no shared library"
+libraries=$(dirname "$library")
+marovia=$prefix/bin/marovia
+sample=$prefix/share/marovia/Images/camera.pgm
+
+# The library shows the public interface, and nothing else.
+nm -D -C --defined-only "$library" | cut -d ' ' -f 3- | grep -v ' for marovia::Error$' |
+  sed -nE 's/^(marovia::)?([A-Za-z_:]+).*/\2/p' | sort -u >"$folder/shown"
+{
+  sed -nE '/#define/d; s/.*MAROVIA_API .*\b([A-Za-z]+)\(.*/\1/p' "$prefix"/include/marovia/*.h
+  sed -nE 's/.*\b(marovia_[a-z_]+)\(.*/\1/p' "$prefix/include/marovia/marovia.h"
+  echo Error::Error
+} | sort -u >"$folder/public"
+diff "$folder/public" "$folder/shown" >&2 || fail "the library shows other symbols than its headers"
+
+"$marovia" compress "$sample" "$folder/camera.awf"
+"$marovia" decompress "$folder/camera.awf" "$folder/camera.pgm"
+"$marovia" measure "$sample" "$folder/camera.pgm" | grep -q 'PSNR error:  3[0-9]' ||
+  fail "the installed tool does not give the picture back"
+
+# A failure crosses the border of the library as the type that the header declares.
+use_consumer() {
+  "$1" "$sample" | grep -q '^1638[0-9] bytes, PSNR 3' || fail "$1 does not round-trip"
+  status=0
+  error=$("$1" "$folder/camera.awf" 2>&1) || status=$?
+  [ "$status" -eq 1 ] && [ -n "$error" ] || fail "$1 does not catch the library's error"
+}
+
+cmake -S "$root/examples/consumer" -B "$folder/consumer" -DCMAKE_CXX_COMPILER="$cxx" \
+  -DCMAKE_PREFIX_PATH="$prefix" >"$folder/log" 2>&1 &&
+  cmake --build "$folder/consumer" >"$folder/log" 2>&1 || fail "$(cat "$folder/log")"
+use_consumer "$folder/consumer/consumer"
+
+# The lines of the README do as they say.
+readme_block() { sed -n "/^\`\`\`$1/,/^\`\`\`/p" "$root/README.md" | sed '1d;$d'; }
+readme_block cmake | sed 's/yours/consumer/; s/Marovia REQUIRED/Marovia 0.1 REQUIRED/' |
+  diff - <(grep -E '^(find_package|target_link)' "$root/examples/consumer/CMakeLists.txt") >&2 ||
+  fail "the README has other lines for CMake than the example"
+if command -v pkg-config >/dev/null; then
+  export PKG_CONFIG_PATH=$libraries/pkgconfig LD_LIBRARY_PATH=$libraries
+  {
+    printf '#include <%s>\n' fstream iterator
+    readme_block cpp | grep '^#'
+    echo 'int main(int, char** words) { std::ifstream in(words[1], std::ios::binary);'
+    echo 'const marovia::Bytes bytes(std::istreambuf_iterator<char>(in), {});'
+    readme_block cpp | grep -v '^#'
+    echo 'return back.image.SameShape(image) ? 0 : 1; }'
+  } >"$folder/readme.cpp"
+  # shellcheck disable=SC2046 # several words are wanted
+  "$cxx" -std=c++20 "$folder/readme.cpp" -o "$folder/readme" \
+    $(pkg-config --cflags --libs marovia)
+  "$folder/readme" "$sample" || fail "the README's program does not do its work"
+fi
+
+window=$prefix/bin/marovia-window
+if [ -x "$window" ]; then
+  QT_QPA_PLATFORM=offscreen "$window" --version >/dev/null || fail "the installed window does not start"
+  [ -f "$prefix/share/marovia/Marovia.HLP" ] || fail "the window has no help"
+  desktop=$prefix/share/applications/marovia.desktop
+  icon=$(sed -n 's/^Icon=//p' "$desktop")
+  [ -n "$(find "$prefix/share/icons" -name "$icon.*")" ] || fail "there is no icon $icon"
+fi
