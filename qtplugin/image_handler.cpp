@@ -1,0 +1,82 @@
+#include "qtplugin/image_handler.h"
+
+#include <QIODevice>
+#include <QImage>
+#include <QSize>
+#include <QVariant>
+#include <algorithm>
+#include <exception>
+#include <limits>
+
+namespace marovia {
+namespace {
+
+constexpr std::int64_t kAnySize = std::numeric_limits<std::int64_t>::max();
+
+ByteView BytesOf(const QByteArray& content) {
+  return {reinterpret_cast<const std::uint8_t*>(content.constData()),
+          static_cast<std::size_t>(content.size())};
+}
+
+// Nothing where the bytes are no file of the kind. Qt has its own limit on sizes.
+std::optional<FileInfo> InfoOf(const QByteArray& content, FileKind kind) {
+  try {
+    return Inspect(BytesOf(content), kind, kAnySize);
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+QImage QImageOf(const Image& image, QImage result) {
+  for (int r = 0; r < image.Rows(); ++r) std::ranges::copy(image.Row(r), result.scanLine(r));
+  return result;
+}
+
+}  // namespace
+
+std::optional<FileKind> KindOfFormat(const QByteArray& format) {
+  return KindOfExtension(format.toLower().toStdString());
+}
+
+bool LooksLike(QIODevice& device, FileKind kind) {
+  constexpr qint64 kMoreThanAHeader = 64;
+  return InfoOf(device.peek(kMoreThanAHeader), kind).has_value();
+}
+
+bool ImageHandler::canRead() const {
+  if (device() == nullptr || !LooksLike(*device(), kind_)) return false;
+  setFormat(Extension(kind_).data());
+  return true;
+}
+
+// A file cut short gives the picture that is left of it.
+bool ImageHandler::read(QImage* image) {
+  const QByteArray content = device()->readAll();
+  const auto info = InfoOf(content, kind_);
+  QImage result;
+  // Coded sides are below twice those of the image, so Qt's limit bounds the work too.
+  if (!info || !allocateImage({info->cols, info->rows}, QImage::Format_Grayscale8, &result))
+    return false;
+  try {
+    const DecompressResult decoded =
+        Decompress(BytesOf(content), kind_, {.rate = {}, .maxPixels = kAnySize, .onPass = {}});
+    *image = QImageOf(decoded.image, std::move(result));
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+bool ImageHandler::supportsOption(ImageOption option) const {
+  return option == Size || option == ImageFormat;
+}
+
+QVariant ImageHandler::option(ImageOption option) const {
+  if (option == ImageFormat) return QImage::Format_Grayscale8;
+  if (option != Size || device() == nullptr) return {};
+  // The true size may be noted at the end.
+  const auto info = InfoOf(device()->peek(device()->bytesAvailable()), kind_);
+  return info ? QVariant(QSize(info->cols, info->rows)) : QVariant();
+}
+
+}  // namespace marovia

@@ -1,0 +1,31 @@
+// Compressed files as Qt reads images.
+#pragma once
+
+#include <QImageIOHandler>
+#include <optional>
+
+#include "marovia/codec.h"
+
+namespace marovia {
+
+// The kind that an extension in either case names.
+std::optional<FileKind> KindOfFormat(const QByteArray& format);
+
+// Whether the device goes on with a header that a compressor of that kind writes; its position
+// stays. Nothing in a file says what it is, but few other files have such sizes, levels and means.
+bool LooksLike(QIODevice& device, FileKind kind);
+
+class ImageHandler : public QImageIOHandler {
+ public:
+  explicit ImageHandler(FileKind kind) : kind_(kind) {}
+
+  [[nodiscard]] bool canRead() const override;
+  bool read(QImage* image) override;
+  [[nodiscard]] bool supportsOption(ImageOption option) const override;
+  [[nodiscard]] QVariant option(ImageOption option) const override;
+
+ private:
+  FileKind kind_;
+};
+
+}  // namespace marovia
