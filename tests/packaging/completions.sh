@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# Asks bash, zsh and fish, where they are there, what may follow on a command line.
+#
+#   completions.sh TOOL ROOT
+set -euo pipefail
+PATH=$(dirname "$1"):$PATH
+folder=$2/completions
+
+fail() {
+  echo "completions.sh: $1" >&2
+  exit 1
+}
+expect() {
+  [[ " ${*:3} " == *" $2 "* ]] || fail "$1: no $2 among: ${*:3}"
+}
+
+# What bash offers for the last of these words.
+ask_bash() {
+  COMP_WORDS=("$@")
+  COMP_CWORD=$(($# - 1))
+  _marovia marovia "${*: -1}"
+}
+# shellcheck source=/dev/null
+. "$folder/marovia.bash"
+ask_bash marovia co
+expect bash compress "${COMPREPLY[@]}"
+ask_bash marovia compress --
+offered=("${COMPREPLY[@]}")
+for option in $(marovia compress --help | grep -oE '^  (-.,)?--[a-z0-9-]+' | grep -oE '\--.*'); do
+  expect bash "$option" "${offered[@]}"
+done
+ask_bash marovia compress --wavelet 2
+[ "${COMPREPLY[*]}" = 2+2,2 ] || fail "bash: the wavelets are ${COMPREPLY[*]}"
+ask_bash marovia decompress --format p
+expect bash pgm "${COMPREPLY[@]}"
+
+if command -v zsh >/dev/null; then
+  # The functions that show what is offered print it instead.
+  # shellcheck disable=SC2016 # zsh is to see it
+  ask_zsh() {
+    zsh -fc '_describe() { print -l -- ${(P)@[-1]%%:*} }; compadd() { print -l -- $@ }
+      _files() { print FILES }; file=$1; shift; words=("$@"); CURRENT=$#; service=marovia; . $file' \
+      zsh "$folder/_marovia" "$@" | tr '\n' ' '
+  }
+  expect zsh truncate "$(ask_zsh marovia tr)"
+  expect zsh --lossless "$(ask_zsh marovia compress --)"
+  expect zsh never "$(ask_zsh marovia compress --pad '')"
+  expect zsh FILES "$(ask_zsh marovia compress '')"
+fi
+if command -v fish >/dev/null; then
+  # shellcheck disable=SC2016 # fish is to see it
+  ask_fish() { fish -N -c 'source $argv[1]; complete -C $argv[2]' "$folder/marovia.fish" "$1" | cut -f 1 | tr '\n' ' '; }
+  expect fish truncate "$(ask_fish 'marovia tr')"
+  expect fish --lossless "$(ask_fish 'marovia compress --lo')"
+  expect fish never "$(ask_fish 'marovia compress --pad n')"
+fi

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Runs every example command of the README, the man pages and --help, a scratch folder a document.
+#
+#   examples.sh TOOL ROOT
+set -euo pipefail
+tool=$1
+root=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+
+# The files that examples are about.
+pool=$folder/pool
+mkdir "$pool"
+cp "$root/Images/camera.pgm" "$pool/photo.pgm"
+cp "$root/Images/coffee.pgm" "$pool/scan.pgm"
+"$tool" compress "$pool/photo.pgm" "$pool/photo.awf"
+"$tool" compress "$pool/scan.pgm" "$pool/master.awg" --lossless
+for name in photo scan; do
+  "$tool" compress "$pool/$name.pgm" "$folder/$name.awg" --lossless
+  "$tool" decompress "$folder/$name.awg" "$pool/$name.bmp"
+done
+"$tool" decompress "$pool/photo.awf" "$pool/decoded.pgm"
+
+# The files are there from the start, so those that an example writes are replaced.
+marovia() {
+  case " $* " in
+    *" --skip-existing "*) "$tool" "$@" ;;
+    " compress "* | " decompress "* | " truncate "* | " difference "* | " curve "* | " thumbnail "*)
+      "$tool" "$@" --force ;;
+    *) "$tool" "$@" ;;
+  esac
+}
+
+# Every line of standard input that is a command; what explains it stands behind three blanks.
+failures=0
+run_examples() {
+  local count=0 line
+  rm -rf "$folder/here"
+  cp -r "$pool" "$folder/here"
+  cd "$folder/here"
+  while IFS= read -r line; do
+    count=$((count + 1))
+    if ! (eval "$line") >"$folder/out" 2>&1 </dev/null; then
+      echo "$1: this example fails: $line" >&2
+      cat "$folder/out" >&2
+      failures=$((failures + 1))
+    fi
+  done < <(sed -nE 's/^(    |  |\.Dl )(marovia [a-z].*)/\2/p' | sed -E 's/ {3,}.*//')
+  [ "$count" -gt 0 ] || echo "$1: no example was found" >&2
+  total=$((total + count))
+}
+
+total=0
+run_examples README.md <"$root/README.md"
+for page in "$root"/man/marovia*.1; do
+  case $page in */marovia-window.1) continue ;; esac
+  run_examples "$(basename "$page")" <"$page"
+done
+for command in $("$tool" --help | sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p'); do
+  run_examples "marovia $command --help" < <("$tool" "$command" --help)
+done
+[ "$total" -ge 30 ] || {
+  echo "examples.sh: only $total examples were found" >&2
+  exit 1
+}
+[ "$failures" -eq 0 ]
