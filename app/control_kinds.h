@@ -93,6 +93,11 @@ struct OptionGroup {
   void Select(std::size_t chosen) {
     for (std::size_t i = 0; i < N; ++i) options[i].selected = i == chosen;
   }
+  // Where the control is one of them.
+  void Select(const Control& control) {
+    for (std::size_t i = 0; i < N; ++i)
+      if (&options[i] == &control) Select(i);
+  }
   // The first selected option, or N.
   [[nodiscard]] std::size_t Selected() const {
     std::size_t i = 0;
@@ -116,6 +121,14 @@ struct Outline {
   Colour colour;
 };
 
+// A coordinate of a picture, 1 to 256.
+struct PicturePoint {
+  int row = 0;
+  int col = 0;
+};
+
+enum class PictureKey { kLeft, kRight, kUp, kDown, kCorner, kGiveUp };
+
 struct PictureBox : Control {
   using Control::Control;
 
@@ -123,6 +136,8 @@ struct PictureBox : Control {
   // (c + 1, r + 1): its coordinates run from 1 to 256.
   Image raster;
   std::optional<Outline> outline;
+  // Where the arrow keys stand.
+  std::optional<PicturePoint> crosshair;
 };
 
 }  // namespace marovia

@@ -68,6 +68,19 @@ struct Controls {
   // One at the foot of each container.
   std::array<Button, 2> cmdBegin{Button{"cmdBegin(0)", "Go"}, Button{"cmdBegin(1)", "Compute"}};
 
+  // The two options beside each other, of which one is selected.
+  void SelectDisplay(const OptionButton& chosen) {
+    for (OptionButton* option : {&OpDisplayImage, &OpDisplayTransform})
+      option->selected = option == &chosen;
+  }
+  // Which container of the side panel is in view, from 1; 0 for none.
+  [[nodiscard]] int PanelInView() const {
+    const auto inView = [this](const FrameBox& panel) {
+      return panel.place.top < Frame2.place.height;
+    };
+    return inView(frProc[0]) ? 1 : inView(frProc[1]) ? 2 : 0;
+  }
+
  private:
   template <class T>
   static T Disabled(T control) {

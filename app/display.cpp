@@ -17,8 +17,7 @@ void frmMain::DisplayImage(std::int16_t mode) {
   mnuTransformImage.enabled = true;
   mnuCompress.enabled = true;
   mnuDecompress.enabled = true;
-  OpDisplayImage.selected = true;
-  OpDisplayTransform.selected = false;
+  SelectDisplay(OpDisplayImage);
   OpDisplayTransform.enabled = false;
   GraphBoxRec.raster = {};
   state.GraphBoxRecContent = 'E';
@@ -61,6 +60,7 @@ void frmMain::OpDisplayTransform_Click() {
 // The rectangle belongs to the image: it is in force while the transform shows, but not on show.
 void frmMain::RefreshGraphBox() {
   GraphBox.outline.reset();
+  if (state.GraphBoxContent != 'I') GraphBox.crosshair.reset();
   if (state.GraphBoxContent == 'I' && (dragging_ || state.ROISelected != 0)) {
     GraphBox.outline = {{state.ROIRow1, state.ROICol1, state.ROIRow2, state.ROICol2},
                         state.ROIColor};

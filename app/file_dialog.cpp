@@ -15,8 +15,9 @@ std::string TakePart(std::string_view& text) {
 std::vector<FileFilter> SplitFilter(std::string_view filter) {
   std::vector<FileFilter> filters;
   while (!filter.empty()) {
-    FileFilter part{.description = TakePart(filter), .pattern = TakePart(filter), .suffix = {}};
-    part.suffix = part.pattern.substr(part.pattern.find_last_of('.') + 1);
+    FileFilter part{.description = TakePart(filter), .pattern = TakePart(filter)};
+    if (part.description.find('(') == std::string::npos)
+      part.description += " (" + part.pattern + ")";
     filters.push_back(part);
   }
   return filters;

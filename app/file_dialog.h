@@ -28,9 +28,8 @@ struct FileDialog {
 };
 
 struct FileFilter {
-  std::string description;
+  std::string description;  // with the pattern behind it: "PGM file (*.pgm)"
   std::string pattern;
-  std::string suffix;  // "bmp" of "*.bmp"
 };
 
 std::vector<FileFilter> SplitFilter(std::string_view filter);

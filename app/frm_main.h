@@ -3,7 +3,8 @@
 //   FakeDesktop or the Qt window -> frmMain(desktop) -> Form_Load()
 //
 // An edit is stored in its control's value (txtBitRate.text, OpMethod.Select(1), ...), then the
-// control's handler is called, if it has one. After any handler every control may have changed.
+// control's handler is called, if it has one; Click does both for what is clicked. After any
+// handler every control may have changed.
 // An action that fails ends with one sentence in Report; all else is as before it.
 #pragma once
 
@@ -17,6 +18,7 @@
 #include "marovia/codec.h"
 
 #include "app/app_state.h"
+#include "app/comparison.h"
 #include "app/controls.h"
 #include "app/desktop.h"
 
@@ -43,6 +45,10 @@ class frmMain : public Controls {
   void InitializeWaveletLabels();
   void CreatePublicVersionOfForm();
 
+  // A click as a view sees it: on an option or a check box it sets the mark; then the control's
+  // handler runs, if it has one. So does a choice in a list that is stored already.
+  void Click(const Control& control);
+
   // Handlers.
   void mnuGetImage_Click();
   void mnuSaveReconstructedImage_Click();
@@ -60,6 +66,12 @@ class frmMain : public Controls {
   void GraphBox_MouseDown(std::int16_t button, std::int16_t shift, float x, float y);
   void GraphBox_MouseMove(std::int16_t button, std::int16_t shift, float x, float y);
   void GraphBox_MouseUp(std::int16_t button, std::int16_t shift, float x, float y);
+  // The press before was no beginning of a region: what it did is taken back.
+  void GraphBox_DblClick();
+  // A rectangle without a mouse: an arrow brings up a crosshair (a long step moves it 16 at a
+  // time), kCorner sets one corner and then the other. False where the key means nothing.
+  bool GraphBox_KeyDown(PictureKey key, bool longStep);
+  void GraphBox_LostFocus();
 
   // A file by its name alone, dropped or named at the start: an image is loaded, a compressed file
   // decompressed whole, with the options set to what it was made with.
@@ -67,6 +79,11 @@ class frmMain : public Controls {
   // How the text of txtBitRate is read: "0.25 bits per pixel: 8192 bytes", "lossless". The bytes
   // only while an image is loaded.
   [[nodiscard]] std::string RateHint() const;
+  // What stands above the pictures: "Source: 512 x 512 pixels".
+  [[nodiscard]] std::string SourceCaption() const;
+  [[nodiscard]] std::string ReconstructionCaption() const;
+  // The images on show at full resolution; nothing while there is none.
+  [[nodiscard]] std::optional<Comparison> Compared(bool prefersSource) const;
 
   // Reports.
   void SendMessage(std::string_view text);
@@ -136,6 +153,14 @@ class frmMain : public Controls {
  private:
   enum class Emphasis { kNone, kRegion };
 
+  // The region, and where it shows apart from the picture.
+  struct RegionShown {
+    PictureRectangle corners;
+    std::int16_t selected;
+    CheckBox restriction;
+    TextBox report;
+  };
+
   // Runs an action of the user. Where it throws, its changes are taken back.
   void Act(const std::function<void()>& action);
   [[nodiscard]] std::string FailureText(std::string_view what) const;
@@ -143,6 +168,7 @@ class frmMain : public Controls {
   // Error kInvalidArgument.
   void RequireImage() const;
 
+  void SetMark(const Control& control);
   void ShowPanel(std::string_view mode, bool transformType, bool coding, bool bitRate);
   void GoTransform();
   void GoCoder();
@@ -163,8 +189,14 @@ class frmMain : public Controls {
   void RefreshGraphBox();
   [[nodiscard]] Sides SidesForLevels() const;
 
+  void BeginRegion(float x, float y);
   void FollowDrag(float x, float y);
+  void EndRegion(float x, float y);
   void DropRegion();
+  void MoveCrosshair(PictureKey key, bool longStep);
+  void SetCorner();
+  void PutCrosshairAway();
+  void AtCrosshair(void (frmMain::*step)(float x, float y));
 
   void Compress(FileKind kind, Emphasis emphasis);
   void CompressInto(const std::string& fileName, const Coder& coder, Emphasis emphasis);
@@ -180,6 +212,7 @@ class frmMain : public Controls {
   Pointer pointer_ = Pointer::kDefault;
   bool acting_ = false;
   bool dragging_ = false;
+  std::optional<RegionShown> beforePress_;
   // What the text of a failure begins with: a line of its own, if any, and the file at work.
   std::string lead_;
   std::string file_;

@@ -87,8 +87,7 @@ void frmMain::GoTransform() {
   if (OpTransform[0].selected) {
     TransformTheImage();
     OpDisplayTransform.enabled = true;
-    OpDisplayTransform.selected = true;
-    OpDisplayImage.selected = false;
+    SelectDisplay(OpDisplayTransform);
     OpDisplayTransform_Click();
   } else {
     InvertTheTransform();

@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <cctype>
 
-#include "marovia/error.h"
-
 #include "app/frm_main.h"
 #include "base/number_text.h"
 #include "codec/coders.h"
@@ -23,11 +21,6 @@ std::string LowerExtension(const std::filesystem::path& file) {
 std::string RateText(const FileInfo& info) {
   if (!info.budget) return "0";
   return TrimmedNumberText(*info.budget / (static_cast<double>(info.rows) * info.cols));
-}
-
-std::string BytesText(double rate, int rows, int cols) {
-  const std::int32_t bits = std::max(0, BitBudget(rate, rows, cols));
-  return ": " + std::to_string(bits / 8 + (bits % 8 != 0 ? 1 : 0)) + " bytes";
 }
 
 }  // namespace
@@ -57,18 +50,6 @@ void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
   mnuDecompress.enabled = true;
   mnuDecompress_Click();
   Decode(bytes, kind);
-}
-
-std::string frmMain::RateHint() const {
-  try {
-    const double rate = LeadingNumber(txtBitRate.text);
-    if (rate == 0) return "lossless";
-    const bool sized = !state.SourceImage->Empty();
-    return TrimmedNumberText(rate) + " bits per pixel" +
-           (sized ? BytesText(rate, state.NumRows, state.NumCols) : "");
-  } catch (const Error&) {
-    return "more bits than a file can have";
-  }
 }
 
 }  // namespace marovia

@@ -1,79 +1,71 @@
-#include "window/help_window.h"
-
-#include <QFile>
-#include <QLineEdit>
-#include <QShortcut>
-#include <QTextBrowser>
-#include <QToolBar>
-
-#include "window/make.h"
+#include "window/tool_window.h"
 
 namespace marovia {
+namespace {
 
-HelpWindow::HelpWindow(QWidget* parent)
-    : QMainWindow(parent), page_(&Make<QTextBrowser>()), sought_(&Make<QLineEdit>()) {
-  setObjectName("Help");
-  setWindowTitle("Marovia Help");
-  resize(760, 640);
-  page_->setObjectName("HelpPage");
-  page_->setAccessibleName("Help page");
-  page_->document()->setDocumentMargin(16);
-  setCentralWidget(page_);
-
-  sought_->setObjectName("HelpSearch");
-  sought_->setAccessibleName("Search the help");
-  sought_->setPlaceholderText("Search");
-  sought_->setClearButtonEnabled(true);
-  auto& bar = Make<QToolBar>("Navigation");
-  bar.setMovable(false);
-  addToolBar(&bar);
-  const auto add = [&bar](const char* name, const QString& text, const QKeySequence& keys) {
-    QAction* action = bar.addAction(text);
-    action->setObjectName(name);
-    action->setShortcut(keys);
-    action->setToolTip(text + " (" + keys.toString(QKeySequence::NativeText) + ")");
-    return action;
-  };
-  QAction* back = add("HelpBack", "Back", QKeySequence::Back);
-  QAction* forward = add("HelpForward", "Forward", QKeySequence::Forward);
-  QAction* contents = add("HelpContents", "Contents", QKeySequence("Alt+Home"));
-  bar.addSeparator();
-  bar.addWidget(sought_);
-  QAction* next = add("HelpNext", "Find Next", QKeySequence("F3"));
-
-  for (QAction* action : {back, forward}) action->setEnabled(false);
-  connect(page_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
-  connect(page_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
-  connect(back, &QAction::triggered, page_, &QTextBrowser::backward);
-  connect(forward, &QAction::triggered, page_, &QTextBrowser::forward);
-  connect(contents, &QAction::triggered, page_, &QTextBrowser::home);
-  connect(next, &QAction::triggered, this, &HelpWindow::FindNext);
-  connect(sought_, &QLineEdit::returnPressed, this, &HelpWindow::FindNext);
-  connect(&Make<QShortcut>(QKeySequence::Find, this), &QShortcut::activated, sought_,
-          [this] { sought_->setFocus(); });
-  connect(&Make<QShortcut>(QKeySequence::Cancel, this), &QShortcut::activated, this,
-          &QWidget::close);
-}
-
-void HelpWindow::ShowContents(const std::filesystem::path& file) {
-  const QString name = QString::fromStdString(file.string());
-  if (QFile::exists(name)) {
-    page_->setSource(QUrl::fromLocalFile(name), QTextDocument::HtmlResource);
-    page_->home();
-  } else {
-    page_->setPlainText("The help page is not there: " + name);
+class HelpWindow : public ToolWindow {
+ public:
+  explicit HelpWindow(QWidget* parent) : ToolWindow("Help", "Marovia Help", parent) {
+    resize(760, 640);
+    page_->setObjectName("HelpPage");
+    page_->setAccessibleName("Help page");
+    page_->document()->setDocumentMargin(16);
+    setCentralWidget(page_);
+    QAction* back = AddTool("Back", QKeySequence::Back, page_, &QTextBrowser::backward);
+    QAction* forward = AddTool("Forward", QKeySequence::Forward, page_, &QTextBrowser::forward);
+    AddTool("Contents", QKeySequence("Alt+Home"), page_, &QTextBrowser::home);
+    connect(page_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    connect(page_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+    for (QAction* action : {back, forward}) action->setEnabled(false);
+    MakeSearch();
   }
-  show();
-  raise();
-  activateWindow();
-  page_->setFocus();
-}
 
-// Goes on from the top after the last place.
-void HelpWindow::FindNext() {
-  if (sought_->text().isEmpty() || page_->find(sought_->text())) return;
-  page_->moveCursor(QTextCursor::Start);
-  page_->find(sought_->text());
+  void ShowContents(const std::filesystem::path& file) {
+    const auto name = QString::fromStdString(file.string());
+    if (QFile::exists(name)) {
+      page_->setSource(QUrl::fromLocalFile(name), QTextDocument::HtmlResource);
+      page_->home();
+    } else {
+      page_->setPlainText("The help page is not there: " + name);
+    }
+    show();
+    raise();
+    activateWindow();
+    page_->setFocus();
+  }
+
+ private:
+  void MakeSearch() {
+    auto* sought = Make<QLineEdit>();
+    sought->setObjectName("HelpSearch");
+    sought->setAccessibleName("Search the help");
+    sought->setPlaceholderText("Search");
+    sought->setClearButtonEnabled(true);
+    bar_->addSeparator();
+    bar_->addWidget(sought);
+    const auto find = [this, sought] { FindNext(sought->text()); };
+    AddTool("Find Next", QKeySequence::FindNext, find);
+    connect(sought, &QLineEdit::returnPressed, this, find);
+    connect(Make<QShortcut>(QKeySequence::Find, this), &QShortcut::activated, sought,
+            [sought] { sought->setFocus(); });
+  }
+
+  // Goes on from the top after the last place.
+  void FindNext(const QString& text) {
+    if (text.isEmpty() || page_->find(text)) return;
+    page_->moveCursor(QTextCursor::Start);
+    page_->find(text);
+  }
+
+  QTextBrowser* page_ = Make<QTextBrowser>();
+};
+
+}  // namespace
+
+void ShowHelpWindow(const std::filesystem::path& file, QWidget* parent) {
+  auto* help = dynamic_cast<HelpWindow*>(parent->findChild<QWidget*>("Help"));
+  if (help == nullptr) help = Make<HelpWindow>(parent);
+  help->ShowContents(file);
 }
 
 }  // namespace marovia

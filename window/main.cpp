@@ -1,10 +1,3 @@
-#include <QApplication>
-#include <QCommandLineParser>
-#include <QDir>
-#include <QFileInfo>
-#include <QIcon>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <iostream>
 
 #include "marovia/version.h"
@@ -13,38 +6,20 @@
 
 namespace {
 
-struct StartOptions {
-  bool padToFit = true;
-  QStringList files;  // absolute, since the current folder changes
-};
-
-StartOptions ReadCommandLine(const QApplication& app) {
-  QCommandLineParser parser;
-  parser.setApplicationDescription("Wavelet image codec with a region of interest.");
-  parser.addHelpOption();
-  parser.addVersionOption();
-  const QCommandLineOption pad(
-      "pad", "Pad sides to what the transform needs: auto (the default) or never.", "when", "auto");
-  parser.addOption(pad);
-  parser.addPositionalArgument("file", "Images to load (pgm, bmp), compressed files to decompress.",
-                               "[file...]");
-  parser.process(app);
-  const QString when = parser.value(pad);
-  if (when != "auto" && when != "never") {
-    std::cerr << "marovia-window: --pad is auto or never\n";
-    std::exit(2);  // NOLINT(concurrency-mt-unsafe): as the parser itself ends the program
-  }
-  StartOptions options{.padToFit = when == "auto", .files = {}};
-  for (const QString& name : parser.positionalArguments())
-    options.files << QFileInfo(name).absoluteFilePath();
-  return options;
+int Fail(const QString& why, int status) {
+  std::cerr << "marovia-window: " << why.toStdString() << '\n';
+  return status;
 }
 
-int Run(const StartOptions& options) {
-  marovia::MainWindow window(options.padToFit);
+// At its end the form deletes temporary files of the current folder, which therefore is one that
+// holds nobody's.
+int Run(bool padToFit, const QStringList& files) {
+  const QTemporaryDir folder;
+  if (!folder.isValid() || !QDir::setCurrent(folder.path())) return Fail(folder.errorString(), 1);
+  marovia::MainWindow window(padToFit);
   window.show();
   QTimer::singleShot(0, &window, [&] {
-    for (const QString& file : options.files) window.OpenFile(file.toStdString());
+    for (const QString& file : files) window.OpenFile(file.toStdString());
   });
   return QApplication::exec();
 }
@@ -58,16 +33,19 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName("marovia");
   QApplication::setWindowIcon(QIcon::fromTheme(
       "marovia", QIcon(QDir(QApplication::applicationDirPath()).filePath("marovia.png"))));
-  const StartOptions options = ReadCommandLine(app);
 
-  // At its end the form deletes temporary files of the current folder, which therefore is one that
-  // holds nobody's.
-  const QTemporaryDir folder;
-  if (!folder.isValid() || !QDir::setCurrent(folder.path())) {
-    std::cerr << "marovia-window: " << folder.errorString().toStdString() << '\n';
-    return 1;
-  }
-  const int status = Run(options);
-  QDir::setCurrent(QDir::rootPath());
-  return status;
+  QCommandLineParser parser;
+  parser.setApplicationDescription("Wavelet image codec with a region of interest.");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOption({"pad", "Pad sides to what the transform needs: auto (the default) or never.",
+                    "when", "auto"});
+  parser.addPositionalArgument("file", "Images to load (pgm, bmp), compressed files to decompress.",
+                               "[file...]");
+  parser.process(app);
+  const QString pad = parser.value("pad");
+  if (pad != "auto" && pad != "never") return Fail("--pad is auto or never", 2);
+  QStringList files = parser.positionalArguments();
+  for (QString& file : files) file = QFileInfo(file).absoluteFilePath();
+  return Run(pad == "auto", files);
 }

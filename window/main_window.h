@@ -1,14 +1,13 @@
 // The program's window: the form's controls as widgets, and its desktop.
 #pragma once
 
-#include <QMainWindow>
-
 #include "app/frm_main.h"
 #include "window/binds.h"
 
 namespace marovia {
 
-class HelpWindow;
+// The panel at the right: what the chosen mode offers, or how to choose one.
+QWidget* MakeSidePanel(Binds& binds);
 
 class MainWindow : public QMainWindow, private Desktop {
  public:
@@ -27,26 +26,22 @@ class MainWindow : public QMainWindow, private Desktop {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  std::optional<std::filesystem::path> ChooseFile(const FileDialog& dialog) override;
+  std::optional<std::filesystem::path> ChooseFile(const FileDialog& question) override;
   void SetPointer(Pointer pointer) override;
-  void Repaint(const Control& control) override;
-  void SetFocus(const Control& control) override;
+  void Repaint(const Control& control) override { binds_.Repaint(control); }
+  void SetFocus(const Control& control) override { binds_.SetFocus(control); }
   void ShowHelp(const std::filesystem::path& file, int command) override;
   [[nodiscard]] std::filesystem::path ProgramFolder() const override;
   [[nodiscard]] UnitsPerPixel PictureUnits() const override { return {}; }
 
   void MakeMenus();
-  void MakeMiddle();
-  QLayout& Pictures();
-  QLayout& SourcePicture();
-  QLayout& ReconstructedPicture();
-  QWidget& DisplayChoice();
-  QWidget& ReportBox();
-  void OpenViewer(bool prefersSource);
+  QWidget* Pictures();
+  QWidget* CompareButton();
+  QWidget* ReportBox();
+  Binds::Handler OpenViewer(bool prefersSource);
 
-  frmMain form_;
-  Binds binds_;
-  HelpWindow* help_ = nullptr;
+  frmMain form_{*this};
+  Binds binds_{form_};
 };
 
 }  // namespace marovia

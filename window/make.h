@@ -1,22 +1,48 @@
-// Widgets that belong to the widget that they are made in.
+// Widgets in rows and columns.
 #pragma once
 
-#include <QLabel>
-#include <QString>
+#include <QtWidgets>
+#include <initializer_list>
 #include <utility>
 
 namespace marovia {
 
 // A widget or layout whose parent, named among the arguments or got by being added, deletes it.
 template <class T, class... Arguments>
-T& Make(Arguments&&... arguments) {
-  return *new T(std::forward<Arguments>(arguments)...);  // NOLINT(cppcoreguidelines-owning-memory)
+T* Make(Arguments&&... arguments) {
+  return new T(std::forward<Arguments>(arguments)...);  // NOLINT(cppcoreguidelines-owning-memory)
 }
 
-inline QLabel& MakeLabel(const char* name, const QString& text = {}) {
-  auto& label = Make<QLabel>(text);
-  label.setObjectName(name);
-  return label;
+// Among the parts of a row or column: what room is left.
+inline constexpr QWidget* kRoom = nullptr;
+
+inline QBoxLayout* Fill(QWidget* widget, QBoxLayout::Direction direction,
+                        std::initializer_list<QWidget*> parts) {
+  auto* layout = Make<QBoxLayout>(direction, widget);
+  for (QWidget* part : parts) part == kRoom ? layout->addStretch() : layout->addWidget(part);
+  return layout;
+}
+
+inline QWidget* Row(std::initializer_list<QWidget*> parts) {
+  auto* row = Make<QWidget>();
+  Fill(row, QBoxLayout::LeftToRight, parts)->setContentsMargins(0, 0, 0, 0);
+  return row;
+}
+
+inline QWidget* Column(std::initializer_list<QWidget*> parts) {
+  auto* column = Make<QWidget>();
+  Fill(column, QBoxLayout::TopToBottom, parts)->setContentsMargins(0, 0, 0, 0);
+  return column;
+}
+
+// Down each column in turn; the rows are aligned, the columns of one width.
+inline QWidget* Columns(int rows, std::initializer_list<QWidget*> parts) {
+  auto* widget = Make<QWidget>();
+  auto* grid = Make<QGridLayout>(widget);
+  grid->setContentsMargins(0, 0, 0, 0);
+  for (QWidget* part : parts) grid->addWidget(part, grid->count() % rows, grid->count() / rows);
+  for (int column = 0; column < grid->columnCount(); ++column) grid->setColumnStretch(column, 1);
+  return widget;
 }
 
 }  // namespace marovia

@@ -1,18 +1,8 @@
-#include "window/viewer.h"
-
-#include <QBoxLayout>
-#include <QScrollBar>
-#include <QShortcut>
-#include <QSlider>
-#include <QStatusBar>
-#include <QToolBar>
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
-#include "window/compare_pane.h"
-#include "window/make.h"
-#include "window/shown_image.h"
+#include "window/picture_view.h"
+#include "window/tool_window.h"
 
 namespace marovia {
 namespace {
@@ -21,165 +11,182 @@ constexpr double kMinZoom = 1.0 / 16;
 constexpr double kMaxZoom = 32;
 constexpr int kGain = 4;
 constexpr int kMaxGain = 32;
-constexpr int kSplitSteps = 100;
+constexpr int kMargin = 8;
+constexpr int kGrip = 6;
+constexpr int kTall = 1 << 20;     // above any zoomed image
+constexpr double kDoubling = 240;  // of the wheel: two notches
 
-// Mid-grey where the two agree.
-QImage DifferenceImage(const Image& source, const Image& reconstruction, int gain) {
-  QImage image(source.Cols(), source.Rows(), QImage::Format_Grayscale8);
-  for (int r = 0; r < source.Rows(); ++r) {
-    const auto from = source.Row(r);
-    const auto to = reconstruction.Row(r);
-    uchar* out = image.scanLine(r);
-    for (std::size_t c = 0; c < from.size(); ++c)
-      out[c] = static_cast<uchar>(std::clamp(128 + gain * (to[c] - from[c]), 0, 255));
+// Each image is a rectangle of its scene, a pixel a unit, painted with its pixels.
+class Viewer : public ToolWindow {
+ public:
+  Viewer(const Comparison& images, QWidget* parent)
+      : ToolWindow("Viewer", "Full Resolution - Marovia", parent), images_(images) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    resize(images_.HasTwo() ? 1120 : 680, 680);
+    AddTool("Zoom Out", QKeySequence::ZoomOut, [this] { SetZoom(zoom_ / 2); });
+    bar_->addWidget(zoomLabel_);
+    AddTool("Zoom In", QKeySequence::ZoomIn, [this] { SetZoom(zoom_ * 2); });
+    AddTool("Full Size", Qt::CTRL | Qt::Key_1, [this] { SetZoom(1); });
+    AddTool("Fit", Qt::CTRL | Qt::Key_0, [this] { Fit(); });
+    zoomLabel_->setObjectName("ZoomLabel");
+    zoomLabel_->setMinimumWidth(fontMetrics().horizontalAdvance("  3200 %  "));
+    zoomLabel_->setAlignment(Qt::AlignCenter);
+    readout_->setObjectName("Readout");
+    statusBar()->addWidget(readout_);
+    images_.HasTwo() ? ShowTwo() : ShowOne();
+    centralWidget()->setContentsMargins(kMargin, kMargin, kMargin, 0);
+    ReadOut({-1, -1});
+    SetZoom(std::round(devicePixelRatioF()));
   }
-  return image;
-}
 
-QVBoxLayout& Captioned(const QString& caption, QWidget& widget) {
-  auto& column = Make<QVBoxLayout>();
-  column.addWidget(&MakeLabel("", caption));
-  column.addWidget(&widget, 1);
-  return column;
-}
+ protected:
+  // Of the viewports of the panes.
+  bool eventFilter(QObject* viewport, QEvent* event) override {
+    if (event->type() == QEvent::Leave) ReadOut({-1, -1});
+    if (event->type() == QEvent::Resize)
+      QMetaObject::invokeMethod(this, &Viewer::Wipe, Qt::QueuedConnection);
+    if (const auto* mouse = dynamic_cast<QMouseEvent*>(event)) {
+      ReadOut(first_->mapToScene(mouse->pos()));
+      return viewport == first_->viewport() && DragsSplit(*mouse);
+    }
+    const auto* wheel = dynamic_cast<QWheelEvent*>(event);
+    if (wheel == nullptr || !wheel->modifiers().testFlag(Qt::ControlModifier)) return false;
+    SetZoom(zoom_ * std::exp2(wheel->angleDelta().y() / kDoubling));
+    return true;
+  }
+
+ private:
+  // A drag moves the split where it began on it, else the image.
+  bool DragsSplit(const QMouseEvent& mouse) {
+    const bool near = line_ != nullptr &&
+                      std::abs(first_->mapFromScene(line_->pos()).x() - mouse.pos().x()) <= kGrip;
+    if (mouse.type() == QEvent::MouseButtonPress) dragsSplit_ = near;
+    if (mouse.buttons() == Qt::NoButton) {
+      first_->viewport()->setCursor(near ? Qt::SplitHCursor : Qt::CrossCursor);
+      return std::exchange(dragsSplit_, false);
+    }
+    if (dragsSplit_)
+      split_->setValue(mouse.pos().x() * split_->maximum() / first_->viewport()->width());
+    return dragsSplit_;
+  }
+
+  QGraphicsView* NewPane(const QString& name, const Image& image) {
+    auto* pane = Make<QGraphicsView>(Make<QGraphicsScene>(0, 0, image.Cols(), image.Rows(), this));
+    pane->setObjectName(name);
+    pane->setAccessibleName(name);
+    pane->setBackgroundBrush(palette().dark());
+    pane->setInteractive(false);
+    pane->setDragMode(QGraphicsView::ScrollHandDrag);
+    pane->setMinimumSize(200, 200);
+    pane->viewport()->setMouseTracking(true);
+    pane->viewport()->installEventFilter(this);
+    pane->scene()->addRect(pane->sceneRect(), Qt::NoPen, ShownImage(image));
+    return pane;
+  }
+
+  template <class Control>
+  Control* NewControl(const QString& name, const QString& caption, int least, int most) {
+    auto* control = Make<Control>();
+    control->setObjectName(name);
+    control->setAccessibleName(caption);
+    control->setRange(least, most);
+    bar_->addSeparator();
+    bar_->addWidget(Make<QLabel>(" " + caption + " "));
+    bar_->addWidget(control);
+    return control;
+  }
+
+  void ShowOne() {
+    const bool source = images_.ShowsSource();
+    first_ = NewPane("Wipe", source ? images_.Source() : images_.Reconstruction());
+    setCentralWidget(Column({Make<QLabel>(source ? "Source" : "Reconstruction"), first_}));
+  }
+
+  // The panes are of one size, so that the scroll bars of each fit the other.
+  void ShowTwo() {
+    first_ = NewPane("Wipe", images_.Source());
+    auto* second = NewPane("Difference", images_.Source());
+    setCentralWidget(Columns(2, {Make<QLabel>("Source, and right of the handle the reconstruction"),
+                                 first_, Make<QLabel>("Difference: mid-grey is zero"), second}));
+    for (const auto bar :
+         {&QGraphicsView::horizontalScrollBar, &QGraphicsView::verticalScrollBar}) {
+      QScrollBar* one = (first_->*bar)();
+      QScrollBar* other = (second->*bar)();
+      connect(one, &QScrollBar::valueChanged, other, &QScrollBar::setValue);
+      connect(other, &QScrollBar::valueChanged, one, &QScrollBar::setValue);
+      connect(one, &QScrollBar::valueChanged, this, &Viewer::Wipe);
+    }
+    AddWipe();
+    auto* gain = NewControl<QSpinBox>("Gain", "Difference gain:", 1, kMaxGain);
+    gain->setPrefix("x ");
+    connect(gain, &QSpinBox::valueChanged, second, [this, second](int value) {
+      difference_ = images_.Difference(value);
+      second->scene()->clear();
+      second->scene()->addRect(second->sceneRect(), Qt::NoPen, ShownImage(difference_));
+    });
+    gain->setValue(kGain);
+  }
+
+  void AddWipe() {
+    under_ = first_->scene()->addRect({}, Qt::NoPen, ShownImage(images_.Reconstruction()));
+    line_ = first_->scene()->addRect(-1.5, -kTall, 3, 2 * kTall, QPen(Qt::black), Qt::white);
+    line_->setFlag(QGraphicsItem::ItemIgnoresTransformations);
+    split_ = NewControl<QSlider>("Split", "Wipe:", 0, 100);
+    split_->setOrientation(Qt::Horizontal);
+    split_->setMaximumWidth(160);
+    connect(split_, &QSlider::valueChanged, this, &Viewer::Wipe);
+    split_->setValue(50);
+  }
+
+  // The split is where the slider is, from the left edge of the view to its right edge.
+  void Wipe() {
+    if (under_ == nullptr) return;
+    const int x = split_->value() * first_->viewport()->width() / split_->maximum();
+    const QRectF all = first_->sceneRect();
+    const double column = std::clamp(std::round(first_->mapToScene(x, 0).x()), 0.0, all.width());
+    under_->setRect(all.adjusted(column, 0, 0, 0));
+    line_->setX(column);
+  }
+
+  void Fit() {
+    first_->fitInView(first_->sceneRect(), Qt::KeepAspectRatio);
+    SetZoom(first_->transform().m11() * devicePixelRatioF());
+  }
+
+  // Screen pixels an image pixel. What is in the middle stays there.
+  void SetZoom(double zoom) {
+    zoom_ = std::clamp(zoom, kMinZoom, kMaxZoom);
+    const double scale = zoom_ / devicePixelRatioF();
+    for (auto* pane : findChildren<QGraphicsView*>()) {
+      pane->setTransform(QTransform::fromScale(scale, scale));
+      pane->setRenderHint(QPainter::SmoothPixmapTransform, zoom_ < 1);
+    }
+    zoomLabel_->setText(QString("%1 %").arg(std::lround(zoom_ * 100)));
+    Wipe();
+  }
+
+  void ReadOut(QPointF place) {
+    const std::string text = images_.ReadOut(place.y(), place.x());
+    readout_->setText(text.empty() ? "Point at a pixel to read it. Ctrl and the wheel zoom."
+                                   : QString::fromStdString(text));
+  }
+
+  Comparison images_;
+  Image difference_;
+  double zoom_ = 1;
+  bool dragsSplit_ = false;
+  QGraphicsView* first_ = nullptr;
+  QGraphicsRectItem* under_ = nullptr;
+  QGraphicsRectItem* line_ = nullptr;
+  QSlider* split_ = nullptr;
+  QLabel* zoomLabel_ = Make<QLabel>();
+  QLabel* readout_ = Make<QLabel>();
+};
 
 }  // namespace
 
-Viewer::Viewer(SharedValue<Image> source, SharedValue<Image> reconstruction, bool prefersSource,
-               QWidget* parent)
-    : QMainWindow(parent),
-      source_(std::move(source)),
-      reconstruction_(std::move(reconstruction)),
-      comparable_(!source_->Empty() && source_->SameShape(*reconstruction_)),
-      wipe_(&Make<ComparePane>()),
-      differencePane_(&Make<ComparePane>()),
-      zoomLabel_(&MakeLabel("ZoomLabel")),
-      gainLabel_(&MakeLabel("GainLabel")),
-      readout_(&MakeLabel("Readout")) {
-  setObjectName("Viewer");
-  setAttribute(Qt::WA_DeleteOnClose);
-  setWindowTitle("Full Resolution - Marovia");
-  resize(comparable_ ? 1120 : 680, 680);
-  MakeBar();
-  MakePanes(prefersSource);
-  readout_->setContentsMargins(6, 0, 0, 0);
-  statusBar()->addWidget(readout_, 1);
-  ReadOut({});
-  connect(&Make<QShortcut>(QKeySequence::Cancel, this), &QShortcut::activated, this,
-          &QWidget::close);
-  SetZoom(std::round(devicePixelRatioF()));
-}
-
-void Viewer::MakeBar() {
-  auto& bar = Make<QToolBar>("View");
-  bar.setMovable(false);
-  addToolBar(&bar);
-  const auto add = [this, &bar](const QString& text, const QKeySequence& keys, auto act) {
-    QAction* action = bar.addAction(text, this, act);
-    action->setShortcut(keys);
-    action->setToolTip(text + " (" + keys.toString(QKeySequence::NativeText) + ")");
-    return action;
-  };
-  add("Zoom Out", Qt::CTRL | Qt::Key_Minus, [this] { SetZoom(zoom_ / 2); });
-  zoomLabel_->setMinimumWidth(fontMetrics().horizontalAdvance("  3200 %  "));
-  zoomLabel_->setAlignment(Qt::AlignCenter);
-  bar.addWidget(zoomLabel_);
-  add("Zoom In", Qt::CTRL | Qt::Key_Plus, [this] { SetZoom(zoom_ * 2); });
-  add("Full Size", Qt::CTRL | Qt::Key_1, [this] { SetZoom(1); });
-  add("Fit", Qt::CTRL | Qt::Key_0, [this] { SetZoom(wipe_->FittingZoom()); });
-  if (!comparable_) return;
-
-  splitSlider_ = &AddSlider(bar, "Split", "Wipe:");
-  splitSlider_->setRange(0, kSplitSteps);
-  connect(splitSlider_, &QSlider::valueChanged, this,
-          [this](int value) { wipe_->SetSplit(static_cast<double>(value) / kSplitSteps); });
-  QSlider& gain = AddSlider(bar, "Gain", "Difference gain:");
-  gain.setRange(1, kMaxGain);
-  gain.setValue(kGain);
-  gainLabel_->setMinimumWidth(fontMetrics().horizontalAdvance("  x 32  "));
-  bar.addWidget(gainLabel_);
-  connect(&gain, &QSlider::valueChanged, this, &Viewer::ShowDifference);
-}
-
-QSlider& Viewer::AddSlider(QToolBar& bar, const char* name, const QString& caption) {
-  bar.addSeparator();
-  bar.addWidget(&MakeLabel("", " " + caption + " "));
-  auto& slider = Make<QSlider>(Qt::Horizontal);
-  slider.setObjectName(name);
-  slider.setAccessibleName(caption);
-  slider.setMaximumWidth(160);
-  bar.addWidget(&slider);
-  return slider;
-}
-
-// The panes are of one size, so that the scroll bars of each fit the other.
-void Viewer::MakePanes(bool prefersSource) {
-  auto& middle = Make<QWidget>();
-  auto& row = Make<QHBoxLayout>(&middle);
-  setCentralWidget(&middle);
-  wipe_->setObjectName("Wipe");
-  differencePane_->setObjectName("Difference");
-  for (ComparePane* pane : {wipe_, differencePane_}) {
-    pane->onPoint = [this](auto place) { ReadOut(place); };
-    pane->onZoom = [this](double notches) { SetZoom(zoom_ * std::exp2(notches / 2)); };
-  }
-  const QImage source = ShownImage(*source_);
-  const QImage reconstruction = ShownImage(*reconstruction_);
-  wipe_->setAccessibleName("Images");
-  if (!comparable_) {
-    const bool showsSource = reconstruction.isNull() || (prefersSource && !source.isNull());
-    wipe_->SetImages(showsSource ? source : reconstruction);
-    row.addLayout(&Captioned(showsSource ? "Source" : "Reconstruction", *wipe_), 1);
-    differencePane_->setParent(this);
-    differencePane_->hide();
-    return;
-  }
-  wipe_->SetImages(source, reconstruction);
-  wipe_->onSplit = [this](double share) {
-    splitSlider_->setValue(static_cast<int>(std::lround(share * kSplitSteps)));
-  };
-  splitSlider_->setValue(kSplitSteps / 2);
-  differencePane_->setAccessibleName("Difference");
-  row.addLayout(&Captioned("Source, and right of the handle the reconstruction", *wipe_), 1);
-  row.addLayout(&Captioned("Difference: mid-grey is zero", *differencePane_), 1);
-  for (const auto bar :
-       {&QAbstractScrollArea::horizontalScrollBar, &QAbstractScrollArea::verticalScrollBar}) {
-    QScrollBar* one = (wipe_->*bar)();
-    QScrollBar* other = (differencePane_->*bar)();
-    connect(one, &QScrollBar::valueChanged, other, &QScrollBar::setValue);
-    connect(other, &QScrollBar::valueChanged, one, &QScrollBar::setValue);
-  }
-  ShowDifference(kGain);
-}
-
-void Viewer::ShowDifference(int gain) {
-  difference_ = DifferenceImage(*source_, *reconstruction_, gain);
-  differencePane_->SetImages(difference_);
-  gainLabel_->setText(QString("  x %1").arg(gain));
-}
-
-void Viewer::SetZoom(double zoom) {
-  zoom_ = std::clamp(zoom, kMinZoom, kMaxZoom);
-  wipe_->SetZoom(zoom_);
-  differencePane_->SetZoom(zoom_);
-  zoomLabel_->setText(QString("%1 %").arg(std::lround(zoom_ * 100)));
-}
-
-void Viewer::ReadOut(std::optional<QPoint> place) {
-  if (!place) return readout_->setText("Point at a pixel to read it. Ctrl and the wheel zoom.");
-  const int row = place->y();
-  const int col = place->x();
-  QString text = QString("Row %1, column %2:").arg(row).arg(col);
-  const auto has = [row, col](const Image& image) {
-    return row < image.Rows() && col < image.Cols();
-  };
-  const Image& source = *source_;
-  const Image& reconstruction = *reconstruction_;
-  if (has(source)) text += QString("   source %1").arg(source(row, col));
-  if (has(reconstruction)) text += QString("   reconstruction %1").arg(reconstruction(row, col));
-  if (comparable_)
-    text += QString("   difference %1").arg(reconstruction(row, col) - source(row, col));
-  readout_->setText(text);
+void ShowViewer(const Comparison& images, QWidget* parent) {
+  Make<Viewer>(images, parent)->show();
 }
 
 }  // namespace marovia

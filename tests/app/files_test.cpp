@@ -36,12 +36,11 @@ TEST_F(Files, TheQuestionsCarryTheirFilterFolderFormAndFlags) {
   EXPECT_EQ(desktop.questions.back().filter, "ASWDR_V1 lossless arith. compression (*.awg)|*.awg");
 }
 
-TEST_F(Files, AFilterSplitsIntoDescriptionsPatternsAndSuffixes) {
-  const auto filters = SplitFilter("Windows bitmap|*.bmp|PGM file|*.pgm");
+TEST_F(Files, AFilterSplitsIntoDescriptionsThatShowTheirPatterns) {
+  const auto filters = SplitFilter("Windows bitmap|*.bmp|PGM file (*.pgm)|*.pgm");
   ASSERT_EQ(filters.size(), 2U);
-  EXPECT_EQ(filters[0].description + filters[0].pattern + filters[0].suffix,
-            "Windows bitmap*.bmpbmp");
-  EXPECT_EQ(filters[1].description + filters[1].pattern + filters[1].suffix, "PGM file*.pgmpgm");
+  EXPECT_EQ(filters[0].description + "|" + filters[0].pattern, "Windows bitmap (*.bmp)|*.bmp");
+  EXPECT_EQ(filters[1].description + "|" + filters[1].pattern, "PGM file (*.pgm)|*.pgm");
   EXPECT_TRUE(SplitFilter("").empty());
 }
 

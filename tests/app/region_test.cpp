@@ -1,12 +1,12 @@
-// The region of interest by mouse.
+// The region of interest by mouse and by keys.
 #include "tests/app/form_test.h"
 
 namespace marovia::test {
 namespace {
 
-class RegionByMouse : public FormTest {
+class RegionOnPicture : public FormTest {
  protected:
-  RegionByMouse() { Load(Photograph(64, 128)); }
+  RegionOnPicture() { Load(Photograph(64, 128)); }
 
   // "row1 col1 row2 col2" in the image.
   std::string Corners() {
@@ -26,7 +26,7 @@ class RegionByMouse : public FormTest {
   }
 };
 
-TEST_F(RegionByMouse, ADragInAnyDirectionGivesTheSameRectangle) {
+TEST_F(RegionOnPicture, ADragInAnyDirectionGivesTheSameRectangle) {
   const float corners[][4] = {
       {40, 80, 100, 200}, {100, 200, 40, 80}, {100, 80, 40, 200}, {40, 200, 100, 80}};
   for (const auto& [x1, y1, x2, y2] : corners) {
@@ -41,18 +41,18 @@ TEST_F(RegionByMouse, ADragInAnyDirectionGivesTheSameRectangle) {
   }
 }
 
-TEST_F(RegionByMouse, UnitsOfThePictureAreTurnedIntoPixels) {
+TEST_F(RegionOnPicture, UnitsOfThePictureAreTurnedIntoPixels) {
   desktop.units = {15, 15};
   Drag(600, 1200, 1500, 3000);
   EXPECT_EQ(Corners(), "20 20 50 50");
 }
 
-TEST_F(RegionByMouse, BeyondThePictureItIsHeldToTheImage) {
+TEST_F(RegionOnPicture, BeyondThePictureItIsHeldToTheImage) {
   Drag(-50, 100, 900, 5000);
   EXPECT_EQ(Corners(), "25 0 63 127");
 }
 
-TEST_F(RegionByMouse, AClickSelectsOnePixelAndASecondOneRemovesIt) {
+TEST_F(RegionOnPicture, AClickSelectsOnePixelAndASecondOneRemovesIt) {
   Click(101.4F, 50);
   EXPECT_EQ(Corners(), "12 50 12 50");
   EXPECT_TRUE(InForce());
@@ -65,7 +65,7 @@ TEST_F(RegionByMouse, AClickSelectsOnePixelAndASecondOneRemovesIt) {
   EXPECT_TRUE(InForce());
 }
 
-TEST_F(RegionByMouse, TheOutlineFollowsTheDragAndAnotherButtonDoesNothing) {
+TEST_F(RegionOnPicture, TheOutlineFollowsTheDragAndAnotherButtonDoesNothing) {
   form.GraphBox_MouseDown(kRight, 0, 5, 5);
   form.GraphBox_MouseMove(kRight, 0, 9, 9);
   form.GraphBox_MouseUp(kRight, 0, 9, 9);
@@ -79,7 +79,61 @@ TEST_F(RegionByMouse, TheOutlineFollowsTheDragAndAnotherButtonDoesNothing) {
   EXPECT_EQ(form.GraphBox.outline->corners.row2, 70);
 }
 
-TEST_F(RegionByMouse, ItStaysInForceButHiddenWhileTheTransformShows) {
+TEST_F(RegionOnPicture, ADoubleClickTakesBackWhatItsFirstClickDid) {
+  Click(50, 60);
+  form.GraphBox_DblClick();
+  EXPECT_FALSE(InForce());
+  EXPECT_EQ(form.Report.text, "");
+  Drag(40, 80, 100, 200);
+  form.chkROIErrorOnly.checked = false;
+  const std::string report = form.Report.text;
+  Click(1, 1);
+  form.GraphBox_DblClick();
+  EXPECT_EQ(form.state.ROISelected, 1);
+  EXPECT_TRUE(form.GraphBox.outline);
+  EXPECT_EQ(Corners(), "20 20 50 50");
+  EXPECT_FALSE(form.chkROIErrorOnly.checked);
+  EXPECT_EQ(form.Report.text, report);
+  form.GraphBox_DblClick();  // without a click before it
+  EXPECT_EQ(form.state.ROISelected, 1);
+}
+
+TEST_F(RegionOnPicture, KeysDrawWithACrosshairThatStaysInThePicture) {
+  const auto press = [this](PictureKey key, bool longStep = false) {
+    return form.GraphBox_KeyDown(key, longStep);
+  };
+  desktop.units = {15, 15};
+  EXPECT_FALSE(press(PictureKey::kCorner) || press(PictureKey::kGiveUp));
+  EXPECT_TRUE(press(PictureKey::kDown));
+  EXPECT_EQ(form.GraphBox.crosshair->row * 1000 + form.GraphBox.crosshair->col, 128128);
+  for (int i = 0; i < 9; ++i) press(PictureKey::kDown, true);
+  press(PictureKey::kLeft);
+  EXPECT_EQ(form.GraphBox.crosshair->row * 1000 + form.GraphBox.crosshair->col, 256127);
+  press(PictureKey::kCorner);
+  press(PictureKey::kUp, true);
+  press(PictureKey::kRight);
+  EXPECT_EQ(form.GraphBox.outline->corners.row2, 240 * 15);
+  EXPECT_EQ(form.state.ROISelected, 0);
+  press(PictureKey::kCorner);
+  EXPECT_TRUE(InForce());
+  EXPECT_EQ(Corners(), "60 64 63 64");
+  EXPECT_FALSE(form.GraphBox.crosshair);
+
+  // Whatever ends it in its middle leaves nothing.
+  const std::function<void()> ends[] = {[&] { press(PictureKey::kGiveUp); },
+                                        [this] { form.GraphBox_LostFocus(); }};
+  for (const auto& end : ends) {
+    press(PictureKey::kUp);
+    while (form.state.ROISelected != 0) press(PictureKey::kCorner);
+    press(PictureKey::kCorner);
+    EXPECT_TRUE(form.GraphBox.outline);
+    end();
+    EXPECT_FALSE(InForce());
+    EXPECT_FALSE(form.GraphBox.crosshair);
+  }
+}
+
+TEST_F(RegionOnPicture, ItStaysInForceButHiddenWhileTheTransformShows) {
   Drag(20, 20, 200, 200);
   Compress(FileKind::kAwf, "1", "a.awf");
   EXPECT_EQ(form.state.GraphBoxContent, 'T');
@@ -91,7 +145,7 @@ TEST_F(RegionByMouse, ItStaysInForceButHiddenWhileTheTransformShows) {
   EXPECT_TRUE(InForce());
 }
 
-TEST_F(RegionByMouse, ACompressionShowsTheMaskAndHoldsTheShare) {
+TEST_F(RegionOnPicture, ACompressionShowsTheMaskAndHoldsTheShare) {
   const std::pair<const char*, const char*> shares[] = {
       {"-3", "0.01"}, {"1.5", "0.99"}, {"0.99", "0.99"}, {"0", "0"}, {".5x", ".5x"}};
   for (const auto& [text, held] : shares) {
@@ -107,7 +161,7 @@ TEST_F(RegionByMouse, ACompressionShowsTheMaskAndHoldsTheShare) {
   }
 }
 
-TEST_F(RegionByMouse, AMouseBeyondSixteenBitsEndsTheDragWithASentence) {
+TEST_F(RegionOnPicture, AMouseBeyondSixteenBitsEndsTheDragWithASentence) {
   form.GraphBox_MouseDown(kLeft, 0, 40000, 1);
   EXPECT_TRUE(form.Report.text.starts_with("Overflow")) << form.Report.text;
   EXPECT_FALSE(InForce());

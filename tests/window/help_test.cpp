@@ -1,17 +1,15 @@
-#include <QTextBlock>
-#include <QTextBrowser>
-
 #include "tests/window/window_test.h"
-#include "window/help_window.h"
+#include "window/tool_window.h"
 
 namespace marovia::test {
 namespace {
 
 TEST(Help, SearchesAndGoesBackAndForward) {
-  HelpWindow help(nullptr);
-  help.ShowContents(MAROVIA_ROOT "/help/Marovia.HLP");
+  QWidget parent;
+  ShowHelpWindow(MAROVIA_ROOT "/help/Marovia.HLP", &parent);
+  auto& help = *parent.findChild<QWidget*>("Help");
   auto& page = *help.findChild<QTextBrowser*>("HelpPage");
-  auto& back = *help.findChild<QAction*>("HelpBack");
+  auto& back = *help.findChild<QAction*>("Back");
   EXPECT_FALSE(back.isEnabled());
 
   // Every link of the page leads somewhere.
@@ -30,7 +28,7 @@ TEST(Help, SearchesAndGoesBackAndForward) {
   page.setSource(QUrl(links[4]));
   EXPECT_TRUE(back.isEnabled());
   back.trigger();
-  EXPECT_TRUE(help.findChild<QAction*>("HelpForward")->isEnabled());
+  EXPECT_TRUE(help.findChild<QAction*>("Forward")->isEnabled());
 
   auto& search = *help.findChild<QLineEdit*>("HelpSearch");
   QTest::keyClicks(&search, "mid-grey");
@@ -38,7 +36,7 @@ TEST(Help, SearchesAndGoesBackAndForward) {
   EXPECT_EQ(page.textCursor().selectedText().toLower(), "mid-grey");
   const int first = page.textCursor().position();
   // The only place is found again from the top.
-  help.findChild<QAction*>("HelpNext")->trigger();
+  help.findChild<QAction*>("Find Next")->trigger();
   EXPECT_EQ(page.textCursor().position(), first);
 }
 

@@ -92,7 +92,7 @@ void WindowTest::Choose(const char* method, const char* coding, const QString& r
 }
 
 void WindowTest::DragPicture(QPoint from, QPoint to) {
-  PictureView& view = Source();
+  QWidget& view = Source();
   const auto at = [&view](QPoint place) { return PixelOf(view, place); };
   QTest::mousePress(&view, Qt::LeftButton, {}, at(from));
   QTest::mouseMove(&view, at((from + to) / 2));

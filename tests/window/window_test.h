@@ -54,8 +54,8 @@ class WindowTest : public testing::Test {
   void Choose(const char* method, const char* coding, const QString& rate);
   void DragPicture(QPoint from, QPoint to);
 
-  PictureView& Source() { return Find<PictureView>("GraphBox"); }
-  PictureView& Reconstruction() { return Find<PictureView>("GraphBoxRec"); }
+  QWidget& Source() { return Find<QWidget>("GraphBox"); }
+  QWidget& Reconstruction() { return Find<QWidget>("GraphBoxRec"); }
 
   QTemporaryDir folder;
   QStringList filters;
@@ -67,8 +67,8 @@ class WindowTest : public testing::Test {
 };
 
 // The screen pixel in the middle of a coordinate's.
-QPoint PixelOf(const PictureView& view, QPoint coordinate);
+QPoint PixelOf(const QWidget& picture, QPoint coordinate);
 // That every screen pixel of the picture is that of its coordinate in the raster.
-void ExpectShows(const PictureView& view, const Image& raster);
+void ExpectShows(QWidget& picture, const Image& raster);
 
 }  // namespace marovia::test

@@ -1,0 +1,53 @@
+// What the form says beside its pictures and its rate.
+#include <algorithm>
+
+#include "marovia/error.h"
+
+#include "app/frm_main.h"
+#include "base/number_text.h"
+#include "coding/file_header.h"
+
+namespace marovia {
+namespace {
+
+std::string BytesText(double rate, int rows, int cols) {
+  const std::int32_t bits = std::max(0, BitBudget(rate, rows, cols));
+  return ": " + std::to_string(bits / 8 + (bits % 8 != 0 ? 1 : 0)) + " bytes";
+}
+
+std::string Shape(const std::string& what, const Image& image) {
+  if (image.Empty()) return what;
+  return what + ": " + std::to_string(image.Cols()) + " x " + std::to_string(image.Rows()) +
+         " pixels";
+}
+
+}  // namespace
+
+std::string frmMain::RateHint() const {
+  try {
+    const double rate = LeadingNumber(txtBitRate.text);
+    if (rate == 0) return "lossless";
+    const bool sized = !state.SourceImage->Empty();
+    return TrimmedNumberText(rate) + " bits per pixel" +
+           (sized ? BytesText(rate, state.NumRows, state.NumCols) : "");
+  } catch (const Error&) {
+    return "more bits than a file can have";
+  }
+}
+
+std::string frmMain::SourceCaption() const {
+  return Shape(state.GraphBoxContent == 'T' ? "Transform" : "Source", *state.SourceImage);
+}
+
+std::string frmMain::ReconstructionCaption() const {
+  const bool shown = !GraphBoxRec.raster.Empty();
+  return Shape("Reconstruction", shown ? *state.ReconstructedImage : Image());
+}
+
+std::optional<Comparison> frmMain::Compared(bool prefersSource) const {
+  const auto decoded = GraphBoxRec.raster.Empty() ? SharedValue<Image>() : state.ReconstructedImage;
+  if (decoded->Empty() && state.SourceImage->Empty()) return std::nullopt;
+  return Comparison(state.SourceImage, decoded, prefersSource);
+}
+
+}  // namespace marovia

@@ -1,0 +1,57 @@
+#include "app/comparison.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace marovia {
+namespace {
+
+constexpr int kMidGrey = 128;
+
+bool Has(const Image& image, int row, int col) {
+  return row >= 0 && col >= 0 && row < image.Rows() && col < image.Cols();
+}
+
+std::string Sample(const std::string& what, const Image& image, int row, int col) {
+  if (!Has(image, row, col)) return {};
+  return "   " + what + " " + std::to_string(image(row, col));
+}
+
+}  // namespace
+
+Comparison::Comparison(SharedValue<Image> source, SharedValue<Image> reconstruction,
+                       bool prefersSource)
+    : source_(std::move(source)),
+      reconstruction_(std::move(reconstruction)),
+      hasTwo_(!source_->Empty() && source_->SameShape(*reconstruction_)),
+      prefersSource_(prefersSource) {}
+
+bool Comparison::ShowsSource() const {
+  return hasTwo_ || reconstruction_->Empty() || (prefersSource_ && !source_->Empty());
+}
+
+Image Comparison::Difference(int gain) const {
+  Image difference(source_->Rows(), source_->Cols());
+  const auto sample = [gain](std::uint8_t from, std::uint8_t to) {
+    return static_cast<std::uint8_t>(std::clamp(kMidGrey + gain * (to - from), 0, 255));
+  };
+  std::ranges::transform(source_->Samples(), reconstruction_->Samples(),
+                         difference.Samples().begin(), sample);
+  return difference;
+}
+
+std::string Comparison::ReadOut(double down, double across) const {
+  const int row = static_cast<int>(std::floor(down));
+  const int col = static_cast<int>(std::floor(across));
+  const Image& shown = ShowsSource() ? Source() : Reconstruction();
+  if (!Has(shown, row, col)) return {};
+  std::string text = "Row " + std::to_string(row) + ", column " + std::to_string(col) + ":" +
+                     Sample("source", Source(), row, col) +
+                     Sample("reconstruction", Reconstruction(), row, col);
+  if (hasTwo_)
+    text += "   difference " + std::to_string(Reconstruction()(row, col) - Source()(row, col));
+  return text;
+}
+
+}  // namespace marovia

@@ -1,0 +1,43 @@
+// The windows beside the main one, and what they share.
+#pragma once
+
+#include <filesystem>
+
+#include "app/comparison.h"
+#include "window/make.h"
+
+namespace marovia {
+
+// The images at full resolution beside their difference.
+void ShowViewer(const Comparison& images, QWidget* parent);
+// The help page from its top, with a line to search it, back and forward.
+void ShowHelpWindow(const std::filesystem::path& file, QWidget* parent);
+
+// Has a bar of tools; Esc closes it.
+class ToolWindow : public QMainWindow {
+ public:
+  ToolWindow(const QString& name, const QString& title, QWidget* parent)
+      : QMainWindow(parent), bar_(addToolBar(title)) {
+    setObjectName(name);
+    setWindowTitle(title);
+    bar_->setMovable(false);
+    connect(Make<QShortcut>(QKeySequence::Cancel, this), &QShortcut::activated, this,
+            &QWidget::close);
+  }
+
+ protected:
+  // The slot is a receiver and one of its methods, or a callable.
+  template <class... Slot>
+  QAction* AddTool(const QString& text, const QKeySequence& keys, const Slot&... slot) {
+    QAction* tool = bar_->addAction(text);
+    tool->setObjectName(text);
+    tool->setShortcut(keys);
+    tool->setToolTip(text + " (" + keys.toString(QKeySequence::NativeText) + ")");
+    connect(tool, &QAction::triggered, slot...);
+    return tool;
+  }
+
+  QToolBar* bar_;
+};
+
+}  // namespace marovia
