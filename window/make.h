@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtWidgets>
+#include <cstddef>
 #include <initializer_list>
 #include <utility>
 
@@ -14,7 +15,7 @@ T* Make(Arguments&&... arguments) {
 }
 
 // Among the parts of a row or column: what room is left.
-inline constexpr QWidget* kRoom = nullptr;
+inline constexpr std::nullptr_t kRoom = nullptr;
 
 inline QBoxLayout* Fill(QWidget* widget, QBoxLayout::Direction direction,
                         std::initializer_list<QWidget*> parts) {

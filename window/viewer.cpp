@@ -32,6 +32,7 @@ class Viewer : public ToolWindow {
     zoomLabel_->setMinimumWidth(fontMetrics().horizontalAdvance("  3200 %  "));
     zoomLabel_->setAlignment(Qt::AlignCenter);
     readout_->setObjectName("Readout");
+    readout_->setContentsMargins(kMargin, 0, 0, 0);
     statusBar()->addWidget(readout_);
     images_.HasTwo() ? ShowTwo() : ShowOne();
     centralWidget()->setContentsMargins(kMargin, kMargin, kMargin, 0);
