@@ -15,6 +15,7 @@ T* Make(Arguments&&... arguments) {
 }
 
 // Among the parts of a row or column: what room is left.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): it points to nothing
 inline constexpr std::nullptr_t kRoom = nullptr;
 
 inline QBoxLayout* Fill(QWidget* widget, QBoxLayout::Direction direction,
