@@ -31,7 +31,7 @@ marovia() {
   esac
 }
 
-# Every line of standard input that is a command; what explains it stands behind three blanks.
+# Every line of standard input that is a command; what explains it stands behind two blanks.
 failures=0
 run_examples() {
   local count=0 line
@@ -45,7 +45,7 @@ run_examples() {
       cat "$folder/out" >&2
       failures=$((failures + 1))
     fi
-  done < <(sed -nE 's/^(    |  |\.Dl )(marovia [a-z].*)/\2/p' | sed -E 's/ {3,}.*//')
+  done < <(sed -nE 's/^(    |  |\.Dl )(marovia [a-z].*)/\2/p' | sed -E 's/ {2,}.*//')
   [ "$count" -gt 0 ] || echo "$1: no example was found" >&2
   total=$((total + count))
 }
