@@ -19,11 +19,6 @@ std::string OneLine(std::string text) {
   return text;
 }
 
-void WriteError(const std::string& text) {
-  // Nobody is left to be told if standard error fails.
-  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
-}
-
 // The reports end their lines as text boxes want them; a terminal wants the bare line feed.
 std::string WithPlainLineEnds(std::string text) {
   std::erase(text, '\r');
@@ -48,7 +43,13 @@ void Console::Print(const std::string& text) {
   Fail(Errc::kIo, "cannot be written: " + std::generic_category().message(errno));
 }
 
+void Console::Print(const Json& result) {
+  if (record_ == nullptr) return Print(JsonText(result));
+  record_->result = result;
+}
+
 void Console::Complain(const std::string& what) const {
+  if (record_ != nullptr) record_->complaint = OneLine(what);
   const std::string subject = subject_.empty() ? "" : subject_ + ": ";
   WriteError(OneLine("marovia: " + subject + what) + "\n");
 }
@@ -59,6 +60,15 @@ void Console::Notice(const std::string& what) const {
 
 void Console::Tell(const std::string& text) const {
   if (IsVerbose()) WriteError(WithPlainLineEnds(text));
+}
+
+void Console::WriteError(const std::string& text) const {
+  if (record_ != nullptr) {
+    record_->lines += text;
+    return;
+  }
+  // Nobody is left to be told if standard error fails.
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
 }  // namespace marovia::cli

@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "cli/commands.h"
 #include "cli/file_names.h"
+#include "cli/file_run.h"
 #include "cli/json_text.h"
 #include "codec/report_text.h"
 #include "files/input_file.h"
@@ -17,6 +18,7 @@ constexpr const char* kExamples =
     "  marovia decompress photo.awf photo.pgm                all that the file holds\n"
     "  marovia decompress photo.awf small.bmp --rate 0.1     as of 0.1 bits per pixel\n"
     "  marovia decompress - - --format awf,pgm <photo.awf    from pipe to pipe\n"
+    "  marovia decompress *.awf --output-dir pictures -j 4   many files, four at a time\n"
     "\n"
     "A file cut short gives the picture that is left of it, and exit status 3.\n"
     "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
@@ -24,9 +26,7 @@ constexpr const char* kExamples =
 
 struct DecompressArguments {
   CommonOptions common;
-  std::string input;
-  std::string output;
-  bool force = false;
+  FileArguments files;
   std::optional<double> rate;
   Formats formats;
 };
@@ -43,24 +43,23 @@ void NoticeRate(const DecompressArguments& arguments, const DecompressResult& re
   }
 }
 
-void ReportResult(const DecompressArguments& arguments, const DecompressResult& result,
-                  ImageFormat format, Console& console) {
+void ReportResult(const DecompressArguments& arguments, const FileTask& task,
+                  const DecompressResult& result, ImageFormat format, Console& console) {
   console.Tell("Image decompressed.\n");
   if (!arguments.common.json) return;
-  Json json = {{"input", arguments.input},
-               {"output", arguments.output},
-               {"format", format == ImageFormat::kPgm ? "pgm" : "bmp"}};
+  Json json = {{"input", task.input}, {"output", task.output}, {"format", NameOf(format)}};
   json.update(JsonOf(result.info));
   json["rateHeld"] = result.rateHeld;
   json["truncated"] = result.truncated;
   json["passes"] = JsonOf(result.passes);
-  console.Print(JsonText(json));
+  console.Print(json);
 }
 
-DecompressResult Decode(const DecompressArguments& arguments, Console& console) {
-  console.SetInput(arguments.input);
-  const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
-  const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+DecompressResult Decode(const DecompressArguments& arguments, const std::string& input,
+                        Console& console) {
+  console.SetInput(input);
+  const FileKind kind = InputKind(input, arguments.formats.kind);
+  const Bytes file = ReadInput(input, arguments.common.maxPixels);
   DecompressOptions options;
   options.rate = arguments.rate;
   options.maxPixels = arguments.common.maxPixels;
@@ -75,21 +74,35 @@ DecompressResult Decode(const DecompressArguments& arguments, Console& console) 
   return result;
 }
 
-ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console) {
-  console.SetOutput(arguments.output);
-  const ImageFormat format = OutputFormat(arguments.output, arguments.formats.image);
-  const OutputFile output(arguments.output, arguments.force);
+ExitStatus DecompressFile(const DecompressArguments& arguments, const FileTask& task,
+                          Console& console) {
+  console.SetOutput(task.output);
+  const ImageFormat format = OutputFormat(task.output, arguments.formats.image);
+  const OutputFile output(task.output, arguments.files.force);
   CheckJsonHasRoom(arguments.common, output);
 
-  const DecompressResult result = Decode(arguments, console);
-  console.SetOutput(arguments.output);
+  const DecompressResult result = Decode(arguments, task.input, console);
+  console.SetOutput(task.output);
   output.Put(format == ImageFormat::kPgm ? WritePgm(result.image) : WriteBmp(result.image));
-  ReportResult(arguments, result, format, console);
+  ReportResult(arguments, task, result, format, console);
   if (!result.truncated) return ExitStatus::kDone;
-  console.SetInput(arguments.input);
+  console.SetInput(task.input);
   console.Complain("cut short: decoded from the " + std::to_string(result.info.bitsPresent) +
                    " bits that are there");
   return ExitStatus::kIncomplete;
+}
+
+ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console) {
+  CheckFileArguments(arguments.files);
+  const FileWork work = [&](const FileTask& task, Console& voice) {
+    return DecompressFile(arguments, task, voice);
+  };
+  if (arguments.files.outputDir) {
+    const ImageFormat format = arguments.formats.image.value_or(ImageFormat::kPgm);
+    return RunManyFiles(arguments.files, arguments.common, NameOf(format), work, console);
+  }
+  const std::vector<std::string>& names = arguments.files.names;
+  return RunOneFile(arguments.files, {names[0], names[1]}, work, console);
 }
 
 }  // namespace
@@ -97,13 +110,11 @@ ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console)
 void AddDecompress(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<DecompressArguments>();
   CLI::App& command = AddCommand(tool, "decompress", "Turn a compressed file into an image");
-  AddFile(command, "IN", arguments->input, "The compressed file");
-  AddFile(command, "OUT", arguments->output, "The image: .pgm or .bmp");
+  AddFileArguments(command, arguments->files, "The compressed file", "The image: .pgm or .bmp");
   AddRateOption(command, arguments->rate, "Bits per pixel to decode (all)")->group("General");
   AddFormatOption(command, arguments->formats, true);
-  AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
-  command.footer(kExamples);
+  command.footer(std::string(kExamples) + "\n" + kManyFilesNote);
   SetAction<DecompressArguments>(command, action, arguments, &RunDecompress);
 }
 

@@ -1,6 +1,7 @@
 #include "cli/file_names.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -26,9 +27,15 @@ std::string ExtensionOf(const std::string& name) {
 }
 
 std::optional<ImageFormat> FormatOfExtension(const std::string& extension) {
-  if (extension == "pgm") return ImageFormat::kPgm;
-  if (extension == "bmp") return ImageFormat::kBmp;
+  for (const ImageFormat format : {ImageFormat::kPgm, ImageFormat::kBmp})
+    if (extension == NameOf(format)) return format;
   return std::nullopt;
+}
+
+bool IsRead(const std::string& extension) {
+  constexpr std::array<std::string_view, 5> kImages = {"pgm", "ppm", "pnm", "bmp", "dib"};
+  return std::ranges::find(kImages, extension) != kImages.end() ||
+         KindOfExtension(extension).has_value();
 }
 
 bool IsStream(const std::string& name) {
@@ -36,6 +43,10 @@ bool IsStream(const std::string& name) {
 }
 
 }  // namespace
+
+std::string_view NameOf(ImageFormat format) {
+  return format == ImageFormat::kPgm ? "pgm" : "bmp";
+}
 
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo) {
   Formats formats;
@@ -72,6 +83,15 @@ std::string OutputName(const std::string& name, FileKind kind) {
     Fail(Errc::kInvalidArgument, "the extension is ." + extension + ", but what is written is ." +
                                      wanted + ": name it so, or leave the extension out");
   return name;
+}
+
+std::string NameIn(const std::string& folder, const std::string& input,
+                   std::string_view extension) {
+  std::filesystem::path name = std::filesystem::path(input).filename();
+  if (input == kStandardStream || name.empty() || name == "." || name == "..")
+    Fail(Errc::kInvalidArgument, "has no name that an output in a folder could be named after");
+  if (IsRead(ExtensionOf(name))) name = name.stem();
+  return (std::filesystem::path(folder) / name).string() + "." + std::string(extension);
 }
 
 ImageFormat OutputFormat(const std::string& name, const std::optional<ImageFormat>& told) {

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "marovia/codec.h"
@@ -16,6 +17,9 @@ struct Formats {
   std::optional<ImageFormat> image;
 };
 
+// "pgm" or "bmp".
+std::string_view NameOf(ImageFormat format);
+
 // "awb" ... "awg" name a kind of compressed file, "pgm" and "bmp" an image. Error
 // kInvalidArgument for any other, and for an image where only kinds are of use.
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
@@ -27,6 +31,10 @@ FileKind InputKind(const std::string& name, const std::optional<FileKind>& told)
 // The name under which a file of that kind is written: `name`, with the extension added where it
 // has none. Error kInvalidArgument where it has another one.
 std::string OutputName(const std::string& name, FileKind kind);
+
+// The name of what becomes of `input` in a folder: an extension that is read here gives way to
+// another, any other stays. Error kInvalidArgument where the input has no name.
+std::string NameIn(const std::string& folder, const std::string& input, std::string_view extension);
 
 // The format of the image `name`: by its extension, else as told; a stream or a device gets a PGM.
 // Error kInvalidArgument where neither tells, or where they differ.

@@ -83,7 +83,7 @@ ExitStatus RunInfo(const InfoArguments& arguments, Console& console) {
   }
   Json json = {{"file", arguments.file}, {"bytes", file.size()}};
   json.update(JsonOf(info));
-  console.Print(JsonText(json));
+  console.Print(json);
   return ExitStatus::kDone;
 }
 

@@ -17,7 +17,9 @@ double JsonNumber(float value);
 Json JsonOf(const std::vector<PassReport>& passes);
 Json JsonOf(const FileInfo& info);
 
-// Indented and ended by a line feed; what is not UTF-8 in a file name is replaced.
+// Indented, or all in one line, and ended by a line feed; what is not UTF-8 in a file name is
+// replaced.
 std::string JsonText(const Json& json);
+std::string JsonLine(const Json& json);
 
 }  // namespace marovia::cli

@@ -8,12 +8,13 @@
 #include <string>
 #include <string_view>
 #include <unistd.h>
-#include <utility>
 
 #include "marovia/error.h"
 #include "marovia/version.h"
 
 #include "cli/commands.h"
+#include "cli/guard.h"
+#include "cli/help.h"
 
 namespace marovia::cli {
 namespace {
@@ -29,25 +30,8 @@ constexpr const char* kFooter =
     "Exit status: 0 done; 1 failed; 2 wrong usage; 3 done, but the file was cut short;\n"
     "4 could not read or write; 5 not a file that is read here; 6 over a limit.\n";
 
-constexpr std::size_t kHelpColumn = 30;
-
-// One blank line between the groups of options, where the library puts two.
-class HelpFormatter : public CLI::Formatter {
- public:
-  std::string make_help(const CLI::App* app, std::string name,
-                        CLI::AppFormatMode mode) const override {
-    std::string text = Formatter::make_help(app, std::move(name), mode);
-    for (std::size_t gap = 0; (gap = text.find("\n\n\n", gap)) != std::string::npos;)
-      text.erase(gap, 1);
-    return text;
-  }
-};
-
 void DescribeTool(CLI::App& tool, Action& action) {
-  auto formatter = std::make_shared<HelpFormatter>();
-  formatter->column_width(kHelpColumn);
-  formatter->label("SUBCOMMAND", "COMMAND");
-  tool.formatter(formatter);
+  tool.formatter(std::make_shared<HelpFormatter>());
   tool.set_help_flag("-h,--help", "Print this help");
   tool.set_version_flag("--version", std::string("marovia ") + kVersion, "Print the version");
   tool.require_subcommand(0, 1);
@@ -86,21 +70,6 @@ ExitStatus ParseAndRun(int count, const char* const* words, Console& console) {
   return ExitStatus::kDone;
 }
 
-ExitStatus RunTool(int count, const char* const* words) {
-  Console console;
-  try {
-    return ParseAndRun(count, words, console);
-  } catch (const Error& error) {
-    console.Complain(error.what());
-    return StatusOf(error.Code());
-  } catch (const std::bad_alloc&) {
-    console.Complain("out of memory");
-  } catch (const std::exception& error) {
-    console.Complain(error.what());
-  }
-  return ExitStatus::kFailed;
-}
-
 // The end where memory runs out in a place that can throw nothing on: the destructor of a value, or
 // the making of the message that tells of it.
 [[noreturn]] void EndWithoutMemory() {
@@ -123,5 +92,7 @@ int main(int argc, char** argv) {
   // A file that outgrows a limit on file sizes is then an error of the write, not the end of us.
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
   std::set_terminate(&marovia::cli::EndWithoutMemory);
-  return static_cast<int>(marovia::cli::RunTool(argc, argv));
+  marovia::cli::Console console;
+  return static_cast<int>(marovia::cli::RunGuarded(
+      console, [&] { return marovia::cli::ParseAndRun(argc, argv, console); }));
 }

@@ -47,8 +47,10 @@ void AddCommonOptions(CLI::App& command, CommonOptions& options) {
   command.set_help_flag("-h,--help", "Print this help")->group(kGeneral);
 }
 
-void AddForceOption(CLI::App& command, bool& force) {
-  command.add_flag("-f,--force", force, "Replace OUT if it exists")->group(kGeneral);
+CLI::Option* AddForceOption(CLI::App& command, bool& force) {
+  return command.add_flag("-f,--force", force, "Replace OUT if it exists")
+      ->option_text(kNoText)
+      ->group(kGeneral);
 }
 
 CLI::Option* AddRateOption(CLI::App& command, std::optional<double>& rate,

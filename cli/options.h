@@ -37,7 +37,7 @@ void AddFile(CLI::App& command, const std::string& name, std::string& file,
 // --json, -q, -v --max-pixels and --help.
 void AddCommonOptions(CLI::App& command, CommonOptions& options);
 
-void AddForceOption(CLI::App& command, bool& force);
+CLI::Option* AddForceOption(CLI::App& command, bool& force);
 CLI::Option* AddRateOption(CLI::App& command, std::optional<double>& rate,
                            const std::string& description);
 CLI::Option* AddBytesOption(CLI::App& command, std::optional<std::int64_t>& bytes,

@@ -36,7 +36,7 @@ void ReportResult(const TruncateArguments& arguments, const std::string& output,
   Json json = {{"input", arguments.input}, {"output", output}, {"bytes", result.file.size()}};
   json.update(JsonOf(Inspect(result.file, result.kind, arguments.common.maxPixels)));
   json["rateHeld"] = result.rateHeld;
-  console.Print(JsonText(json));
+  console.Print(json);
 }
 
 TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {

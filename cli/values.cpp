@@ -47,6 +47,13 @@ std::optional<T> WholeNumber(std::string_view text) {
   return value;
 }
 
+double PositiveNumber(const std::string& option, const std::string& text,
+                      const std::string& wanted) {
+  const auto number = WholeNumber<double>(text);
+  if (!number || !std::isfinite(*number) || *number <= 0) Refuse(option, text, wanted);
+  return *number;
+}
+
 template <class T>
 T ValueNamed(std::span<const Name<T>> names, const std::string& option, const std::string& text) {
   std::string wanted;
@@ -80,10 +87,13 @@ std::array<int, 4> FourNumbers(const std::string& text) {
 }  // namespace
 
 double ParseRate(const std::string& text) {
-  const auto rate = WholeNumber<double>(text);
-  if (!rate || !std::isfinite(*rate) || *rate <= 0)
-    Refuse("--rate", text, "a number of bits per pixel above 0, such as 0.5");
-  return *rate;
+  return PositiveNumber("--rate", text, "a number of bits per pixel above 0, such as 0.5");
+}
+double ParsePsnr(const std::string& text) {
+  return PositiveNumber("--psnr", text, "a number of decibels above 0, such as 40");
+}
+double ParseRatio(const std::string& text) {
+  return PositiveNumber("--ratio", text, "a number above 0, such as 20");
 }
 
 std::int64_t ParseCount(const std::string& option, const std::string& text) {

@@ -15,6 +15,8 @@ enum class Coding { kBinary, kArithmetic };
 
 // The parsers throw Error kInvalidArgument, which names the option.
 double ParseRate(const std::string& text);
+double ParsePsnr(const std::string& text);
+double ParseRatio(const std::string& text);
 std::int64_t ParseCount(const std::string& option, const std::string& text);
 int ParseLevels(const std::string& text);
 float ParseShare(const std::string& text);

@@ -1,17 +1,30 @@
 #include "marovia/codec.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
+#include "codec/quality_target.h"
 #include "measures/region.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {
 namespace {
+
+void CheckPsnr(const CompressOptions& options) {
+  if (!(std::isfinite(*options.psnr) && *options.psnr > 0)) {
+    Fail(Errc::kInvalidArgument,
+         "The PSNR is" + NumberText(*options.psnr) + " decibels; it must be above 0.");
+  }
+  // Where the bits of a region begin depends on the budget: a start of such a file is none.
+  if (options.region || options.bytes) {
+    Fail(Errc::kInvalidArgument, "A PSNR goes with neither a region nor a number of bytes.");
+  }
+}
 
 void CheckOptions(const Image& image, const CompressOptions& options) {
   const Coder& coder = CoderOf(options.kind);
@@ -28,6 +41,7 @@ void CheckOptions(const Image& image, const CompressOptions& options) {
          "The rate is" + NumberText(options.rate) + " bits per pixel; it must be above 0.");
   }
   if (options.region) CheckRegion(*options.region, image, Errc::kInvalidArgument);
+  if (coder.HasBudget() && options.psnr) CheckPsnr(options);
 }
 
 // Keeps every report and passes it on. The list must outlive the listener.
@@ -99,11 +113,47 @@ CompressResult CompressToBytes(const Image& image, const CompressOptions& option
        "A file of this image does not fit " + std::to_string(most) + " bytes.");
 }
 
+// A long file of the image, quietly: `rate` bits per pixel, or all that a file can hold.
+Bytes LongFile(const Image& image, const CompressOptions& options, double rate) {
+  const double bits = std::min<double>(rate * static_cast<double>(image.Size()), INT32_MAX);
+  CompressOptions quiet = options;
+  quiet.onPass = {};
+  return CompressOnce(image, quiet, static_cast<std::int32_t>(bits)).file;
+}
+
+// What most targets need at the most, and what is more than any image has use for.
+constexpr std::array kSearchedRates = {4.0, 32.0};
+constexpr std::int64_t kShortestTarget = 48;
+
+std::int64_t BytesForPsnr(const Image& image, const CompressOptions& options) {
+  double best = 0;
+  for (const double rate : kSearchedRates) {
+    const Bytes file = LongFile(image, options, rate);
+    const auto bytes = BytesForPsnr(image, file, options.kind, *options.psnr, kShortestTarget);
+    if (bytes) return *bytes;
+    best = PsnrOfFile(image, file, options.kind);
+  }
+  Fail(Errc::kInvalidArgument, "A PSNR of" + NumberText(*options.psnr) +
+                                   " decibels is out of reach; the most is" + NumberText(best) +
+                                   ".");
+}
+
+// The file is just the one that so many bytes give.
+CompressResult CompressToPsnr(const Image& image, CompressOptions options) {
+  for (std::int64_t bytes = BytesForPsnr(image, options);; ++bytes) {
+    options.bytes = bytes;
+    CompressResult result = CompressToBytes(image, options);
+    if (PsnrOfFile(image, result.file, options.kind) >= *options.psnr) return result;
+  }
+}
+
 }  // namespace
 
 CompressResult Compress(const Image& image, const CompressOptions& options) {
   CheckOptions(image, options);
-  if (options.bytes && CoderOf(options.kind).HasBudget()) return CompressToBytes(image, options);
+  if (!CoderOf(options.kind).HasBudget()) return CompressOnce(image, options, std::nullopt);
+  if (options.psnr) return CompressToPsnr(image, options);
+  if (options.bytes) return CompressToBytes(image, options);
   return CompressOnce(image, options, std::nullopt);
 }
 

@@ -68,6 +68,9 @@ struct CompressOptions {
   double rate = 0.5;
   // The most bytes that the file may have, in place of the rate. Ignored by kAwg.
   std::optional<std::int64_t> bytes = {};
+  // In place of both: the least PSNR, in decibels, that the file may decode to, in about the fewest
+  // bytes. Takes a search that decodes some dozen times; not with a region. Ignored by kAwg.
+  std::optional<double> psnr = {};
   // Spend the last `share` of the bits on this part of the image; below 0 it counts as 0.01, above
   // 0.99 as 0.99.
   std::optional<Region> region = {};
@@ -87,8 +90,8 @@ struct CompressResult {
 };
 
 // Throws Error: kInvalidArgument (a rate that is not a number, levels below 1, lossless with the
-// 9/7 wavelet and padding on, a region outside the image), kLimit (a padded side above 32767),
-// kOverflow (more than 2^31 bits).
+// 9/7 wavelet and padding on, a region outside the image, a PSNR out of reach), kLimit (a padded
+// side above 32767), kOverflow (more than 2^31 bits).
 MAROVIA_API CompressResult Compress(const Image& image, const CompressOptions& options = {});
 
 // What a compressed file says of itself, read without decoding.

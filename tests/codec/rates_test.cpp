@@ -170,6 +170,43 @@ TEST(Bytes, AreTheMostThatAFileHas) {
   }
 }
 
+bool Reaches(const Image& image, ByteView file, FileKind kind, double psnr) {
+  const auto found = Measure(image, Decompress(file, kind).image).psnr;
+  return !found || *found >= psnr;
+}
+
+// One clearly shorter is not good enough.
+TEST(Psnr, IsReachedInAboutTheFewestBytes) {
+  const Image image = Cropped(ReadSample("camera.pgm"), {96, 117});
+  for (const FileKind kind : kLossyKinds) {
+    for (const WaveletKind wavelet : {kDaub97, kInteger53}) {
+      for (const double psnr : {5.0, 25.0, 38.5, 52.0, 300.0}) {
+        SCOPED_TRACE(testing::Message() << Extension(kind) << " to " << psnr);
+        CompressOptions options{kind, wavelet};
+        options.psnr = psnr;
+        const Bytes file = Compress(image, options).file;
+        EXPECT_TRUE(Reaches(image, file, kind, psnr));
+        options.psnr.reset();
+        if (psnr < 20) continue;
+        options.bytes = static_cast<std::int64_t>(file.size()) * 98 / 100;
+        EXPECT_FALSE(Reaches(image, Compress(image, options).file, kind, psnr));
+      }
+    }
+  }
+}
+
+TEST(Psnr, ThatIsOutOfReachIsRefused) {
+  CompressOptions options{kAwf};
+  options.psnr = 60;
+  options.pad = false;  // odd sides do not come back faithfully
+  const Image odd = test::NamedImage("rings", 45, 47);
+  EXPECT_EQ(test::CodeOf([&] { Compress(odd, options); }), Errc::kInvalidArgument);
+  options.pad = true;
+  EXPECT_NO_THROW(Compress(odd, options));
+  options.region = Region{0, 0, 9, 9};
+  EXPECT_EQ(test::CodeOf([&] { Compress(odd, options); }), Errc::kInvalidArgument);
+}
+
 TEST(Region, GetsTheBitsThatTheRestOfTheImageGoesWithout) {
   const Image image = test::NamedImage("lcgnoise", 96, 96);
   const Region region{30, 40, 60, 70};
