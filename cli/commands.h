@@ -13,5 +13,8 @@ void AddDecompress(CLI::App& tool, Action& action);
 void AddMeasure(CLI::App& tool, Action& action);
 void AddInfo(CLI::App& tool, Action& action);
 void AddTruncate(CLI::App& tool, Action& action);
+void AddCurve(CLI::App& tool, Action& action);
+void AddDifference(CLI::App& tool, Action& action);
+void AddThumbnail(CLI::App& tool, Action& action);
 
 }  // namespace marovia::cli

@@ -41,6 +41,9 @@ void DescribeTool(CLI::App& tool, Action& action) {
   AddMeasure(tool, action);
   AddInfo(tool, action);
   AddTruncate(tool, action);
+  AddCurve(tool, action);
+  AddDifference(tool, action);
+  AddThumbnail(tool, action);
 }
 
 // The name of the command that the words chose, for the pointer to its help.

@@ -4,8 +4,8 @@
 
 #include "cli/commands.h"
 #include "cli/json_text.h"
+#include "cli/read_image.h"
 #include "cli/values.h"
-#include "files/input_file.h"
 #include "measures/measure_text.h"
 
 namespace marovia::cli {
@@ -26,13 +26,6 @@ struct MeasureArguments {
   std::string reconstruction;
   std::optional<Region> region;
 };
-
-Image ReadCompared(const std::string& name, const CommonOptions& common, Console& console) {
-  console.SetInput(name);
-  LoadedImage loaded = ReadImage(ReadInput(name, common.maxPixels), common.maxPixels);
-  if (!loaded.alteration.empty()) console.Notice(loaded.alteration);
-  return std::move(loaded.image);
-}
 
 std::string TextOf(const ErrorMeasures& measures, MeasuredArea area) {
   const std::string psnr =
@@ -61,15 +54,10 @@ Json JsonOf(const MeasureArguments& arguments, const ErrorMeasures& measures) {
 }
 
 ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {
-  if (arguments.source == kStandardStream && arguments.reconstruction == kStandardStream)
-    Fail(Errc::kInvalidArgument, "only one of the two images can come from standard input");
-  const Image source = ReadCompared(arguments.source, arguments.common, console);
+  const auto [source, other] =
+      ReadImagePair(arguments.source, arguments.reconstruction, arguments.common, console);
+  console.SetInput(arguments.source);
   CheckRegion(arguments.region, source.Rows(), source.Cols());
-  const Image other = ReadCompared(arguments.reconstruction, arguments.common, console);
-  if (!other.SameShape(source))
-    Fail(Errc::kIndex, SizeText(other.Rows(), other.Cols()) + ", but " + arguments.source +
-                           " has " + SizeText(source.Rows(), source.Cols()));
-
   const ErrorMeasures measures = Measure(source, other, arguments.region);
   const MeasuredArea area = arguments.region ? MeasuredArea::kRegion : MeasuredArea::kImage;
   console.Print(arguments.common.json ? JsonText(JsonOf(arguments, measures))

@@ -56,7 +56,7 @@ CLI::Option* AddForceOption(CLI::App& command, bool& force) {
 CLI::Option* AddRateOption(CLI::App& command, std::optional<double>& rate,
                            const std::string& description) {
   return AddParsedOption(command, "--rate", "BPP", description,
-                         [&](const std::string& text) { rate = ParseRate(text); });
+                         [&](const std::string& text) { rate = ParseRate("--rate", text); });
 }
 
 CLI::Option* AddBytesOption(CLI::App& command, std::optional<std::int64_t>& bytes,

@@ -32,6 +32,7 @@ constexpr std::array kWavelets = {Name<WaveletKind>{WaveletKind::kDaub97, "9/7"}
 constexpr std::array kPaddings = {Name<bool>{true, "auto"}, Name<bool>{false, "never"}};
 
 constexpr float kMostShare = 0.99F;
+constexpr int kMostThumbnail = 4096;
 
 [[noreturn]] void Refuse(const std::string& option, const std::string& text,
                          const std::string& wanted) {
@@ -86,11 +87,14 @@ std::array<int, 4> FourNumbers(const std::string& text) {
 
 }  // namespace
 
-double ParseRate(const std::string& text) {
-  return PositiveNumber("--rate", text, "a number of bits per pixel above 0, such as 0.5");
+double ParseRate(const std::string& option, const std::string& text) {
+  return PositiveNumber(option, text, "a number of bits per pixel above 0, such as 0.5");
 }
 double ParsePsnr(const std::string& text) {
   return PositiveNumber("--psnr", text, "a number of decibels above 0, such as 40");
+}
+double ParseGain(const std::string& text) {
+  return PositiveNumber("--gain", text, "a number above 0, such as 4");
 }
 double ParseRatio(const std::string& text) {
   return PositiveNumber("--ratio", text, "a number above 0, such as 20");
@@ -105,6 +109,13 @@ std::int64_t ParseCount(const std::string& option, const std::string& text) {
 int ParseLevels(const std::string& text) {
   const std::int64_t levels = ParseCount("--levels", text);
   return static_cast<int>(std::min<std::int64_t>(levels, std::numeric_limits<int>::max()));
+}
+
+int ParseSize(const std::string& text) {
+  const auto size = WholeNumber<int>(text);
+  if (!size || *size < 1 || *size > kMostThumbnail)
+    Refuse("--size", text, "a number from 1 to 4096");
+  return *size;
 }
 
 float ParseShare(const std::string& text) {

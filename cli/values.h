@@ -14,11 +14,14 @@ enum class Method { kWdr, kAswdr };
 enum class Coding { kBinary, kArithmetic };
 
 // The parsers throw Error kInvalidArgument, which names the option.
-double ParseRate(const std::string& text);
+double ParseRate(const std::string& option, const std::string& text);
 double ParsePsnr(const std::string& text);
 double ParseRatio(const std::string& text);
+double ParseGain(const std::string& text);
 std::int64_t ParseCount(const std::string& option, const std::string& text);
 int ParseLevels(const std::string& text);
+// Of a thumbnail: 1 to 4096.
+int ParseSize(const std::string& text);
 float ParseShare(const std::string& text);
 WaveletKind ParseWavelet(const std::string& text);
 Method ParseMethod(const std::string& text);

@@ -89,22 +89,30 @@ CompressResult CompressOnce(const Image& image, const CompressOptions& options,
   return result;
 }
 
+// Tries are quiet; what the one that is kept had to report comes afterwards.
+CompressOptions Quiet(CompressOptions options) {
+  options.onPass = {};
+  return options;
+}
+
+void Replay(const CompressResult& result, const PassListener& onPass) {
+  if (!onPass) return;
+  for (const PassReport& report : result.passes) onPass(report);
+}
+
 // The budget is lowered by what a try was too long: a last group of symbols may exceed the budget,
 // and an arithmetic stream is closed with a few bits more.
 CompressResult CompressToBytes(const Image& image, const CompressOptions& options) {
   constexpr std::int64_t kTypicalExcessBits = 16;
   const std::int64_t most = *options.bytes;
-  CompressOptions quiet = options;
-  quiet.onPass = {};
+  const CompressOptions quiet = Quiet(options);
   std::int64_t bits = std::min<std::int64_t>(8 * std::min(most, std::int64_t{1} << 28), INT32_MAX) -
                       kTypicalExcessBits;
   while (bits >= 0) {
     CompressResult result = CompressOnce(image, quiet, static_cast<std::int32_t>(bits));
     const std::int64_t excess = static_cast<std::int64_t>(result.file.size()) - most;
     if (excess <= 0) {
-      if (options.onPass) {
-        for (const PassReport& report : result.passes) options.onPass(report);
-      }
+      Replay(result, options.onPass);
       return result;
     }
     bits -= 8 * excess;
@@ -113,24 +121,17 @@ CompressResult CompressToBytes(const Image& image, const CompressOptions& option
        "A file of this image does not fit " + std::to_string(most) + " bytes.");
 }
 
-// A long file of the image, quietly: `rate` bits per pixel, or all that a file can hold.
-Bytes LongFile(const Image& image, const CompressOptions& options, double rate) {
-  const double bits = std::min<double>(rate * static_cast<double>(image.Size()), INT32_MAX);
-  CompressOptions quiet = options;
-  quiet.onPass = {};
-  return CompressOnce(image, quiet, static_cast<std::int32_t>(bits)).file;
-}
-
-// What most targets need at the most, and what is more than any image has use for.
+// The rates of the long files that are searched: what most targets need at the most, and what is
+// more than any image has use for.
 constexpr std::array kSearchedRates = {4.0, 32.0};
-constexpr std::int64_t kShortestTarget = 48;
 
-std::int64_t BytesForPsnr(const Image& image, const CompressOptions& options) {
+std::int32_t BudgetForPsnr(const Image& image, const CompressOptions& options) {
   double best = 0;
   for (const double rate : kSearchedRates) {
-    const Bytes file = LongFile(image, options, rate);
-    const auto bytes = BytesForPsnr(image, file, options.kind, *options.psnr, kShortestTarget);
-    if (bytes) return *bytes;
+    const double bits = std::min<double>(rate * static_cast<double>(image.Size()), INT32_MAX);
+    const Bytes file = CompressOnce(image, options, static_cast<std::int32_t>(bits)).file;
+    const auto budget = BudgetForPsnr(image, file, options.kind, *options.psnr);
+    if (budget) return *budget;
     best = PsnrOfFile(image, file, options.kind);
   }
   Fail(Errc::kInvalidArgument, "A PSNR of" + NumberText(*options.psnr) +
@@ -138,12 +139,15 @@ std::int64_t BytesForPsnr(const Image& image, const CompressOptions& options) {
                                    ".");
 }
 
-// The file is just the one that so many bytes give.
-CompressResult CompressToPsnr(const Image& image, CompressOptions options) {
-  for (std::int64_t bytes = BytesForPsnr(image, options);; ++bytes) {
-    options.bytes = bytes;
-    CompressResult result = CompressToBytes(image, options);
-    if (PsnrOfFile(image, result.file, options.kind) >= *options.psnr) return result;
+// A compressor may charge its header more than a decompressor, so that its file ends a little
+// earlier than the start that was found.
+CompressResult CompressToPsnr(const Image& image, const CompressOptions& options) {
+  const CompressOptions quiet = Quiet(options);
+  for (std::int32_t bits = BudgetForPsnr(image, quiet);; bits += 8) {
+    CompressResult result = CompressOnce(image, quiet, bits);
+    if (PsnrOfFile(image, result.file, options.kind) < *options.psnr) continue;
+    Replay(result, options.onPass);
+    return result;
   }
 }
 

@@ -11,10 +11,9 @@ namespace marovia {
 // The PSNR of what a file decodes to against its image; infinite where they are the same.
 double PsnrOfFile(const Image& image, ByteView file, FileKind kind);
 
-// The fewest bytes that a file of at least `psnr` decibels needs, found by decoding starts of one
-// long file of the image; none where all of it is not enough. Good to a few bytes, since a file
-// made for so many ends a little differently. Starts of `atLeast` bytes and more are tried.
-std::optional<std::int64_t> BytesForPsnr(const Image& image, ByteView file, FileKind kind,
-                                         double psnr, std::int64_t atLeast);
+// The least budget, in bits, at which a long file of the image decodes to `psnr` decibels or more;
+// none where all of it is not enough. Every budget is tried on that one file.
+std::optional<std::int32_t> BudgetForPsnr(const Image& image, ByteView file, FileKind kind,
+                                          double psnr);
 
 }  // namespace marovia

@@ -68,9 +68,6 @@ struct CompressOptions {
   double rate = 0.5;
   // The most bytes that the file may have, in place of the rate. Ignored by kAwg.
   std::optional<std::int64_t> bytes = {};
-  // In place of both: the least PSNR, in decibels, that the file may decode to, in about the fewest
-  // bytes. Takes a search that decodes some dozen times; not with a region. Ignored by kAwg.
-  std::optional<double> psnr = {};
   // Spend the last `share` of the bits on this part of the image; below 0 it counts as 0.01, above
   // 0.99 as 0.99.
   std::optional<Region> region = {};
@@ -79,6 +76,10 @@ struct CompressOptions {
   // Without it such sides are coded as they are, and do not come back faithfully.
   bool pad = true;
   PassListener onPass = {};
+  // In place of the rate and the bytes: the least PSNR, in decibels, that the file may decode to,
+  // in about the fewest bytes. Takes a search that decodes some dozen times; not with a region.
+  // Ignored by kAwg.
+  std::optional<double> psnr = {};
 };
 
 struct CompressResult {

@@ -21,6 +21,10 @@ struct ErrorMeasures {
 MAROVIA_API ErrorMeasures Measure(const Image& source, const Image& reconstruction,
                                   const std::optional<Region>& region = {});
 
+// A picture of what the reconstruction adds to the source, `gain` times: mid-grey (128) where they
+// agree. Error kIndex where the shapes differ.
+MAROVIA_API Image DifferenceImage(const Image& source, const Image& reconstruction, double gain);
+
 // The PSNR of a mean square error in decibels of a peak of 255; none for 0 and below.
 MAROVIA_API std::optional<float> Psnr(float meanSquareError);
 

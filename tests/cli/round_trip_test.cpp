@@ -190,7 +190,8 @@ TEST_F(Tool, SaysWhatItChangedAndOtherwiseNothing) {
 
 TEST_F(Tool, HelpsWhoKnowsNothing) {
   EXPECT_NE(Done({}).find("compress photo.pgm photo.awf"), std::string::npos);
-  for (const char* command : {"compress", "decompress", "measure", "info", "truncate"})
+  for (const char* command : {"compress", "decompress", "measure", "info", "truncate", "curve",
+                              "difference", "thumbnail"})
     EXPECT_NE(Done({command, "--help"}).find("Examples:"), std::string::npos) << command;
   EXPECT_EQ(Done({"--version"}), "marovia 0.1.0\n");
 }

@@ -177,10 +177,10 @@ bool Reaches(const Image& image, ByteView file, FileKind kind, double psnr) {
 
 // One clearly shorter is not good enough.
 TEST(Psnr, IsReachedInAboutTheFewestBytes) {
-  const Image image = Cropped(ReadSample("camera.pgm"), {96, 117});
+  const Image image = test::NamedImage("rings", 61, 83);
   for (const FileKind kind : kLossyKinds) {
     for (const WaveletKind wavelet : {kDaub97, kInteger53}) {
-      for (const double psnr : {5.0, 25.0, 38.5, 52.0, 300.0}) {
+      for (const double psnr : {5.0, 25.0, 38.5, 300.0}) {
         SCOPED_TRACE(testing::Message() << Extension(kind) << " to " << psnr);
         CompressOptions options{kind, wavelet};
         options.psnr = psnr;

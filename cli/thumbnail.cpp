@@ -1,0 +1,95 @@
+#include <algorithm>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/file_names.h"
+#include "cli/json_text.h"
+#include "cli/png_file.h"
+#include "cli/values.h"
+#include "files/input_file.h"
+#include "files/output_file.h"
+#include "image/reduction.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  marovia thumbnail photo.awf photo.png\n"
+    "  marovia thumbnail photo.awf photo.png --size 512\n"
+    "\n"
+    "OUT is a PNG, whatever its name. Neither side is longer than N, and no picture is\n"
+    "made larger. Only the start of IN is decoded. IN and OUT may be - for standard\n"
+    "input and output.\n";
+
+constexpr int kDefaultSize = 256;
+// Bits for each pixel of the thumbnail. Edges take bits before the last of what is coarse has come;
+// with so many a thumbnail is some 40 decibels from that of the whole image.
+constexpr double kBitsPerPixel = 20;
+
+struct ThumbnailArguments {
+  CommonOptions common;
+  std::string input;
+  std::string output;
+  bool force = false;
+  int size = kDefaultSize;
+  Formats formats;
+};
+
+// The rate at which the image gets what its thumbnail needs.
+double RateFor(const FileInfo& info, int size) {
+  const double longest = std::max(info.rows, info.cols);
+  const double scale = std::min(1.0, size / longest);
+  return kBitsPerPixel * scale * scale;
+}
+
+Image DecodeFor(int size, ByteView file, FileKind kind, std::int64_t maxPixels) {
+  const FileInfo info = Inspect(file, kind, maxPixels);
+  const double rate = RateFor(info, size);
+  if (info.budget) return Decompress(file, kind, {rate, maxPixels, {}}).image;
+  // A lossless file has no rate of its own; as a lossy one it has.
+  const TruncateResult start = Truncate(file, kind, {rate, {}, maxPixels});
+  return Decompress(start.file, start.kind, {{}, maxPixels, {}}).image;
+}
+
+ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
+  console.SetOutput(arguments.output);
+  const OutputFile output(arguments.output, arguments.force);
+  CheckJsonHasRoom(arguments.common, output);
+  console.SetInput(arguments.input);
+  const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
+  const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  const Image picture = ReducedToFit(
+      DecodeFor(arguments.size, file, kind, arguments.common.maxPixels), arguments.size);
+  console.SetOutput(arguments.output);
+  output.Put(WritePng(picture));
+  if (arguments.common.json)
+    console.Print(Json{{"input", arguments.input},
+                       {"output", arguments.output},
+                       {"rows", picture.Rows()},
+                       {"columns", picture.Cols()}});
+  return ExitStatus::kDone;
+}
+
+void AddSizeOption(CLI::App& command, ThumbnailArguments& arguments) {
+  AddParsedOption(command, "--size", "N", "The longest that a side may be, 1 to 4096 (256)",
+                  [&](const std::string& text) { arguments.size = ParseSize(text); })
+      ->group("General");
+}
+
+}  // namespace
+
+void AddThumbnail(CLI::App& tool, Action& action) {
+  auto arguments = std::make_shared<ThumbnailArguments>();
+  CLI::App& command = AddCommand(tool, "thumbnail", "Make a small PNG of a compressed file");
+  AddFile(command, "IN", arguments->input, "The compressed file");
+  AddFile(command, "OUT", arguments->output, "The picture, a PNG");
+  AddSizeOption(command, *arguments);
+  AddFormatOption(command, arguments->formats, false);
+  AddForceOption(command, arguments->force);
+  AddCommonOptions(command, arguments->common);
+  command.footer(kExamples);
+  SetAction<ThumbnailArguments>(command, action, arguments, &RunThumbnail);
+}
+
+}  // namespace marovia::cli
