@@ -24,7 +24,8 @@ constexpr marovia_compress_options kCompressDefaults = {.size = sizeof(marovia_c
                                                         .bytes = 0,
                                                         .has_region = 0,
                                                         .share = 0.9F,
-                                                        .region = {}};
+                                                        .region = {},
+                                                        .psnr = 0};
 constexpr marovia_decompress_options kDecompressDefaults = {
     .size = sizeof(marovia_decompress_options), .rate = 0, .max_pixels = kDefaultMaxPixels};
 
@@ -75,6 +76,7 @@ CompressOptions OptionsOf(const marovia_compress_options* theirs) {
   if (given.has_region != 0) options.region = {region.row1, region.col1, region.row2, region.col2};
   options.share = given.share;
   options.pad = given.pad != 0;
+  if (given.psnr != 0) options.psnr = given.psnr;
   return options;
 }
 

@@ -44,7 +44,7 @@ class Region(Structure):
 class CompressOptions(Structure):
     _fields_ = [("size", c_size_t), ("kind", c_int32), ("wavelet", c_int32), ("levels", c_int32),
                 ("pad", c_int32), ("rate", c_double), ("bytes", c_int64), ("has_region", c_int32),
-                ("share", c_float), ("region", Region)]
+                ("share", c_float), ("region", Region), ("psnr", c_double)]
 
 
 class Picture(Structure):

@@ -99,6 +99,7 @@ typedef struct marovia_compress_options {
   int32_t has_region;
   float share;           /* the part of the bits that the region gets: 0.9 */
   marovia_region region; /* looked at if has_region is not 0 */
+  double psnr;           /* the least PSNR in decibels, in place of the rate; 0: by the rate */
 } marovia_compress_options;
 
 typedef struct marovia_decompress_options {

@@ -86,6 +86,14 @@ static void OptionsReachTheCodec(void) {
   CHECK(marovia_inspect(file.data, file.size, MAROVIA_AWB, 0, &info, NULL) == MAROVIA_OK);
   CHECK(info.wavelet == MAROVIA_INTEGER_22 && info.levels == 2);
   marovia_free(file.data);
+
+  marovia_compress_options_init(&options, sizeof options);
+  options.psnr = 35;
+  CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
+  CHECK(file.size > 20);
+  marovia_free(file.data);
+  options.psnr = -1;
+  CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_INVALID_ARGUMENT);
   CHECK(strcmp(marovia_extension(MAROVIA_AWD), "awd") == 0);
   CHECK(marovia_extension(5) == NULL && marovia_kind_of_extension("awz") == -1);
 }
