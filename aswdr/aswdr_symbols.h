@@ -12,86 +12,92 @@
 
 namespace marovia {
 
-// The contexts of one kind of symbol, and the character coded last, whose context comes next.
-template <class Context, std::size_t Count>
-struct ChainedContexts {
-  std::array<Context, Count> contexts;
-  unsigned last = 0;
+struct AswdrModels {
+  std::array<TernaryContext<SecondSetup>, 3> numbers;
+  std::array<BinaryContext, 2> signs;
+  std::array<BinaryContext, 2> refinements;
+};
 
-  Context& Next() { return contexts[last]; }
+// The characters coded last, whose contexts come next.
+struct LastCharacters {
+  unsigned number = 0;
+  unsigned sign = 0;
+  unsigned refinement = 0;
 };
 
 class AswdrSymbolWriter {
  public:
-  explicit AswdrSymbolWriter(int charge) : charge_(charge) {}
+  using Models = AswdrModels;
 
-  void Found(std::uint32_t run, bool negative) {
+  AswdrSymbolWriter(int charge, Bytes& bytes, Models& models)
+      : charge_(charge), coder_(bytes), models_(&models) {}
+
+  MAROVIA_INLINE void Found(std::uint32_t run, bool negative) {
     SendNumber(run);
-    Send(signs_, negative ? 1 : 0);
+    Send(models_->signs, last_.sign, negative ? 1 : 0);
   }
   void EndOfPass(std::uint32_t number) { SendNumber(number); }
-  void Refine(bool moves) { Send(refinements_, moves ? 0 : 1); }
+  MAROVIA_INLINE void Refine(bool moves) {
+    Send(models_->refinements, last_.refinement, moves ? 0 : 1);
+  }
 
   [[nodiscard]] std::int64_t BitsSpent() const { return charge_ + coder_.BitsSpent(); }
   [[nodiscard]] std::int64_t BitsSent() const { return charge_ + coder_.BitsSent(); }
 
-  Bytes Finish() { return coder_.DoneEncoding(); }
+  void Finish() { coder_.DoneEncoding(); }
 
  private:
-  template <class Chain>
-  void Send(Chain& chain, unsigned character) {
-    coder_.Encode(chain.Next(), character);
-    chain.last = character;
+  MAROVIA_INLINE void Send(auto& contexts, unsigned& last, unsigned character) {
+    coder_.Encode(contexts[last], character);
+    last = character;
   }
-  void SendNumber(std::uint32_t number) {
-    ForDigits(number, [this](std::uint32_t digit) { Send(numbers_, digit); });
-    Send(numbers_, kEndMark);
+  MAROVIA_INLINE void SendNumber(std::uint32_t number) {
+    for (; number > 1; number >>= 1) Send(models_->numbers, last_.number, number & 1);
+    Send(models_->numbers, last_.number, kEndMark);
   }
 
   int charge_;
   ArithmeticEncoder<SecondSetup> coder_;
-  ChainedContexts<TernaryContext<SecondSetup>, 3> numbers_;
-  ChainedContexts<BinaryContext, 2> signs_;
-  ChainedContexts<BinaryContext, 2> refinements_;
+  Models* models_;
+  LastCharacters last_;
 };
 
 class AswdrSymbolReader {
  public:
-  AswdrSymbolReader(ByteView stream, int charge) : charge_(charge), coder_(stream) {}
+  using Models = AswdrModels;
 
-  bool ReadNumber(std::uint32_t& number) {
-    return FromCharacters(number,
-                          [this](unsigned& character) { return Read(numbers_, character); });
+  AswdrSymbolReader(int charge, ByteView stream, Models& models)
+      : charge_(charge), coder_(stream), models_(&models) {}
+
+  MAROVIA_INLINE bool ReadNumber(std::uint32_t& number) {
+    const unsigned end = FromCharacters(number, *this);
+    if (coder_.Exhausted()) return false;
+    if (end == kNoEnd) FailOnLongNumber();
+    return true;
   }
-  bool ReadSign(bool& negative) {
-    unsigned character = 0;
-    const bool read = Read(signs_, character);
-    negative = character == 1;
-    return read;
+  MAROVIA_INLINE bool ReadSign(bool& negative) {
+    negative = Read(models_->signs, last_.sign) == 1;
+    return !coder_.Exhausted();
   }
-  bool ReadRefinement(bool& moves) {
-    unsigned character = 0;
-    const bool read = Read(refinements_, character);
-    moves = character == 0;
-    return read;
+  MAROVIA_INLINE bool ReadRefinement(bool& moves) {
+    moves = Read(models_->refinements, last_.refinement) == 0;
+    return !coder_.Exhausted();
   }
 
   [[nodiscard]] std::int64_t BitsRead() const { return charge_ + coder_.BitsRead(); }
 
+  // The next character of a number.
+  MAROVIA_INLINE unsigned ReadCharacter() { return Read(models_->numbers, last_.number); }
+
  private:
-  // False past the end of the stream.
-  template <class Chain>
-  bool Read(Chain& chain, unsigned& character) {
-    character = coder_.Decode(chain.Next());
-    chain.last = character;
-    return !coder_.Exhausted();
+  MAROVIA_INLINE unsigned Read(auto& contexts, unsigned& last) {
+    return last = coder_.Decode(contexts[last]);
   }
 
   int charge_;
   ArithmeticDecoder<SecondSetup> coder_;
-  ChainedContexts<TernaryContext<SecondSetup>, 3> numbers_;
-  ChainedContexts<BinaryContext, 2> signs_;
-  ChainedContexts<BinaryContext, 2> refinements_;
+  Models* models_;
+  LastCharacters last_;
 };
 
 }  // namespace marovia

@@ -3,6 +3,10 @@
 
 #include <cstdint>
 
+// For what a loop over symbols is made of: called, it would need the address of the coder, which
+// then could not stay in registers.
+#define MAROVIA_INLINE [[gnu::always_inline]] inline
+
 namespace marovia {
 
 // The leading zeros of a value that is not 0.

@@ -156,10 +156,12 @@ template <class Setup, class Context>
 void RegisterCoder(const std::string& name, unsigned characterCount) {
   const auto characters = SkewedCharacters(characterCount);
   const auto encode = [characters] {
-    ArithmeticEncoder<Setup> encoder;
+    Bytes bytes;
+    ArithmeticEncoder<Setup> encoder(bytes);
     Context context;
     for (const std::uint8_t character : characters) encoder.Encode(context, character);
-    return encoder.DoneEncoding();
+    encoder.DoneEncoding();
+    return bytes;
   };
   const auto count = static_cast<benchmark::IterationCount>(characters.size());
   Register(name + " encoded", [=](benchmark::State& state) {

@@ -91,17 +91,17 @@ PassReport Compression::WritePasses(const PassListener& onPass) {
   const int charge = region_ ? coder_.regionCharge : coder_.encoderCharge;
   switch (coder_.symbols) {
     case SymbolKind::kBits:
-      return WriteWith(BitSymbolWriter(charge), onPass);
+      return WriteWith<BitSymbolWriter>(charge, onPass);
     case SymbolKind::kWdr:
-      return WriteWith(WdrSymbolWriter(charge), onPass);
+      return WriteWith<WdrSymbolWriter>(charge, onPass);
     case SymbolKind::kAswdr:
       break;
   }
-  return WriteWith(AswdrSymbolWriter(charge), onPass);
+  return WriteWith<AswdrSymbolWriter>(charge, onPass);
 }
 
 template <class Symbols>
-PassReport Compression::WriteWith(Symbols symbols, const PassListener& onPass) {
+PassReport Compression::WriteWith(int charge, const PassListener& onPass) {
   const auto order = MakeOrder(coder_.scan, {coded_.rows, coded_.cols, levels_});
   const BitPlanes planes(order->Gather(coefficients_.Samples()), exponent_);
   coefficients_ = {};
@@ -114,23 +114,23 @@ PassReport Compression::WriteWith(Symbols symbols, const PassListener& onPass) {
     plan.region = &*regionHomes;
     plan.switchPoint = switchPoint_;
   }
-  PassEncoder<Symbols> passes(planes, *order, symbols, plan);
-  const auto report = [&](int pass, float threshold, std::int64_t bits) {
-    return PassReport{pass, threshold, static_cast<std::int32_t>(passes.FoundCount()),
-                      ToInt32(static_cast<double>(bits))};
+  typename Symbols::Models models;
+  PassEncoder<Symbols> passes(planes, *order, Symbols(charge, file_, models), plan);
+  const auto report = [&](const PassState& state) {
+    return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
+                      ToInt32(static_cast<double>(passes.BitsSent()))};
   };
   const PassState last = RunPasses(
       coder_, wavelet_, exponent_, [&](int pass, float) { return passes.Run(pass); },
       [&](const PassState& state) {
-        if (onPass) onPass(report(state.pass, state.threshold, symbols.BitsSent()));
+        if (onPass) onPass(report(state));
       });
 
-  const Bytes stream = symbols.Finish();
-  file_.insert(file_.end(), stream.begin(), stream.end());
+  passes.Finish();
   if (coded_ != Sides{image_.Rows(), image_.Cols()}) {
     AppendSizeNote(file_, {image_.Rows(), image_.Cols()});
   }
-  return report(last.pass, last.threshold, symbols.BitsSent());
+  return report(last);
 }
 
 }  // namespace marovia

@@ -43,7 +43,7 @@ class Compression {
 
  private:
   template <class Symbols>
-  PassReport WriteWith(Symbols symbols, const PassListener& onPass);
+  PassReport WriteWith(int charge, const PassListener& onPass);
 
   const Coder& coder_;
   const Image& image_;

@@ -69,22 +69,23 @@ bool Decompression::SetRate(double rate) {
 PassReport Decompression::ReadPasses(const PassListener& onPass) {
   switch (coder_.symbols) {
     case SymbolKind::kBits:
-      return ReadWith(BitSymbolReader(stream_, coder_.decoderCharge), onPass);
+      return ReadWith<BitSymbolReader>(onPass);
     case SymbolKind::kWdr:
-      return ReadWith(WdrSymbolReader(stream_, coder_.decoderCharge), onPass);
+      return ReadWith<WdrSymbolReader>(onPass);
     case SymbolKind::kAswdr:
       break;
   }
-  return ReadWith(AswdrSymbolReader(stream_, coder_.decoderCharge), onPass);
+  return ReadWith<AswdrSymbolReader>(onPass);
 }
 
 template <class Symbols>
-PassReport Decompression::ReadWith(Symbols symbols, const PassListener& onPass) {
+PassReport Decompression::ReadWith(const PassListener& onPass) {
   const auto order = MakeOrder(coder_.scan, {info_.codedRows, info_.codedCols, info_.levels});
-  PassDecoder<Symbols> passes(*order, symbols, budget_);
+  typename Symbols::Models models;
+  PassDecoder<Symbols> passes(*order, Symbols(coder_.decoderCharge, stream_, models), budget_);
   const auto report = [&](const PassState& state) {
     return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
-                      ToInt32(static_cast<double>(symbols.BitsRead()))};
+                      ToInt32(static_cast<double>(passes.BitsRead()))};
   };
   bool finished = true;
   const PassState last = RunPasses(
@@ -96,7 +97,7 @@ PassReport Decompression::ReadWith(Symbols symbols, const PassListener& onPass) 
 
   budgetSpent_ = !finished && !passes.StreamEnded();
   truncated_ = passes.StreamEnded() && !(coder_.IsArithmetic() && LengthSaysComplete());
-  streamBitsRead_ = symbols.BitsRead() - coder_.decoderCharge;
+  streamBitsRead_ = passes.BitsRead() - coder_.decoderCharge;
   const bool open = coder_.lossless ? passes.StreamEnded()
                                     : !LoopTest(info_.wavelet, last.pass, last.threshold) ||
                                           info_.wavelet == WaveletKind::kDaub97;

@@ -37,7 +37,7 @@ class Decompression {
 
  private:
   template <class Symbols>
-  PassReport ReadWith(Symbols symbols, const PassListener& onPass);
+  PassReport ReadWith(const PassListener& onPass);
   [[nodiscard]] bool LengthSaysComplete() const;
 
   const Coder& coder_;

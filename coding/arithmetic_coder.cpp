@@ -1,39 +1,41 @@
 #include "coding/arithmetic_coder.h"
 
-#include <utility>
+#include <bit>
 
 namespace marovia {
 
 template <class Setup>
-void ArithmeticEncoder<Setup>::Carry() {
-  if ((low_ >> held_) == 0) return;
-  low_ &= (std::uint64_t{1} << held_) - 1;
+std::uint64_t ArithmeticEncoder<Setup>::Carry(Bytes& bytes, std::uint64_t low, int held) {
+  if ((low >> held) == 0) return low;
   // The low end stays below 1, so a byte that is not yet full of ones always comes.
-  std::size_t i = bytes_.size() - 1;
-  while (++bytes_[i] == 0) --i;
+  std::size_t i = bytes.size() - 1;
+  while (++bytes[i] == 0) --i;
+  return low & ((std::uint64_t{1} << held) - 1);
 }
 
 template <class Setup>
-void ArithmeticEncoder<Setup>::WriteBytes() {
-  Carry();
-  while (held_ >= Setup::kBits + 8) {
-    held_ -= 8;
-    bytes_.push_back(static_cast<std::uint8_t>(low_ >> held_));
-    low_ &= (std::uint64_t{1} << held_) - 1;
+std::uint64_t ArithmeticEncoder<Setup>::Write(Bytes& bytes, std::uint64_t low, int held) {
+  low = Carry(bytes, low, held);
+  while (held >= Setup::kBits + 8) {
+    held -= 8;
+    bytes.push_back(static_cast<std::uint8_t>(low >> held));
+    low &= (std::uint64_t{1} << held) - 1;
   }
+  return low;
 }
 
 template <class Setup>
-std::int64_t ArithmeticEncoder<Setup>::BitsToFollow() const {
-  const std::uint64_t above = low_ >> (Setup::kBits - 1);
-  const int aboveCount = held_ - (Setup::kBits - 1);
+std::int64_t ArithmeticEncoder<Setup>::CountToFollow(std::uint64_t low, int held,
+                                                     ByteView written) {
+  const std::uint64_t above = low >> (Setup::kBits - 1);
+  const int aboveCount = held - (Setup::kBits - 1);
   int ones = std::countr_one(above);
   if (ones < aboveCount) return ones;
   // A carry cannot be pending here: it would have ended the run.
   std::int64_t count = aboveCount;
   ones = 8;
-  for (std::size_t i = bytes_.size(); i > 0 && ones == 8; --i) {
-    ones = std::countr_one(bytes_[i - 1]);
+  for (std::size_t i = written.size(); i > 0 && ones == 8; --i) {
+    ones = std::countr_one(written[i - 1]);
     count += ones;
   }
   return count;
@@ -43,22 +45,18 @@ std::int64_t ArithmeticEncoder<Setup>::BitsToFollow() const {
 // elsewhere, in front of whose second bit all bits to follow are the second's like: the bits above
 // the lowest B - 2, plus one.
 template <class Setup>
-Bytes ArithmeticEncoder<Setup>::DoneEncoding() {
+void ArithmeticEncoder<Setup>::DoneEncoding() {
   constexpr int kDropped = Setup::kBits - 2;
-  low_ += std::uint64_t{1} << kDropped;
-  Carry();
-  low_ >>= kDropped;
-  held_ -= kDropped;
-  shifted_ += 2;
-  while (held_ > 0) {
-    const std::uint64_t byte = held_ >= 8 ? low_ >> (held_ - 8) : low_ << (8 - held_);
-    bytes_.push_back(static_cast<std::uint8_t>(byte));
-    held_ -= 8;
+  int held = Held();
+  low_ = Carry(*bytes_, low_ + (std::uint64_t{1} << kDropped), held) >> kDropped;
+  spent_ += 2;
+  for (held -= kDropped; held > 0; held -= 8) {
+    const std::uint64_t byte = held >= 8 ? low_ >> (held - 8) : low_ << (8 - held);
+    bytes_->push_back(static_cast<std::uint8_t>(byte));
   }
   // Nothing is to follow any more.
   low_ = 0;
-  held_ = Setup::kBits;
-  return std::move(bytes_);
+  mostSpent_ = spent_ + kMostHeld - Setup::kBits;
 }
 
 template class ArithmeticEncoder<FirstSetup>;

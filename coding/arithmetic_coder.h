@@ -10,10 +10,9 @@
 #pragma once
 
 #include <algorithm>
-#include <bit>
+#include <array>
 #include <cstdint>
 
-#include "base/bits.h"
 #include "coding/bit_stream.h"
 #include "coding/contexts.h"
 
@@ -21,88 +20,130 @@ namespace marovia {
 
 namespace arithmetic {
 
-// How far the interval of `range` values from `low` on, in a window of Bits bits, widens: as often
-// as it still fits a window's length from some multiple of half a window on. The range then is
-// above a quarter of the window, so only the shift that brings it above the half and the one before
-// it can be right.
+// By the length of an interval in a window of Bits bits: how often it can be doubled before it
+// exceeds the window.
 template <int Bits>
-int Widening(std::uint32_t low, std::uint32_t range) {
-  constexpr std::uint32_t kWindow = 1U << Bits;
-  const int most = LeadingZeros(2 * range - 1) - (31 - Bits);
-  const std::uint32_t offset = (low << most) & (kWindow / 2 - 1);
-  return most - static_cast<int>(offset + (range << most) > kWindow);
+inline constexpr std::array<std::uint8_t, (1U << Bits) + 1> kDoublings = [] {
+  std::array<std::uint8_t, (1U << Bits) + 1> doublings{};
+  for (std::uint32_t range = 1; range <= 1U << Bits; ++range) {
+    while (range << (doublings[range] + 1) <= 1U << Bits) ++doublings[range];
+  }
+  return doublings;
+}();
+
+// How far an interval widens: `most` times, or once less.
+struct Widening {
+  int most;
+  unsigned less;  // 0 or 1
+};
+
+// The interval of `range` values from `low` on, in a window of Bits bits, widens as often as it
+// still fits a window's length from some multiple of half a window on. The range then is above a
+// quarter of the window, so only the shift that brings it above the half and the one before it can
+// be right.
+template <int Bits>
+Widening WideningOf(std::uint64_t low, std::uint32_t range) {
+  const int most = kDoublings<Bits>[range];
+  const std::uint64_t offset = (low << most) & ((1U << (Bits - 1)) - 1);
+  // At most one and a half windows long.
+  return {most, static_cast<unsigned>((offset + (range << most) - 1) >> Bits)};
 }
 
 }  // namespace arithmetic
 
+// Both coders are small values that a loop may work on in a copy of its own, so that they stay in
+// registers; the copy then takes the place of the original.
+
 template <class Setup>
 class ArithmeticEncoder {
  public:
+  // Appends to `bytes`, which nothing else may change before DoneEncoding.
+  explicit ArithmeticEncoder(Bytes& bytes) : bytes_(&bytes), start_(bytes.size()) {}
+
   // Codes a symbol of a context by its index.
   template <class Context>
-  void EncodeIndex(const Context& context, unsigned index) {
-    const Part part = context.PartOf(index, range_);
-    const auto window = static_cast<std::uint32_t>(low_) & kWindowMask;
-    const std::uint32_t range = part.end - part.below;
-    const int shift = arithmetic::Widening<Setup::kBits>(window + part.below, range);
-    low_ = (low_ + part.below) << shift;
-    range_ = range << shift;
-    held_ += shift;
-    shifted_ += shift;
-    if (held_ > kMostHeld) WriteBytes();
+  MAROVIA_INLINE void EncodeIndex(const Context& context, unsigned index) {
+    const Part part = context.PartOf(index);
+    const std::uint32_t below = range_.Times(part.below);
+    const std::uint32_t range = range_.Times(part.end) - below;
+    const std::uint64_t low = low_ + below;
+    const auto [most, less] = arithmetic::WideningOf<Setup::kBits>(low, range);
+    low_ = low << most >> less;
+    range_ = {range << most, less};
+    spent_ += most - static_cast<int>(less);
+    if (spent_ > mostSpent_) [[unlikely]]
+      WriteBytes();
   }
 
   // Codes a character in its context, which learns from it.
   template <class Context>
-  void Encode(Context& context, unsigned character) {
+  MAROVIA_INLINE void Encode(Context& context, unsigned character) {
     const unsigned index = context.IndexOf(character);
     EncodeIndex(context, index);
     context.Update(index);
   }
 
   // Bits sent, and those that are still to follow once the next one is decided.
-  [[nodiscard]] std::int64_t BitsSpent() const { return shifted_; }
-  [[nodiscard]] std::int64_t BitsToFollow() const;
+  [[nodiscard]] std::int64_t BitsSpent() const { return spent_; }
+  [[nodiscard]] std::int64_t BitsToFollow() const { return CountToFollow(low_, Held(), Written()); }
   [[nodiscard]] std::int64_t BitsSent() const { return BitsSpent() - BitsToFollow(); }
 
-  // Closes the interval with two more bits and returns the bytes, the last one filled up with
-  // zeros.
-  Bytes DoneEncoding();
+  // Closes the interval with two more bits; the last byte is filled up with zeros.
+  void DoneEncoding();
 
  private:
-  static constexpr std::uint32_t kWindowMask = (1U << (Setup::kBits - 1)) - 1;
   // A symbol shifts by 11 bits at most and a carry takes one: they fit above this many.
   static constexpr int kMostHeld = 48;
 
-  void WriteBytes();
-  void Carry();
+  // The bits of the low end that are not yet bytes.
+  [[nodiscard]] int Held() const { return static_cast<int>(spent_ - mostSpent_) + kMostHeld; }
+  [[nodiscard]] ByteView Written() const { return ByteView(*bytes_).subspan(start_); }
 
-  // The bits of the low end that are not yet bytes, the lowest held_ of them; above those, a carry.
+  void WriteBytes() {
+    const int held = Held();
+    low_ = Write(*bytes_, low_, held);
+    mostSpent_ += (held - Setup::kBits) / 8 * 8;
+  }
+
+  // These take values, not the coder, whose address would keep it out of the registers.
+  // Moves the upper ones of the `held` lowest bits of a low end to the bytes; returns the rest.
+  static std::uint64_t Write(Bytes& bytes, std::uint64_t low, int held);
+  static std::uint64_t Carry(Bytes& bytes, std::uint64_t low, int held);
+  static std::int64_t CountToFollow(std::uint64_t low, int held, ByteView written);
+
+  // The low end: its lowest Held() bits; above those, a carry.
   std::uint64_t low_ = 0;
-  std::uint32_t range_ = 1U << Setup::kBits;
-  int held_ = Setup::kBits;
-  std::int64_t shifted_ = 0;
-  Bytes bytes_;
+  arithmetic::Range range_{1U << Setup::kBits, 0};
+  std::int64_t spent_ = 0;
+  std::int64_t mostSpent_ = kMostHeld - Setup::kBits;  // before bytes have to be written
+  Bytes* bytes_;
+  std::size_t start_;
 };
 
 template <class Setup>
 class ArithmeticDecoder {
  public:
-  explicit ArithmeticDecoder(ByteView stream)
-      : reader_(stream), code_(static_cast<std::uint32_t>(reader_.GetBits(Setup::kBits))) {}
+  explicit ArithmeticDecoder(ByteView stream) : reader_(stream) {}
 
-  // The index of the next symbol in a context, which learns from it; the end symbol teaches
-  // nothing.
+  // The index of the next symbol in a context; to be told to the context unless it is the end
+  // symbol.
   template <class Context>
-  unsigned DecodeIndex(const Context& context) {
-    const Found found = context.Find(code_, range_);
-    Take(found.part);
+  MAROVIA_INLINE unsigned DecodeIndex(const Context& context) {
+    const auto code = static_cast<std::uint32_t>(reader_.Ahead() >> kUnused);
+    const Found found = context.Find(code, range_);
+    const std::uint32_t range = found.part.end - found.part.below;
+    const std::uint64_t low = low_ + found.part.below;
+    const auto [most, less] = arithmetic::WideningOf<Setup::kBits>(low, range);
+    low_ = low << most >> less;
+    range_ = {range << most, less};
+    reader_.Lower(std::uint64_t{found.part.below} << kUnused);
+    reader_.Drop(most - static_cast<int>(less));
     return found.index;
   }
 
   // The next character in a context, which learns from it.
   template <class Context>
-  unsigned Decode(Context& context) {
+  MAROVIA_INLINE unsigned Decode(Context& context) {
     const unsigned index = DecodeIndex(context);
     const unsigned character = context.CharacterAt(index);
     context.Update(index);
@@ -111,30 +152,19 @@ class ArithmeticDecoder {
 
   // At most one code value's bits beyond the end: what is asked for after those does not count.
   [[nodiscard]] std::int64_t BitsRead() const {
-    return std::min(reader_.BitsRead(), reader_.BitsPresent() + Setup::kBits);
+    return std::min(reader_.BitsRead(), reader_.BitsPresent()) + Setup::kBits;
   }
   // Whether a whole code value has been read beyond the end of the stream: what was decoded last is
   // not in the file.
-  [[nodiscard]] bool Exhausted() const {
-    return reader_.NearEnd() && reader_.BitsRead() - Setup::kBits >= reader_.BitsPresent();
-  }
+  [[nodiscard]] bool Exhausted() const { return reader_.BitsRead() >= reader_.BitsPresent(); }
 
  private:
-  static constexpr std::uint32_t kWindowMask = (1U << (Setup::kBits - 1)) - 1;
+  static constexpr int kUnused = 64 - Setup::kBits;
 
-  void Take(const Part& part) {
-    const std::uint32_t low = low_ + part.below;
-    const std::uint32_t range = part.end - part.below;
-    const int shift = arithmetic::Widening<Setup::kBits>(low, range);
-    code_ = ((code_ - part.below) << shift) | static_cast<std::uint32_t>(reader_.GetBits(shift));
-    low_ = (low << shift) & kWindowMask;
-    range_ = range << shift;
-  }
-
+  // What lies ahead begins with the code value less the low end.
   BitReader reader_;
-  std::uint32_t code_;  // the code value less the low end
-  std::uint32_t low_ = 0;
-  std::uint32_t range_ = 1U << Setup::kBits;
+  std::uint64_t low_ = 0;  // its lowest bits count
+  arithmetic::Range range_{1U << Setup::kBits, 0};
 };
 
 extern template class ArithmeticEncoder<FirstSetup>;

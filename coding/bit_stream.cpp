@@ -1,32 +1,31 @@
 #include "coding/bit_stream.h"
 
-#include <utility>
-
 namespace marovia {
 
-void BitWriter::WriteHalf() {
-  heldCount_ -= 32;
-  const auto half = static_cast<std::uint32_t>(held_ >> heldCount_);
-  const std::uint8_t bytes[] = {
-      static_cast<std::uint8_t>(half >> 24), static_cast<std::uint8_t>(half >> 16),
-      static_cast<std::uint8_t>(half >> 8), static_cast<std::uint8_t>(half)};
-  bytes_.insert(bytes_.end(), bytes, bytes + 4);
+void BitWriter::Write(Bytes& bytes, std::uint32_t bits) {
+  const std::uint8_t four[] = {
+      static_cast<std::uint8_t>(bits >> 24), static_cast<std::uint8_t>(bits >> 16),
+      static_cast<std::uint8_t>(bits >> 8), static_cast<std::uint8_t>(bits)};
+  bytes.insert(bytes.end(), four, four + 4);
 }
 
-Bytes BitWriter::Finish() {
+void BitWriter::Finish() {
   for (; heldCount_ > 0; heldCount_ -= 8) {
     const std::uint64_t byte =
         heldCount_ >= 8 ? held_ >> (heldCount_ - 8) : held_ << (8 - heldCount_);
-    bytes_.push_back(static_cast<std::uint8_t>(byte));
+    bytes_->push_back(static_cast<std::uint8_t>(byte));
   }
   heldCount_ = 0;
-  return std::move(bytes_);
 }
 
-std::uint64_t BitReader::LastBytes(std::size_t next) const {
+BitReader::BitReader(ByteView bytes) : bytes_(bytes) {
+  Refill();
+}
+
+std::uint64_t BitReader::LastBytes(ByteView bytes, std::size_t next) {
   std::uint64_t bits = 0;
   for (std::size_t i = next; i < next + 4; ++i) {
-    bits = bits << 8 | (i < bytes_.size() ? bytes_[i] : 0U);
+    bits = bits << 8 | (i < bytes.size() ? bytes[i] : 0U);
   }
   return bits;
 }

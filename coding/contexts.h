@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "base/bits.h"
+
 namespace marovia {
 
 // The two set-ups: width of the code values, total count at which a context's counts are halved,
@@ -24,13 +26,14 @@ struct SecondSetup {
 namespace arithmetic {
 
 constexpr unsigned kMostTotal = 511;
-constexpr int kReciprocalBits = 30;
+constexpr int kFractionBits = 30;
+constexpr std::uint32_t kWhole = 1U << kFractionBits;
 
 // ceil(2^30 / total).
 inline constexpr std::array<std::uint32_t, kMostTotal + 1> kReciprocals = [] {
   std::array<std::uint32_t, kMostTotal + 1> reciprocals{};
   for (std::uint32_t total = 1; total <= kMostTotal; ++total) {
-    reciprocals[total] = ((1U << kReciprocalBits) + total - 1) / total;
+    reciprocals[total] = (kWhole + total - 1) / total;
   }
   return reciprocals;
 }();
@@ -40,21 +43,28 @@ constexpr std::uint32_t Fraction(std::uint32_t count, std::uint32_t total) {
   return count * kReciprocals[total];
 }
 
-// range * count / total without a division. Exact: the reciprocal is too large by less than
-// total / 2^30, which times range * count <= 2^11 * total <= 2^20 stays below one part in total.
-constexpr std::uint32_t Scaled(std::uint32_t range, std::uint32_t fraction) {
-  return static_cast<std::uint32_t>((std::uint64_t{range} * fraction) >> kReciprocalBits);
-}
-
 // All ones or none. Selecting with masks keeps the compiler from branching on what cannot be
 // foretold.
 inline std::uint32_t MaskIf(bool condition) {
   return 0U - static_cast<std::uint32_t>(condition);
 }
 
+// The range of a code interval: `wide`, or half of it. Whether it is halved is known later than
+// `wide` is, so it only adds to a shift that comes after a multiplication.
+struct Range {
+  std::uint32_t wide;
+  unsigned halved;  // 0 or 1; where it is 1, `wide` is even
+
+  // The range times a fraction, without a division. Exact: a fraction is too large by less than
+  // total / 2^30, which times range * count <= 2^11 * total <= 2^20 stays below one part in total.
+  [[nodiscard]] std::uint32_t Times(std::uint32_t fraction) const {
+    return static_cast<std::uint32_t>((std::uint64_t{wide} * fraction) >> (kFractionBits + halved));
+  }
+};
+
 }  // namespace arithmetic
 
-// A symbol's part of a range: from below to end - 1.
+// A symbol's part of a range: from below to end - 1; or the same as fractions of the whole.
 struct Part {
   std::uint32_t below;
   std::uint32_t end;
@@ -78,28 +88,31 @@ class TernaryContext {
   [[nodiscard]] unsigned IndexOf(unsigned character) const { return indexOf_[character]; }
   [[nodiscard]] unsigned CharacterAt(unsigned index) const { return characterAt_[index]; }
 
-  // The part of a symbol; an index of 4 is the end symbol.
-  [[nodiscard]] Part PartOf(unsigned index, std::uint32_t range) const {
-    const std::uint32_t bounds[] = {range, Bound(1, range), Bound(2, range), Bound(3, range), 0};
-    return {bounds[index], bounds[index - 1]};
+  // The part of a symbol, as fractions; an index of 4 is the end symbol.
+  [[nodiscard]] Part PartOf(unsigned index) const {
+    return {fractions_[index], fractions_[index - 1]};
   }
 
-  // The symbol that a code value, less the low end of a range, falls to.
-  [[nodiscard]] Found Find(std::uint32_t code, std::uint32_t range) const {
-    const std::uint32_t first = Bound(1, range);
-    const std::uint32_t second = Bound(2, range);
-    const std::uint32_t third = Bound(3, range);
+  // The symbol that a code value, less the low end of a range, falls to, and its part of the range.
+  [[nodiscard]] MAROVIA_INLINE Found Find(std::uint32_t code,
+                                          const arithmetic::Range& range) const {
+    const std::uint32_t whole = range.wide >> range.halved;
+    const std::uint32_t first = range.Times(fractions_[1]);
+    const std::uint32_t second = range.Times(fractions_[2]);
+    const std::uint32_t third = Setup::kHasEnd ? range.Times(fractions_[3]) : 0;
     const std::uint32_t past1 = arithmetic::MaskIf(code < first);
     const std::uint32_t past2 = arithmetic::MaskIf(code < second);
     if (Setup::kHasEnd && code < third) return {kEndIndex, {0, third}};
     return {1 - past1 - past2,
             {(first & ~past1) | (second & (past1 ^ past2)) | (third & past2),
-             (range & ~past1) | (first & (past1 ^ past2)) | (second & past2)}};
+             (whole & ~past1) | (first & (past1 ^ past2)) | (second & past2)}};
   }
 
-  void Update(unsigned index) {
-    if (Above(0) == Setup::kMostTotal) Halve();
-    if (CountOf(index) == CountOf(index - 1)) index = MoveUp(index);
+  MAROVIA_INLINE void Update(unsigned index) {
+    if (Above(0) == Setup::kMostTotal) [[unlikely]]
+      Halve();
+    if (CountOf(index) == CountOf(index - 1)) [[unlikely]]
+      index = MoveUp(index);
     cumulative_ += kOneUpTo[index];
     SetFractions();
   }
@@ -117,20 +130,14 @@ class TernaryContext {
   [[nodiscard]] std::uint32_t CountOf(unsigned index) const {
     return index == 0 ? 0 : Above(index - 1) - Above(index);
   }
-  // Where in a range the symbols above an index, 1 to 3, end. Without an end symbol none is
-  // above 3.
-  [[nodiscard]] std::uint32_t Bound(unsigned index, std::uint32_t range) const {
-    if (index == 3 && !Setup::kHasEnd) return 0;
-    return arithmetic::Scaled(range, fractions_[index - 1]);
-  }
 
-  constexpr void SetFractions() {
-    for (unsigned index = 1; index <= fractions_.size(); ++index) {
-      fractions_[index - 1] = arithmetic::Fraction(Above(index), Above(0));
+  void SetFractions() {
+    for (unsigned index = 1; index < kSymbols; ++index) {
+      fractions_[index] = arithmetic::Fraction(Above(index), Above(0));
     }
   }
 
-  void Halve() {
+  [[gnu::noinline]] void Halve() {
     std::uint64_t halved = 0;
     std::uint32_t above = 0;
     if (Setup::kHasEnd) {
@@ -145,7 +152,7 @@ class TernaryContext {
   }
 
   // Exchanges a symbol with the first of those that have its count, and returns that one's index.
-  unsigned MoveUp(unsigned index) {
+  [[gnu::noinline]] unsigned MoveUp(unsigned index) {
     unsigned place = index;
     while (CountOf(place) == CountOf(place - 1)) --place;
     std::swap(characterAt_[place], characterAt_[index]);
@@ -156,11 +163,11 @@ class TernaryContext {
 
   // Four lanes: the counts above the indices 0 (the total) to 3.
   std::uint64_t cumulative_ = Setup::kHasEnd ? 0x0001000200030004U : 0x0000000100020003U;
-  // Those above the indices from 1 on as fractions of the total.
-  std::array<std::uint32_t, kSymbols - 1> fractions_ = [] {
-    std::array<std::uint32_t, kSymbols - 1> fractions{};
+  // The same as fractions of the total; the symbols above the last are none.
+  std::array<std::uint32_t, kSymbols + 1> fractions_ = [] {
+    std::array<std::uint32_t, kSymbols + 1> fractions{arithmetic::kWhole};
     for (std::uint32_t i = 1; i < kSymbols; ++i) {
-      fractions[i - 1] = arithmetic::Fraction(kSymbols - i, kSymbols);
+      fractions[i] = arithmetic::Fraction(kSymbols - i, kSymbols);
     }
     return fractions;
   }();
@@ -188,19 +195,20 @@ class BinaryContext {
   [[nodiscard]] unsigned IndexOf(unsigned character) const { return 1 + (character ^ First()); }
   [[nodiscard]] unsigned CharacterAt(unsigned index) const { return First() ^ (index - 1); }
 
-  [[nodiscard]] Part PartOf(unsigned index, std::uint32_t range) const {
-    const std::uint32_t second = arithmetic::Scaled(range, state_.second);
+  [[nodiscard]] Part PartOf(unsigned index) const {
     const std::uint32_t isFirst = arithmetic::MaskIf(index == 1);
-    return {second & isFirst, (range & isFirst) | (second & ~isFirst)};
+    return {state_.second & isFirst, (arithmetic::kWhole & isFirst) | (state_.second & ~isFirst)};
   }
 
-  [[nodiscard]] Found Find(std::uint32_t code, std::uint32_t range) const {
-    const std::uint32_t second = arithmetic::Scaled(range, state_.second);
+  [[nodiscard]] MAROVIA_INLINE Found Find(std::uint32_t code,
+                                          const arithmetic::Range& range) const {
+    const std::uint32_t whole = range.wide >> range.halved;
+    const std::uint32_t second = range.Times(state_.second);
     const std::uint32_t isSecond = arithmetic::MaskIf(code < second);
-    return {1 - isSecond, {second & ~isSecond, (second & isSecond) | (range & ~isSecond)}};
+    return {1 - isSecond, {second & ~isSecond, (second & isSecond) | (whole & ~isSecond)}};
   }
 
-  void Update(unsigned index) {
+  MAROVIA_INLINE void Update(unsigned index) {
     const std::uint32_t isFirst = arithmetic::MaskIf(index == 1);
     number_ = (state_.afterFirst & isFirst) | (state_.afterSecond & ~isFirst);
     state_ = kBinaryStates[number_];

@@ -18,21 +18,23 @@ namespace marovia {
 template <class Symbols>
 class PassDecoder {
  public:
-  PassDecoder(VisitingOrder& order, Symbols& symbols, std::int64_t budget)
+  PassDecoder(VisitingOrder& order, const Symbols& symbols, std::int64_t budget)
       : order_(order),
-        symbols_(symbols),
         budget_(budget),
         found_(order),
-        values_(order.HomeCount()) {}
+        values_(order.HomeCount()),
+        cursor_{symbols} {}
 
   // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
   // stream ended it.
   bool Run(int pass, float threshold) {
     Begin(pass, threshold);
-    return ReadRun() && SignificancePass() && !Spent() && RefinementPass();
+    const bool begun = WithCursor([&](Cursor& at) { return ReadRun(at); });
+    return begun && SignificancePass() && !Spent(cursor_) && RefinementPass();
   }
 
   [[nodiscard]] std::int64_t FoundCount() const { return found_.Count(); }
+  [[nodiscard]] std::int64_t BitsRead() const { return cursor_.symbols.BitsRead(); }
   // Whether the stream ended before the budget.
   [[nodiscard]] bool StreamEnded() const { return streamEnded_; }
 
@@ -56,6 +58,21 @@ class PassDecoder {
   [[nodiscard]] std::span<const float> Values() const { return values_; }
 
  private:
+  // The place in the stream.
+  struct Cursor {
+    Symbols symbols;
+    std::int64_t run = 0;  // pending homes up to and with the next one found
+  };
+
+  // Lends the cursor as a local value, which the compiler keeps in registers.
+  template <class Walk>
+  bool WithCursor(Walk walk) {
+    Cursor at = cursor_;
+    const bool goesOn = walk(at);
+    cursor_ = at;
+    return goesOn;
+  }
+
   void Begin(int pass, float threshold) {
     threshold_ = threshold;
     refinedCount_ = 0;
@@ -65,17 +82,17 @@ class PassDecoder {
     }
   }
 
-  [[nodiscard]] bool Spent() const { return symbols_.BitsRead() >= budget_; }
+  [[nodiscard]] bool Spent(const Cursor& at) const { return at.symbols.BitsRead() >= budget_; }
 
   bool Ended() {
     streamEnded_ = true;
     return false;
   }
 
-  bool ReadRun() {
+  MAROVIA_INLINE bool ReadRun(Cursor& at) {
     std::uint32_t number = 0;
-    if (!symbols_.ReadNumber(number)) return Ended();
-    run_ = number;
+    if (!at.symbols.ReadNumber(number)) return Ended();
+    at.run = number;
     return true;
   }
 
@@ -88,20 +105,21 @@ class PassDecoder {
 
   bool FindIn(std::size_t index) {
     const std::int64_t pending = found_.PendingInStretch(index);
-    if (run_ > pending) {
-      run_ -= pending;
+    if (cursor_.run > pending) {
+      cursor_.run -= pending;
       return true;
     }
     const Stretch& stretch = order_.Stretches()[index];
-    return stretch.ordered ? FindInOrder(order_.OrderOf(index)) : FindInTurn(stretch);
+    if (stretch.ordered) return FindInOrder(order_.OrderOf(index));
+    return WithCursor([&](Cursor& at) { return FindInTurn(at, stretch); });
   }
 
-  bool FindInTurn(const Stretch& stretch) {
+  MAROVIA_INLINE bool FindInTurn(Cursor& at, const Stretch& stretch) {
     for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
       const std::uint64_t mask = HomeSet::RangeMask(i, stretch.first, stretch.last);
-      if (mask == ~std::uint64_t{0} && run_ > found_.PendingInWord(i)) {
-        run_ -= found_.PendingInWord(i);
-      } else if (!FindAmong(static_cast<Home>(i * 64), ~found_.Before().Word(i) & mask)) {
+      if (mask == ~std::uint64_t{0} && at.run > found_.PendingInWord(i)) {
+        at.run -= found_.PendingInWord(i);
+      } else if (!FindAmong(at, static_cast<Home>(i * 64), ~found_.Before().Word(i) & mask)) {
         return false;
       }
     }
@@ -109,82 +127,90 @@ class PassDecoder {
   }
 
   bool FindInOrder(const StretchOrder& order) {
-    return FindInList(order.homes.size(), [&](std::size_t i) { return order.homes[i]; }) &&
-           FindInBlocks(order.blocksOfFound) && FindInBlocks(order.blocksWithFound) &&
-           FindInList(4 * order.blocksWithout.size(), [&](std::size_t i) {
-             return 4 * order.blocksWithout[i / 4] + static_cast<Home>(i % 4);
-           });
+    const auto inList = [&](Cursor& at) {
+      return FindInList(at, order.homes.size(), [&](std::size_t i) { return order.homes[i]; });
+    };
+    const auto inWithout = [&](Cursor& at) {
+      return FindInList(at, 4 * order.blocksWithout.size(), [&](std::size_t i) {
+        return 4 * order.blocksWithout[i / 4] + static_cast<Home>(i % 4);
+      });
+    };
+    return WithCursor(inList) && FindInBlocks(order.blocksOfFound) &&
+           FindInBlocks(order.blocksWithFound) && WithCursor(inWithout);
   }
 
   bool FindInBlocks(std::span<const Home> blocks) {
-    for (const Home block : blocks) {
-      std::uint64_t pending = ~found_.Before().Block(block) & 0xF;
-      while (run_ <= kBlockCounts[pending]) {
-        const Home place = kBlockPlaces[pending][static_cast<std::size_t>(run_ - 1)];
-        if (!Take(4 * block + place)) return false;
-        pending &= 0xEU << place;
+    return WithCursor([&](Cursor& at) {
+      for (const Home block : blocks) {
+        std::uint64_t pending = ~found_.Before().Block(block) & 0xF;
+        while (at.run <= kBlockCounts[pending]) {
+          const Home place = kBlockPlaces[pending][static_cast<std::size_t>(at.run - 1)];
+          if (!Take(at, 4 * block + place)) return false;
+          pending &= 0xEU << place;
+        }
+        at.run -= kBlockCounts[pending];
       }
-      run_ -= kBlockCounts[pending];
-    }
-    return true;
+      return true;
+    });
   }
 
   // Homes that are all pending: homeAt(0) to homeAt(count - 1).
   template <class HomeAt>
-  bool FindInList(std::size_t count, HomeAt homeAt) {
+  MAROVIA_INLINE bool FindInList(Cursor& at, std::size_t count, HomeAt homeAt) {
     auto left = static_cast<std::int64_t>(count);
-    while (run_ <= left) {
-      left -= run_;
-      if (!Take(homeAt(count - static_cast<std::size_t>(left) - 1))) return false;
+    while (at.run <= left) {
+      left -= at.run;
+      if (!Take(at, homeAt(count - static_cast<std::size_t>(left) - 1))) return false;
     }
-    run_ -= left;
+    at.run -= left;
     return true;
   }
 
   // The homes from `base` on that the bits of `pending` mark, the lowest first.
-  bool FindAmong(Home base, std::uint64_t pending) {
+  MAROVIA_INLINE bool FindAmong(Cursor& at, Home base, std::uint64_t pending) {
     while (true) {
       const int count = CountBits(pending);
-      if (run_ > count) {
-        run_ -= count;
+      if (at.run > count) {
+        at.run -= count;
         return true;
       }
-      const int place = PlaceOfBit(pending, static_cast<int>(run_));
-      if (!Take(base + static_cast<Home>(place))) return false;
+      const int place = PlaceOfBit(pending, static_cast<int>(at.run));
+      if (!Take(at, base + static_cast<Home>(place))) return false;
       pending &= ~std::uint64_t{1} << place;
     }
   }
 
-  bool Take(Home home) {
+  MAROVIA_INLINE bool Take(Cursor& at, Home home) {
     bool negative = false;
-    if (!symbols_.ReadSign(negative)) return Ended();
+    if (!at.symbols.ReadSign(negative)) return Ended();
     values_[home] = negative ? -threshold_ : threshold_;
     found_.Take(home);
-    return !Spent() && ReadRun();
+    return !Spent(at) && ReadRun(at);
   }
 
   bool RefinementPass() {
     const HomeList found = found_.ListBefore(order_);
-    for (const Home home : found.Homes()) {
-      bool moves = false;
-      if (!symbols_.ReadRefinement(moves)) return Ended();
-      ++refinedCount_;
-      float& value = values_[home];
-      value += std::copysign(static_cast<float>(moves) * threshold_, value);
-      if (Spent()) return false;
-    }
-    return true;
+    return WithCursor([&](Cursor& at) {
+      for (const Home home : found.Homes()) {
+        bool moves = false;
+        if (!at.symbols.ReadRefinement(moves)) return Ended();
+        ++refinedCount_;
+        float& value = values_[home];
+        value += std::copysign(static_cast<float>(moves) * threshold_, value);
+        if (Spent(at)) return false;
+      }
+      return true;
+    });
   }
 
   VisitingOrder& order_;
-  Symbols& symbols_;
   std::int64_t budget_;
 
   FoundState found_;
   std::vector<float> values_;
   std::int64_t refinedCount_ = 0;  // in this pass
-  std::int64_t run_ = 0;           // pending homes up to and with the next one found
   float threshold_ = 0;
+  Cursor cursor_;
   bool streamEnded_ = false;
 };
 

@@ -17,7 +17,7 @@ namespace marovia {
 template <class Symbols>
 class PassEncoder {
  public:
-  PassEncoder(const BitPlanes& planes, VisitingOrder& order, Symbols& symbols,
+  PassEncoder(const BitPlanes& planes, VisitingOrder& order, const Symbols& symbols,
               const EncoderPlan& plan)
       : planes_(planes),
         order_(order),
@@ -36,52 +36,74 @@ class PassEncoder {
     return SignificancePass(pass) && RefinementPass(pass);
   }
 
+  // After the last pass: closes the stream.
+  void Finish() { symbols_.Finish(); }
+
   [[nodiscard]] std::int64_t FoundCount() const { return found_.Count(); }
+  [[nodiscard]] std::int64_t BitsSent() const { return symbols_.BitsSent(); }
 
  private:
-  [[nodiscard]] bool Spent() const { return symbols_.BitsSpent() >= plan_.budget; }
+  [[nodiscard]] bool Spent(const Symbols& symbols) const {
+    return symbols.BitsSpent() >= plan_.budget;
+  }
 
   // From the switch point on only what lies in the region is found; what does not stays pending.
-  bool MayFind(Home home) {
+  MAROVIA_INLINE bool MayFind(const Symbols& symbols, Home home) {
     if (plan_.region == nullptr) return true;
-    regionOnly_ = regionOnly_ || symbols_.BitsSent() >= plan_.switchPoint;
+    regionOnly_ = regionOnly_ || symbols.BitsSent() >= plan_.switchPoint;
     return !regionOnly_ || plan_.region->Has(home);
   }
 
   // A budget that the header's charge uses up ends the run where a first home is passed by.
   bool EndsBeforeFirstSymbol() {
-    return plan_.testBeforeFirstSymbol && Spent() && !(candidates_.Has(0) && MayFind(0));
+    return plan_.testBeforeFirstSymbol && Spent(symbols_) &&
+           !(candidates_.Has(0) && MayFind(symbols_, 0));
   }
 
   bool SignificancePass(int pass) {
     if (pass == 1 && EndsBeforeFirstSymbol()) return false;
     list_.Fill(candidates_, found_, order_);
+    return WithSymbols([&](Symbols& symbols) { return SendFound(symbols); });
+  }
+
+  MAROVIA_INLINE bool SendFound(Symbols& symbols) {
     std::uint32_t last = 0;
     for (const Candidate& candidate : list_.Candidates()) {
-      if (!MayFind(candidate.home)) continue;
-      symbols_.Found(candidate.number - last, planes_.Negative(candidate.home));
+      if (!MayFind(symbols, candidate.home)) continue;
+      symbols.Found(candidate.number - last, planes_.Negative(candidate.home));
       found_.Take(candidate.home);
       last = candidate.number;
-      if (Spent()) return false;
+      if (Spent(symbols)) return false;
     }
     // Two more than the pending homes left: no decoder takes that for a run.
-    symbols_.EndOfPass(static_cast<std::uint32_t>(found_.Pending()) - last + 2);
-    return !Spent();
+    symbols.EndOfPass(static_cast<std::uint32_t>(found_.Pending()) - last + 2);
+    return !Spent(symbols);
   }
 
   bool RefinementPass(int pass) {
     if (pass == 1) return true;
     const HomeList found = found_.ListBefore(order_);
-    for (const Home home : found.Homes()) {
-      symbols_.Refine(planes_.Moves(home, pass));
-      if (Spent()) return false;
-    }
-    return true;
+    return WithSymbols([&](Symbols& symbols) {
+      for (const Home home : found.Homes()) {
+        symbols.Refine(planes_.Moves(home, pass));
+        if (Spent(symbols)) return false;
+      }
+      return true;
+    });
+  }
+
+  // Lends the writer as a local value, which the compiler keeps in registers.
+  template <class Work>
+  bool WithSymbols(Work work) {
+    Symbols symbols = symbols_;
+    const bool goesOn = work(symbols);
+    symbols_ = symbols;
+    return goesOn;
   }
 
   const BitPlanes& planes_;
   VisitingOrder& order_;
-  Symbols& symbols_;
+  Symbols symbols_;
   EncoderPlan plan_;
 
   FoundState found_;

@@ -8,28 +8,27 @@ void FailOnLongNumber() {
   Fail(Errc::kMalformed, "The stream is damaged: a run in it exceeds 31 bits.");
 }
 
-Bytes BitSymbolWriter::Finish() {
+void BitSymbolWriter::Finish() {
   constexpr std::uint8_t kEndByte = 128;
-  Bytes bytes = writer_.Finish();
-  bytes.push_back(kEndByte);
-  return bytes;
+  writer_.Finish();
+  writer_.AppendByte(kEndByte);
 }
 
-void BitSymbolReader::ReadLongNumber(std::uint32_t& number) {
+BitSymbolReader::LongNumber BitSymbolReader::ReadLongNumber(BitReader reader) {
   std::uint32_t value = 0;
   int digits = 0;
-  while (reader_.GetBit() == 0) {
-    const unsigned digit = reader_.GetBit();
-    if (reader_.PastEnd()) return;
+  while (reader.GetBit() == 0) {
+    const unsigned digit = reader.GetBit();
+    if (reader.PastEnd()) break;
     if (digits == kMostDigits) FailOnLongNumber();
     value |= digit << digits++;
   }
-  number = value + (1U << digits);
+  return {reader, value + (1U << digits)};
 }
 
-Bytes WdrSymbolWriter::Finish() {
-  coder_.EncodeIndex(contexts_[last_], Context::kEndIndex);
-  return coder_.DoneEncoding();
+void WdrSymbolWriter::Finish() {
+  coder_.EncodeIndex(*last_, Models::Context::kEndIndex);
+  coder_.DoneEncoding();
 }
 
 }  // namespace marovia

@@ -7,7 +7,9 @@
 //
 // A writer has Found, EndOfPass, Refine, BitsSpent (to compare with the budget), BitsSent (to
 // compare with a region's switch point, and to report) and Finish. A reader has ReadNumber,
-// ReadSign, ReadRefinement, each false where the stream ended in it, and BitsRead.
+// ReadSign, ReadRefinement, each false where the stream ended in it, and BitsRead. Both are small
+// values that a loop may work on in a copy of its own; what is large, the contexts, are the Models
+// that they refer to.
 #pragma once
 
 #include <algorithm>
@@ -23,52 +25,53 @@ namespace marovia {
 constexpr int kMostDigits = 30;
 [[noreturn]] void FailOnLongNumber();
 
-// Calls send(digit) for the digits of a number, the lowest first, without the leading one.
-template <class Send>
-void ForDigits(std::uint32_t number, Send send) {
-  for (; number > 1; number >>= 1) send(number & 1);
-}
+constexpr unsigned kEndMark = 2;      // the character that ends a number
+constexpr unsigned kEndOfStream = 3;  // what an end symbol counts as
 
-constexpr unsigned kEndMark = 2;  // the character that ends a number
-
-// Takes a number back from the characters that read(character) gives, false where there is no next.
-template <class Read>
-bool FromCharacters(std::uint32_t& number, Read read) {
+// Takes a number back from its characters, up to one that is no digit; that one is returned, or
+// kNoEnd where more digits came than a number has.
+constexpr unsigned kNoEnd = 4;
+template <class Reader>
+MAROVIA_INLINE unsigned FromCharacters(std::uint32_t& number, Reader& reader) {
   std::uint32_t value = 0;
   int digits = 0;
-  unsigned character = 0;
-  while (true) {
-    if (!read(character)) return false;
-    if (character == kEndMark) break;
-    if (digits == kMostDigits) FailOnLongNumber();
+  unsigned character = reader.ReadCharacter();
+  for (; character < kEndMark; character = reader.ReadCharacter()) {
+    if (digits == kMostDigits) return kNoEnd;
     value |= character << digits++;
   }
   number = value + (1U << digits);
-  return true;
+  return character;
 }
+
+struct NoModels {};
 
 class BitSymbolWriter {
  public:
-  explicit BitSymbolWriter(int charge) : charge_(charge) {}
+  using Models = NoModels;
 
-  void Found(std::uint32_t run, bool negative) { AppendNumber(run, negative ? 0b11 : 0b10, 2); }
+  BitSymbolWriter(int charge, Bytes& bytes, Models&) : charge_(charge), writer_(bytes) {}
+
+  MAROVIA_INLINE void Found(std::uint32_t run, bool negative) {
+    AppendNumber(run, negative ? 0b11 : 0b10, 2);
+  }
   void EndOfPass(std::uint32_t number) { AppendNumber(number, 0b1, 1); }
-  void Refine(bool moves) { writer_.TransmitBit(moves ? 1 : 0); }
+  MAROVIA_INLINE void Refine(bool moves) { writer_.TransmitBit(moves ? 1 : 0); }
 
   [[nodiscard]] std::int64_t BitsSpent() const { return BitsSent(); }
   [[nodiscard]] std::int64_t BitsSent() const { return charge_ + writer_.BitsSent(); }
 
-  // A byte of 128 ends the file, whether or not the last one was full.
-  Bytes Finish();
+  // A byte of 128 ends the stream, whether or not the last one was full.
+  void Finish();
 
  private:
-  void AppendNumber(std::uint32_t number, unsigned end, int endBits) {
+  MAROVIA_INLINE void AppendNumber(std::uint32_t number, unsigned end, int endBits) {
     std::uint64_t bits = 0;
     int count = 0;
-    ForDigits(number, [&](std::uint32_t digit) {
-      bits = bits << 2 | digit;
+    for (; number > 1; number >>= 1) {
+      bits = bits << 2 | (number & 1);
       count += 2;
-    });
+    }
     // The digits may fill 60 bits, more than one append takes.
     if (count > 28) {
       writer_.Append(bits >> 28, count - 28);
@@ -84,14 +87,20 @@ class BitSymbolWriter {
 
 class BitSymbolReader {
  public:
-  BitSymbolReader(ByteView stream, int charge) : charge_(charge), reader_(stream) {}
+  using Models = NoModels;
 
-  bool ReadNumber(std::uint32_t& number) {
-    if (!reader_.GetShortNumber(number)) ReadLongNumber(number);
+  BitSymbolReader(int charge, ByteView stream, Models&) : charge_(charge), reader_(stream) {}
+
+  MAROVIA_INLINE bool ReadNumber(std::uint32_t& number) {
+    if (!reader_.GetShortNumber(number)) [[unlikely]] {
+      const LongNumber read = ReadLongNumber(reader_);
+      reader_ = read.reader;
+      number = read.number;
+    }
     return !reader_.PastEnd();
   }
-  bool ReadSign(bool& negative) { return ReadBit(negative); }
-  bool ReadRefinement(bool& moves) { return ReadBit(moves); }
+  MAROVIA_INLINE bool ReadSign(bool& negative) { return ReadBit(negative); }
+  MAROVIA_INLINE bool ReadRefinement(bool& moves) { return ReadBit(moves); }
 
   // The first missing bit counts, as the one that ended the stream; what was read after it does
   // not.
@@ -100,10 +109,14 @@ class BitSymbolReader {
   }
 
  private:
+  struct LongNumber {
+    BitReader reader;  // behind the number
+    std::uint32_t number;
+  };
   // Digit by digit, up to the end of the stream.
-  void ReadLongNumber(std::uint32_t& number);
+  static LongNumber ReadLongNumber(BitReader reader);
 
-  bool ReadBit(bool& bit) {
+  MAROVIA_INLINE bool ReadBit(bool& bit) {
     bit = reader_.GetBit() != 0;
     return !reader_.PastEnd();
   }
@@ -114,79 +127,92 @@ class BitSymbolReader {
 
 // Arithmetic WDR: a context for numbers (their end mark is character 2), one for signs and one for
 // refinements, whose character is 0 where the value moves.
+struct WdrModels {
+  using Context = TernaryContext<FirstSetup>;
+
+  Context numbers;
+  Context signs;
+  Context refinements;
+};
+
 class WdrSymbolWriter {
  public:
-  explicit WdrSymbolWriter(int charge) : charge_(charge) {}
+  using Models = WdrModels;
 
-  void Found(std::uint32_t run, bool negative) {
+  WdrSymbolWriter(int charge, Bytes& bytes, Models& models)
+      : charge_(charge), coder_(bytes), models_(&models), last_(&models.numbers) {}
+
+  MAROVIA_INLINE void Found(std::uint32_t run, bool negative) {
     SendNumber(run);
-    Send(contexts_[1], negative ? 1 : 0);
+    Send(models_->signs, negative ? 1 : 0);
   }
   void EndOfPass(std::uint32_t number) { SendNumber(number); }
-  void Refine(bool moves) { Send(contexts_[2], moves ? 0 : 1); }
+  MAROVIA_INLINE void Refine(bool moves) { Send(models_->refinements, moves ? 0 : 1); }
 
   [[nodiscard]] std::int64_t BitsSpent() const { return charge_ + coder_.BitsSpent(); }
   [[nodiscard]] std::int64_t BitsSent() const { return charge_ + coder_.BitsSent(); }
 
   // Codes the end symbol in the context used last and closes the stream.
-  Bytes Finish();
+  void Finish();
 
  private:
-  using Context = TernaryContext<FirstSetup>;
-
-  void Send(Context& context, unsigned character) {
-    last_ = static_cast<std::size_t>(&context - contexts_.data());
+  MAROVIA_INLINE void Send(Models::Context& context, unsigned character) {
+    last_ = &context;
     coder_.Encode(context, character);
   }
-  void SendNumber(std::uint32_t number) {
-    ForDigits(number, [this](std::uint32_t digit) { Send(contexts_[0], digit); });
-    Send(contexts_[0], kEndMark);
+  MAROVIA_INLINE void SendNumber(std::uint32_t number) {
+    for (; number > 1; number >>= 1) Send(models_->numbers, number & 1);
+    Send(models_->numbers, kEndMark);
   }
 
   int charge_;
   ArithmeticEncoder<FirstSetup> coder_;
-  std::array<Context, 3> contexts_;  // of numbers, signs, refinements
-  std::size_t last_ = 0;
+  Models* models_;
+  const Models::Context* last_;
 };
 
 class WdrSymbolReader {
  public:
-  WdrSymbolReader(ByteView stream, int charge) : charge_(charge), coder_(stream) {}
+  using Models = WdrModels;
 
-  bool ReadNumber(std::uint32_t& number) {
-    return FromCharacters(number,
-                          [this](unsigned& character) { return Read(contexts_[0], character); });
+  WdrSymbolReader(int charge, ByteView stream, Models& models)
+      : charge_(charge), coder_(stream), models_(&models) {}
+
+  MAROVIA_INLINE bool ReadNumber(std::uint32_t& number) {
+    const unsigned end = FromCharacters(number, *this);
+    if (end == kEndOfStream || coder_.Exhausted()) return false;
+    if (end == kNoEnd) FailOnLongNumber();
+    return true;
   }
-  bool ReadSign(bool& negative) {
-    unsigned character = 0;
-    const bool read = Read(contexts_[1], character);
+  MAROVIA_INLINE bool ReadSign(bool& negative) {
+    const unsigned character = Read(models_->signs);
     negative = character == 1;
-    return read;
+    return character != kEndOfStream && !coder_.Exhausted();
   }
-  bool ReadRefinement(bool& moves) {
-    unsigned character = 0;
-    const bool read = Read(contexts_[2], character);
+  MAROVIA_INLINE bool ReadRefinement(bool& moves) {
+    const unsigned character = Read(models_->refinements);
     moves = character == 0;
-    return read;
+    return character != kEndOfStream && !coder_.Exhausted();
   }
 
   [[nodiscard]] std::int64_t BitsRead() const { return charge_ + coder_.BitsRead(); }
 
- private:
-  using Context = TernaryContext<FirstSetup>;
+  // The next character of a number, or kEndOfStream.
+  MAROVIA_INLINE unsigned ReadCharacter() { return Read(models_->numbers); }
 
-  // False at the end symbol and past the end of the stream.
-  bool Read(Context& context, unsigned& character) {
+ private:
+  MAROVIA_INLINE unsigned Read(Models::Context& context) {
     const unsigned index = coder_.DecodeIndex(context);
-    if (index == Context::kEndIndex || coder_.Exhausted()) return false;
-    character = context.CharacterAt(index);
+    if (index == Models::Context::kEndIndex) [[unlikely]]
+      return kEndOfStream;
+    const unsigned character = context.CharacterAt(index);
     context.Update(index);
-    return true;
+    return character;
   }
 
   int charge_;
   ArithmeticDecoder<FirstSetup> coder_;
-  std::array<Context, 3> contexts_;
+  Models* models_;
 };
 
 }  // namespace marovia

@@ -20,17 +20,20 @@ TEST(BitWriter, PutsTheFirstBitInTheHighestPlaceAndFillsUpWithZeros) {
                {"00000001", {1}},  {"101", {160}}, {"00000001011", {1, 96}},
                {"11111111", {255}}};
   for (const auto& c : cases) {
-    BitWriter writer;
+    Bytes bytes;
+    BitWriter writer(bytes);
     for (const char bit : c.bits) writer.TransmitBit(bit == '1' ? 1 : 0);
     EXPECT_EQ(writer.BitsSent(), static_cast<std::int64_t>(c.bits.size()));
-    EXPECT_EQ(writer.Finish(), c.bytes) << c.bits;
+    writer.Finish();
+    EXPECT_EQ(bytes, c.bytes) << c.bits;
   }
 }
 
 TEST(BitWriter, TakesManyBitsAtOnceAsThePlainOneTakesThemSingly) {
   std::mt19937_64 random(4);
   for (int round = 0; round < 200; ++round) {
-    BitWriter writer;
+    Bytes bytes;
+    BitWriter writer(bytes);
     Bytes expected;
     literal::BitWriter plain{&expected};
     for (int i = 0; i < 40; ++i) {
@@ -43,7 +46,8 @@ TEST(BitWriter, TakesManyBitsAtOnceAsThePlainOneTakesThemSingly) {
       ASSERT_EQ(writer.BitsSent(), plain.sent);
     }
     literal::WritePartialByte(plain);
-    ASSERT_EQ(writer.Finish(), expected);
+    writer.Finish();
+    ASSERT_EQ(bytes, expected);
   }
 }
 
@@ -71,7 +75,9 @@ TEST(BitSymbols, SendTheDigitsOfANumberFromTheLowest) {
     std::string_view bits;  // up to the end of a pass
   } cases[] = {{1, "1"}, {2, "001"}, {3, "011"}, {6, "00011"}, {11, "0101001"}};
   for (const auto& c : cases) {
-    BitSymbolWriter writer(120);
+    Bytes bytes;
+    NoModels models;
+    BitSymbolWriter writer(120, bytes, models);
     writer.EndOfPass(c.number);
     EXPECT_EQ(writer.BitsSent(), 120 + static_cast<std::int64_t>(c.bits.size()));
     Bytes expected;
@@ -79,12 +85,15 @@ TEST(BitSymbols, SendTheDigitsOfANumberFromTheLowest) {
     for (const char bit : c.bits) literal::TransmitBit(bit - '0', plain);
     literal::WritePartialByte(plain);
     expected.push_back(128);
-    EXPECT_EQ(writer.Finish(), expected) << c.number;
+    writer.Finish();
+    EXPECT_EQ(bytes, expected) << c.number;
   }
 }
 
 TEST(BitSymbols, ReadBackNumbersOfEveryLength) {
-  BitSymbolWriter writer(120);
+  Bytes stream;
+  NoModels models;
+  BitSymbolWriter writer(120, stream, models);
   std::vector<std::uint32_t> numbers;
   for (int digits = 0; digits <= kMostDigits; ++digits) {
     const std::uint32_t power = 1U << digits;
@@ -94,8 +103,8 @@ TEST(BitSymbols, ReadBackNumbersOfEveryLength) {
       writer.Refine(digits % 3 == 0);
     }
   }
-  const Bytes stream = writer.Finish();
-  BitSymbolReader reader(stream, 120);
+  writer.Finish();
+  BitSymbolReader reader(120, stream, models);
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     std::uint32_t number = 0;
     bool negative = false;
