@@ -161,15 +161,9 @@ void AdaptiveOrder::MakeFirst(Level& level) {
 void AdaptiveOrder::Make(std::size_t index) {
   Level& level = levels_[index];
   level.homes.clear();
-  if (level.blocksOfFound.Room() == 0) {
-    const std::size_t most = level.lastBlock - level.firstBlock;
-    level.blocksOfFound = HomeList(most);
-    level.blocksWithFound = HomeList(most);
-    level.blocksWithout = HomeList(most);
+  for (HomeList* blocks : {&level.blocksOfFound, &level.blocksWithFound, &level.blocksWithout}) {
+    blocks->Clear(level.lastBlock - level.firstBlock);
   }
-  level.blocksOfFound.Clear();
-  level.blocksWithFound.Clear();
-  level.blocksWithout.Clear();
   if (index == 0) {
     // The parents keep their order, which is that of their numbers from the low band's size on.
     AppendParentsOf(level, level.firstBlock, level.lastBlock);

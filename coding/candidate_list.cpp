@@ -1,14 +1,40 @@
 #include "coding/candidate_list.h"
 
+#include <array>
 #include <bit>
 
 namespace marovia {
+namespace {
+
+// The candidates of a block, the lowest first: their places in it, and their numbers among its
+// pending homes, from 1.
+struct BlockCandidates {
+  std::array<std::uint8_t, 4> places;
+  std::array<std::uint8_t, 4> numbers;
+};
+
+// By the set of the pending homes, shifted by 4, and that of the candidates.
+constexpr std::array<BlockCandidates, 256> kBlockCandidates = [] {
+  std::array<BlockCandidates, 256> blocks{};
+  for (unsigned key = 0; key < blocks.size(); ++key) {
+    unsigned count = 0;
+    for (unsigned place = 0; place < 4; ++place) {
+      if ((key >> place & 1) == 0) continue;
+      const unsigned upTo = key >> 4 & (0xFU >> (3 - place));
+      blocks[key].places[count] = static_cast<std::uint8_t>(place);
+      blocks[key].numbers[count++] = kBlockCounts[upTo];
+    }
+  }
+  return blocks;
+}();
+
+}  // namespace
 
 void CandidateList::Fill(const HomeSet& candidates, const FoundState& found, VisitingOrder& order) {
   candidates_ = &candidates;
   found_ = &found;
   passed_ = 0;
-  list_.clear();
+  MakeRoom();
   const auto stretches = order.Stretches();
   for (std::size_t i = 0; i < stretches.size(); ++i) {
     if (!stretches[i].ordered) {
@@ -19,6 +45,16 @@ void CandidateList::Fill(const HomeSet& candidates, const FoundState& found, Vis
       passed_ += static_cast<std::uint32_t>(found.PendingInStretch(i));
     }
   }
+}
+
+// A block always writes four.
+void CandidateList::MakeRoom() {
+  std::size_t most = 4;
+  for (std::size_t i = 0; i < candidates_->WordCount(); ++i) {
+    most += static_cast<std::size_t>(CountBits(candidates_->Word(i)));
+  }
+  if (list_.Size() < most) list_ = Buffer<Candidate>(most);
+  count_ = 0;
 }
 
 void CandidateList::AppendInTurn(const Stretch& stretch) {
@@ -36,7 +72,7 @@ void CandidateList::AppendInTurn(const Stretch& stretch) {
 void CandidateList::AppendInOrder(const StretchOrder& order) {
   for (const Home home : order.homes) {
     ++passed_;
-    if (candidates_->Has(home)) list_.push_back({home, passed_});
+    if (candidates_->Has(home)) Append(home, passed_);
   }
   AppendBlocks(order.blocksOfFound);
   AppendBlocks(order.blocksWithFound);
@@ -44,22 +80,34 @@ void CandidateList::AppendInOrder(const StretchOrder& order) {
 }
 
 void CandidateList::AppendBlocks(std::span<const Home> blocks) {
+  Candidate* to = list_.Data() + count_;
+  std::uint32_t passed = passed_;
   for (const Home block : blocks) {
     const std::uint64_t pending = ~found_->Before().Block(block) & 0xF;
-    std::uint64_t bits = candidates_->Block(block);
-    for (; bits != 0; bits &= bits - 1) {
-      const auto place = static_cast<Home>(std::countr_zero(bits));
-      list_.push_back({4 * block + place, passed_ + kBlockCounts[pending & (0xFU >> (3 - place))]});
+    const std::uint64_t candidates = candidates_->Block(block);
+    const BlockCandidates& entry = kBlockCandidates[pending << 4 | candidates];
+    for (std::size_t i = 0; i < 4; ++i) {
+      to[i] = {4 * block + entry.places[i], passed + entry.numbers[i]};
     }
-    passed_ += kBlockCounts[pending];
+    to += kBlockCounts[candidates];
+    passed += kBlockCounts[pending];
   }
+  passed_ = passed;
+  count_ = static_cast<std::size_t>(to - list_.Data());
 }
 
 void CandidateList::AppendPendingBlocks(std::span<const Home> blocks) {
-  for (const Home block : blocks) {
-    for (std::uint64_t bits = candidates_->Block(block); bits != 0; bits &= bits - 1) {
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    // Mostly the next four blocks are the children of one, and hold nothing.
+    if (i + 4 <= blocks.size() && blocks[i] % 4 == 0 && blocks[i + 3] == blocks[i] + 3 &&
+        candidates_->Children(blocks[i] / 4) == 0) {
+      i += 3;
+      passed_ += 16;
+      continue;
+    }
+    for (std::uint64_t bits = candidates_->Block(blocks[i]); bits != 0; bits &= bits - 1) {
       const auto place = static_cast<Home>(std::countr_zero(bits));
-      list_.push_back({4 * block + place, passed_ + place + 1});
+      Append(4 * blocks[i] + place, passed_ + place + 1);
     }
     passed_ += 4;
   }
@@ -69,8 +117,8 @@ void CandidateList::AppendPendingBlocks(std::span<const Home> blocks) {
 void CandidateList::AppendAmong(Home base, std::uint64_t pending, std::uint64_t candidates) {
   for (; candidates != 0; candidates &= candidates - 1) {
     const std::uint64_t upTo = candidates ^ (candidates - 1);
-    list_.push_back({base + static_cast<Home>(std::countr_zero(candidates)),
-                     passed_ + static_cast<std::uint32_t>(CountBits(pending & upTo))});
+    Append(base + static_cast<Home>(std::countr_zero(candidates)),
+           passed_ + static_cast<std::uint32_t>(CountBits(pending & upTo)));
   }
   passed_ += static_cast<std::uint32_t>(CountBits(pending));
 }

@@ -1,8 +1,7 @@
 // What a pass finds, in its order of visiting.
 #pragma once
 
-#include <vector>
-
+#include "base/buffer.h"
 #include "coding/found_state.h"
 
 namespace marovia {
@@ -19,19 +18,24 @@ class CandidateList {
   // All homes of `candidates`, none of which is found before this pass.
   void Fill(const HomeSet& candidates, const FoundState& found, VisitingOrder& order);
 
-  [[nodiscard]] std::span<const Candidate> Candidates() const { return list_; }
+  [[nodiscard]] std::span<const Candidate> Candidates() const {
+    return list_.Values().first(count_);
+  }
 
  private:
+  void MakeRoom();
   void AppendInTurn(const Stretch& stretch);
   void AppendInOrder(const StretchOrder& order);
   void AppendBlocks(std::span<const Home> blocks);
   void AppendPendingBlocks(std::span<const Home> blocks);
   void AppendAmong(Home base, std::uint64_t pending, std::uint64_t candidates);
+  void Append(Home home, std::uint32_t number) { list_[count_++] = {home, number}; }
 
   const HomeSet* candidates_ = nullptr;
   const FoundState* found_ = nullptr;
   std::uint32_t passed_ = 0;  // pending homes so far
-  std::vector<Candidate> list_;
+  Buffer<Candidate> list_;
+  std::size_t count_ = 0;
 };
 
 }  // namespace marovia

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <utility>
 
@@ -176,7 +177,8 @@ class TernaryContext {
 };
 
 // A state of a two-character context: what the count of the second character is of the total, and
-// the numbers of the states that follow. Its own number is odd where character 1 comes first.
+// the numbers of the states that follow. A state's number is odd where character 1 comes first; so
+// is that of the state after its first character, which stays the first.
 struct BinaryState {
   std::uint32_t second;
   std::uint16_t afterFirst;
@@ -208,17 +210,18 @@ class BinaryContext {
     return {1 - isSecond, {second & ~isSecond, (second & isSecond) | (whole & ~isSecond)}};
   }
 
+  // Both states that may follow are loaded before it is known which does.
   MAROVIA_INLINE void Update(unsigned index) {
-    const std::uint32_t isFirst = arithmetic::MaskIf(index == 1);
-    number_ = (state_.afterFirst & isFirst) | (state_.afterSecond & ~isFirst);
-    state_ = kBinaryStates[number_];
+    const auto afterFirst = std::bit_cast<std::uint64_t>(kBinaryStates[state_.afterFirst]);
+    const auto afterSecond = std::bit_cast<std::uint64_t>(kBinaryStates[state_.afterSecond]);
+    const std::uint64_t isSecond = std::uint64_t{1} - index;
+    state_ = std::bit_cast<BinaryState>(afterFirst ^ ((afterFirst ^ afterSecond) & isSecond));
   }
 
  private:
-  [[nodiscard]] unsigned First() const { return number_ & 1; }
+  [[nodiscard]] unsigned First() const { return state_.afterFirst & 1; }
 
   BinaryState state_ = kBinaryStates[0];
-  std::uint32_t number_ = 0;
 };
 
 }  // namespace marovia

@@ -34,8 +34,8 @@ void FoundState::Settle() {
   }
 }
 
-HomeList FoundState::ListBefore(VisitingOrder& order) const {
-  HomeList list(static_cast<std::size_t>(count_));
+void FoundState::ListBefore(VisitingOrder& order, HomeList& list) const {
+  list.Clear(static_cast<std::size_t>(count_));
   for (std::size_t i = 0; i < stretches_.size(); ++i) {
     if (pendingInStretch_[i] == stretches_[i].Size()) continue;
     if (!stretches_[i].ordered) {
@@ -46,7 +46,13 @@ HomeList FoundState::ListBefore(VisitingOrder& order) const {
     AppendBlocks(blocks.blocksOfFound, list);
     AppendBlocks(blocks.blocksWithFound, list);
   }
-  return list;
+}
+
+void FoundState::ListPending(const StretchOrder& order, HomeList& list) const {
+  list.Clear(4 * (order.blocksOfFound.size() + order.blocksWithFound.size()));
+  for (const std::span<const Home> blocks : {order.blocksOfFound, order.blocksWithFound}) {
+    for (const Home block : blocks) list.AppendBlock(4 * block, ~before_.Block(block) & 0xF);
+  }
 }
 
 void FoundState::AppendInTurn(const Stretch& stretch, HomeList& list) const {

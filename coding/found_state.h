@@ -36,8 +36,11 @@ class FoundState {
   // The pass is over: what it found counts as found before.
   void Settle();
 
-  // The homes found before this pass, in its order of visiting.
-  [[nodiscard]] HomeList ListBefore(VisitingOrder& order) const;
+  // Fills a list with the homes found before this pass, in its order of visiting.
+  void ListBefore(VisitingOrder& order, HomeList& list) const;
+  // Fills a list with those not found before this pass in the blocks of a stretch that may hold
+  // others.
+  void ListPending(const StretchOrder& order, HomeList& list) const;
 
  private:
   void AppendInTurn(const Stretch& stretch, HomeList& list) const;

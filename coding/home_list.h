@@ -25,12 +25,11 @@ inline constexpr std::array<std::array<Home, 4>, 16> kBlockPlaces = [] {
 
 class HomeList {
  public:
-  HomeList() = default;
-  // Room for `most` homes.
-  explicit HomeList(std::size_t most) : homes_(most + kSlack) {}
-
-  [[nodiscard]] std::size_t Room() const { return homes_.Size(); }
-  void Clear() { count_ = 0; }
+  // Empties the list, with room for at least `most` homes.
+  void Clear(std::size_t most) {
+    if (homes_.Size() < most + kSlack) homes_ = Buffer<Home>(most + kSlack);
+    count_ = 0;
+  }
   void Append(Home home) { homes_[count_++] = home; }
   // Those of the homes base to base + 3 that the four bits of `set` mark. Always writes four, so
   // the room holds that many more than the homes.

@@ -1,12 +1,12 @@
 // The passes of every decompressor: what PassEncoder sends, taken back.
 //
 // A run says how many pending homes lie between two that are found, so the decoder jumps: over the
-// words of a set of homes by counting their bits, over whole stretches and blocks that hold nothing
-// found by subtraction.
+// words of a set of homes by counting their bits, over whole stretches by subtraction, to a place
+// in a list of pending homes at once.
 #pragma once
 
+#include <array>
 #include <bit>
-#include <cmath>
 #include <vector>
 
 #include "coding/found_state.h"
@@ -29,8 +29,7 @@ class PassDecoder {
   // stream ended it.
   bool Run(int pass, float threshold) {
     Begin(pass, threshold);
-    const bool begun = WithCursor([&](Cursor& at) { return ReadRun(at); });
-    return begun && SignificancePass() && !Spent(cursor_) && RefinementPass();
+    return ReadRun(cursor_) && SignificancePass() && !Spent(cursor_) && RefinementPass();
   }
 
   [[nodiscard]] std::int64_t FoundCount() const { return found_.Count(); }
@@ -42,8 +41,8 @@ class PassDecoder {
   // end.
   void PlaceInTheMiddle() {
     std::int64_t visited = 0;
-    const HomeList found = found_.ListBefore(order_);
-    for (const Home home : found.Homes()) {
+    found_.ListBefore(order_, refined_);
+    for (const Home home : refined_.Homes()) {
       values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
     }
     for (std::size_t i = 0; i < found_.Now().WordCount(); ++i) {
@@ -58,23 +57,16 @@ class PassDecoder {
   [[nodiscard]] std::span<const float> Values() const { return values_; }
 
  private:
-  // The place in the stream.
+  // The place in the stream. A loop works on a local copy, which the compiler keeps in registers;
+  // what the loop calls is therefore inlined.
   struct Cursor {
     Symbols symbols;
     std::int64_t run = 0;  // pending homes up to and with the next one found
   };
 
-  // Lends the cursor as a local value, which the compiler keeps in registers.
-  template <class Walk>
-  bool WithCursor(Walk walk) {
-    Cursor at = cursor_;
-    const bool goesOn = walk(at);
-    cursor_ = at;
-    return goesOn;
-  }
-
   void Begin(int pass, float threshold) {
     threshold_ = threshold;
+    steps_ = {0.0F, threshold, -0.0F, -threshold};
     refinedCount_ = 0;
     if (pass > 1) {
       found_.Settle();
@@ -110,8 +102,11 @@ class PassDecoder {
       return true;
     }
     const Stretch& stretch = order_.Stretches()[index];
-    if (stretch.ordered) return FindInOrder(order_.OrderOf(index));
-    return WithCursor([&](Cursor& at) { return FindInTurn(at, stretch); });
+    Cursor at = cursor_;
+    const bool goesOn =
+        stretch.ordered ? FindInOrder(at, order_.OrderOf(index)) : FindInTurn(at, stretch);
+    cursor_ = at;
+    return goesOn;
   }
 
   MAROVIA_INLINE bool FindInTurn(Cursor& at, const Stretch& stretch) {
@@ -126,32 +121,13 @@ class PassDecoder {
     return true;
   }
 
-  bool FindInOrder(const StretchOrder& order) {
-    const auto inList = [&](Cursor& at) {
-      return FindInList(at, order.homes.size(), [&](std::size_t i) { return order.homes[i]; });
-    };
-    const auto inWithout = [&](Cursor& at) {
-      return FindInList(at, 4 * order.blocksWithout.size(), [&](std::size_t i) {
-        return 4 * order.blocksWithout[i / 4] + static_cast<Home>(i % 4);
-      });
-    };
-    return WithCursor(inList) && FindInBlocks(order.blocksOfFound) &&
-           FindInBlocks(order.blocksWithFound) && WithCursor(inWithout);
-  }
-
-  bool FindInBlocks(std::span<const Home> blocks) {
-    return WithCursor([&](Cursor& at) {
-      for (const Home block : blocks) {
-        std::uint64_t pending = ~found_.Before().Block(block) & 0xF;
-        while (at.run <= kBlockCounts[pending]) {
-          const Home place = kBlockPlaces[pending][static_cast<std::size_t>(at.run - 1)];
-          if (!Take(at, 4 * block + place)) return false;
-          pending &= 0xEU << place;
-        }
-        at.run -= kBlockCounts[pending];
-      }
-      return true;
-    });
+  MAROVIA_INLINE bool FindInOrder(Cursor& at, const StretchOrder& order) {
+    found_.ListPending(order, pending_);
+    const std::span<const Home> homes = order.homes.empty() ? pending_.Homes() : order.homes;
+    return FindInList(at, homes.size(), [&](std::size_t i) { return homes[i]; }) &&
+           FindInList(at, 4 * order.blocksWithout.size(), [&](std::size_t i) {
+             return 4 * order.blocksWithout[i / 4] + static_cast<Home>(i % 4);
+           });
   }
 
   // Homes that are all pending: homeAt(0) to homeAt(count - 1).
@@ -183,24 +159,30 @@ class PassDecoder {
   MAROVIA_INLINE bool Take(Cursor& at, Home home) {
     bool negative = false;
     if (!at.symbols.ReadSign(negative)) return Ended();
-    values_[home] = negative ? -threshold_ : threshold_;
+    values_[home] = steps_[negative ? 3 : 1];
     found_.Take(home);
     return !Spent(at) && ReadRun(at);
   }
 
   bool RefinementPass() {
-    const HomeList found = found_.ListBefore(order_);
-    return WithCursor([&](Cursor& at) {
-      for (const Home home : found.Homes()) {
-        bool moves = false;
-        if (!at.symbols.ReadRefinement(moves)) return Ended();
-        ++refinedCount_;
-        float& value = values_[home];
-        value += std::copysign(static_cast<float>(moves) * threshold_, value);
-        if (Spent(at)) return false;
-      }
-      return true;
-    });
+    found_.ListBefore(order_, refined_);
+    Cursor at = cursor_;
+    const bool goesOn = Refine(at);
+    cursor_ = at;
+    return goesOn;
+  }
+
+  MAROVIA_INLINE bool Refine(Cursor& at) {
+    for (const Home home : refined_.Homes()) {
+      bool moves = false;
+      if (!at.symbols.ReadRefinement(moves)) return Ended();
+      ++refinedCount_;
+      float& value = values_[home];
+      const unsigned negative = std::bit_cast<std::uint32_t>(value) >> 31;
+      value += steps_[2 * negative + (moves ? 1 : 0)];
+      if (Spent(at)) return false;
+    }
+    return true;
   }
 
   VisitingOrder& order_;
@@ -208,8 +190,13 @@ class PassDecoder {
 
   FoundState found_;
   std::vector<float> values_;
-  std::int64_t refinedCount_ = 0;  // in this pass
+  HomeList pending_;  // in the blocks of a stretch that may hold found homes
+  HomeList refined_;  // what this pass refines, and so far has refined
+  std::int64_t refinedCount_ = 0;
   float threshold_ = 0;
+  // Away from 0, by none or a threshold, for a positive value and for a negative one. A table,
+  // since signs and moves cannot be foretold.
+  std::array<float, 4> steps_{};
   Cursor cursor_;
   bool streamEnded_ = false;
 };

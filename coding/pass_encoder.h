@@ -63,7 +63,10 @@ class PassEncoder {
   bool SignificancePass(int pass) {
     if (pass == 1 && EndsBeforeFirstSymbol()) return false;
     list_.Fill(candidates_, found_, order_);
-    return WithSymbols([&](Symbols& symbols) { return SendFound(symbols); });
+    Symbols symbols = symbols_;
+    const bool goesOn = SendFound(symbols);
+    symbols_ = symbols;
+    return goesOn;
   }
 
   MAROVIA_INLINE bool SendFound(Symbols& symbols) {
@@ -82,33 +85,32 @@ class PassEncoder {
 
   bool RefinementPass(int pass) {
     if (pass == 1) return true;
-    const HomeList found = found_.ListBefore(order_);
-    return WithSymbols([&](Symbols& symbols) {
-      for (const Home home : found.Homes()) {
-        symbols.Refine(planes_.Moves(home, pass));
-        if (Spent(symbols)) return false;
-      }
-      return true;
-    });
-  }
-
-  // Lends the writer as a local value, which the compiler keeps in registers.
-  template <class Work>
-  bool WithSymbols(Work work) {
+    found_.ListBefore(order_, refined_);
     Symbols symbols = symbols_;
-    const bool goesOn = work(symbols);
+    const bool goesOn = SendRefinements(symbols, pass);
     symbols_ = symbols;
     return goesOn;
   }
 
+  MAROVIA_INLINE bool SendRefinements(Symbols& symbols, int pass) {
+    for (const Home home : refined_.Homes()) {
+      symbols.Refine(planes_.Moves(home, pass));
+      if (Spent(symbols)) return false;
+    }
+    return true;
+  }
+
   const BitPlanes& planes_;
   VisitingOrder& order_;
+  // A loop works on a local copy, which the compiler keeps in registers; what the loop calls is
+  // therefore inlined.
   Symbols symbols_;
   EncoderPlan plan_;
 
   FoundState found_;
   HomeSet candidates_;  // what this pass finds as long as the budget lasts
   CandidateList list_;  // the same in the order of visiting
+  HomeList refined_;    // what this pass refines
   bool regionOnly_ = false;
 };
 
