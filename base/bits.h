@@ -57,13 +57,13 @@ inline std::uint32_t ReverseBits(std::uint32_t bits, int count) {
 
 }  // namespace marovia
 
-// Compiles a function once more for processors with 256-bit vectors; which one runs is decided when
-// the program starts. Results are the same: no multiply-add is fused. Such a function must not
-// throw (its callers are compiled as if it could not), and sanitizers cannot follow the choice,
-// which is made before they are ready.
+// Compiles a function more than once, for processors with wider vectors too; which one runs is
+// decided when the program starts. Results are the same: no multiply-add is fused. Such a function
+// must not throw (its callers are compiled as if it could not), and sanitizers cannot follow the
+// choice, which is made before they are ready.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && \
     !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-#define MAROVIA_WIDE_VECTORS [[gnu::target_clones("avx2", "default")]]
+#define MAROVIA_WIDE_VECTORS [[gnu::target_clones("avx512f", "avx2", "default")]]
 #else
 #define MAROVIA_WIDE_VECTORS
 #endif

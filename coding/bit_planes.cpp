@@ -48,16 +48,30 @@ MAROVIA_WIDE_VECTORS void FindPasses(std::span<const float> homes, int exponent,
   }
 }
 
+MAROVIA_WIDE_VECTORS void FindEarliest(const std::vector<std::uint8_t>& passes,
+                                       std::vector<std::uint8_t>& earliest) {
+  for (std::size_t word = 0; word < earliest.size(); ++word) {
+    const std::uint8_t* from = &passes[64 * word];
+    std::uint8_t least = kNever;
+    for (std::size_t i = 0; i < 64; ++i) least = std::min(least, from[i]);
+    earliest[word] = least;
+  }
+}
+
 }  // namespace
 
 BitPlanes::BitPlanes(Buffer<float> homes, int exponent)
-    : homes_(std::move(homes)), passes_((homes_.Size() / 64 + 1) * 64, kNever) {
+    : homes_(std::move(homes)),
+      passes_((homes_.Size() / 64 + 1) * 64, kNever),
+      earliest_(passes_.size() / 64) {
   FindPasses(homes_.Values(), exponent, passes_);
+  FindEarliest(passes_, earliest_);
 }
 
 void BitPlanes::FoundIn(int pass, HomeSet& homes) const {
   for (std::size_t i = 0; i < homes.WordCount(); ++i) {
-    homes.Word(i) = EqualBytes(&passes_[64 * i], static_cast<std::uint8_t>(pass));
+    homes.Word(i) =
+        earliest_[i] <= pass ? EqualBytes(&passes_[64 * i], static_cast<std::uint8_t>(pass)) : 0;
   }
 }
 

@@ -9,7 +9,10 @@ FoundState::FoundState(const VisitingOrder& order)
     : stretches_(order.Stretches()),
       before_(order.HomeCount()),
       now_(order.HomeCount()),
-      pendingInWord_(before_.WordCount(), 64) {
+      wordsBefore_(before_.WordCount()),
+      wordsNow_(before_.WordCount()),
+      pendingInWord_(before_.WordCount(), 64),
+      pendingInGroup_(before_.WordCount() / kGroup + 1, 64 * kGroup) {
   for (const Stretch& stretch : stretches_) pendingInStretch_.push_back(stretch.Size());
 }
 
@@ -19,19 +22,21 @@ std::int64_t FoundState::Pending() const {
 
 void FoundState::Settle() {
   std::size_t stretch = 0;
-  for (std::size_t i = 0; i < now_.WordCount(); ++i) {
+  ForMembers(wordsNow_, 0, now_.WordCount(), [&](std::size_t i) {
     const std::uint64_t found = now_.Word(i);
-    if (found == 0) continue;
     before_.Word(i) |= found;
     now_.Word(i) = 0;
+    wordsBefore_.Insert(static_cast<Home>(i));
     pendingInWord_[i] = static_cast<std::uint8_t>(pendingInWord_[i] - CountBits(found));
+    pendingInGroup_[i / kGroup] -= CountBits(found);
     // A word may reach over the end of a stretch.
     while (stretches_[stretch].last <= i * 64) ++stretch;
     for (std::size_t s = stretch; s < stretches_.size() && stretches_[s].first < i * 64 + 64; ++s) {
       const std::uint64_t mask = HomeSet::RangeMask(i, stretches_[s].first, stretches_[s].last);
       pendingInStretch_[s] -= CountBits(found & mask);
     }
-  }
+  });
+  wordsNow_.Clear();
 }
 
 void FoundState::ListBefore(VisitingOrder& order, HomeList& list) const {
@@ -56,13 +61,15 @@ void FoundState::ListPending(const StretchOrder& order, HomeList& list) const {
 }
 
 void FoundState::AppendInTurn(const Stretch& stretch, HomeList& list) const {
-  for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
-    if (before_.Word(i) == 0) continue;
-    std::uint64_t bits = before_.Word(i) & HomeSet::RangeMask(i, stretch.first, stretch.last);
-    for (; bits != 0; bits &= bits - 1) {
-      list.Append(static_cast<Home>(i * 64) + static_cast<Home>(std::countr_zero(bits)));
-    }
-  }
+  ForMembers(wordsBefore_, stretch.first / 64, (std::size_t{stretch.last} + 63) / 64,
+             [&](std::size_t i) {
+               std::uint64_t bits = before_.Word(i);
+               bits &= HomeSet::RangeMask(i, stretch.first, stretch.last);
+               for (; bits != 0; bits &= bits - 1) {
+                 const auto place = static_cast<Home>(std::countr_zero(bits));
+                 list.Append(static_cast<Home>(i * 64) + place);
+               }
+             });
 }
 
 void FoundState::AppendBlocks(std::span<const Home> blocks, HomeList& list) const {

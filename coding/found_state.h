@@ -13,6 +13,9 @@ namespace marovia {
 
 class FoundState {
  public:
+  // So many words are a group.
+  static constexpr std::size_t kGroup = 64;
+
   explicit FoundState(const VisitingOrder& order);
 
   // In the passes before this one. Nothing changes here during a pass.
@@ -21,8 +24,10 @@ class FoundState {
   [[nodiscard]] const HomeSet& Now() const { return now_; }
   [[nodiscard]] std::int64_t Count() const { return count_; }
 
-  // The homes not found before this pass: of one word of 64 homes, of one stretch, of all.
+  // The homes not found before this pass: of one word of 64 homes, of one group of words, of one
+  // stretch, of all.
   [[nodiscard]] int PendingInWord(std::size_t word) const { return pendingInWord_[word]; }
+  [[nodiscard]] int PendingInGroup(std::size_t group) const { return pendingInGroup_[group]; }
   [[nodiscard]] std::int64_t PendingInStretch(std::size_t stretch) const {
     return pendingInStretch_[stretch];
   }
@@ -30,6 +35,7 @@ class FoundState {
 
   void Take(Home home) {
     now_.Insert(home);
+    wordsNow_.Insert(home / 64);
     ++count_;
   }
 
@@ -49,7 +55,11 @@ class FoundState {
   std::span<const Stretch> stretches_;
   HomeSet before_;
   HomeSet now_;
+  // The numbers of the words of both that are not empty.
+  HomeSet wordsBefore_;
+  HomeSet wordsNow_;
   std::vector<std::uint8_t> pendingInWord_;
+  std::vector<int> pendingInGroup_;
   std::vector<std::int64_t> pendingInStretch_;
   std::int64_t count_ = 0;
 };

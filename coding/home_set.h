@@ -1,6 +1,8 @@
 // Sets of homes: the coefficients under the numbers that a scan gives them.
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -23,6 +25,8 @@ class HomeSet {
 
   [[nodiscard]] bool Has(Home home) const { return (words_[home / 64] >> (home % 64) & 1) != 0; }
   void Insert(Home home) { words_[home / 64] |= std::uint64_t{1} << (home % 64); }
+
+  void Clear() { std::fill(words_.begin(), words_.end(), 0); }
 
   // The homes of one block, the lowest bit the first of them.
   [[nodiscard]] std::uint64_t Block(Home block) const {
@@ -47,5 +51,18 @@ class HomeSet {
  private:
   std::vector<std::uint64_t> words_;
 };
+
+// Calls visit(member) for the homes first to last - 1 that are in a set.
+template <class Visit>
+void ForMembers(const HomeSet& set, std::size_t first, std::size_t last, Visit visit) {
+  for (std::size_t i = first / 64; i * 64 < last; ++i) {
+    std::uint64_t bits = set.Word(i);
+    if (bits == 0) continue;
+    bits &= HomeSet::RangeMask(i, static_cast<Home>(first), static_cast<Home>(last));
+    for (; bits != 0; bits &= bits - 1) {
+      visit(i * 64 + static_cast<std::size_t>(std::countr_zero(bits)));
+    }
+  }
+}
 
 }  // namespace marovia

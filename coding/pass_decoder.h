@@ -110,7 +110,14 @@ class PassDecoder {
   }
 
   MAROVIA_INLINE bool FindInTurn(Cursor& at, const Stretch& stretch) {
+    constexpr std::size_t kGroup = FoundState::kGroup;
     for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
+      const bool wholeGroup = i % kGroup == 0 && (i + kGroup) * 64 <= stretch.last;
+      if (wholeGroup && at.run > found_.PendingInGroup(i / kGroup)) {
+        at.run -= found_.PendingInGroup(i / kGroup);
+        i += kGroup - 1;
+        continue;
+      }
       const std::uint64_t mask = HomeSet::RangeMask(i, stretch.first, stretch.last);
       if (mask == ~std::uint64_t{0} && at.run > found_.PendingInWord(i)) {
         at.run -= found_.PendingInWord(i);

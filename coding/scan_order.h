@@ -5,6 +5,7 @@
 // the level adds the band below it, the band to its right and the one across.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -83,38 +84,61 @@ void ForRows(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Vi
   }
 }
 
-// A few columns at a time: a whole one at a time would take a cache line for every position.
+// Calls visit(top, bottom, left, right) for tiles of a band. Without them a column or a diagonal
+// would take a cache line, and in large images a page, for every position.
 template <class Visit>
-void ForColumns(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
-  constexpr int kTile = 8;
-  const auto rows = static_cast<std::uint32_t>(band.rows);
-  for (int left = 0; left < band.cols; left += kTile) {
-    const int right = left + kTile < band.cols ? left + kTile : band.cols;
-    for (std::uint32_t i = 0; i < rows; ++i) {
-      for (int j = left; j < right; ++j) {
-        const std::uint32_t along = j % 2 == 0 ? i : rows - 1 - i;
-        visit(first + static_cast<std::uint32_t>(j) * rows + along,
-              grid.Position(band.row + static_cast<int>(i), band.col + j));
-      }
+void ForTiles(const BandWalk& band, int tileRows, int tileCols, Visit visit) {
+  for (int left = 0; left < band.cols; left += tileCols) {
+    const int right = std::min(left + tileCols, band.cols);
+    for (int top = 0; top < band.rows; top += tileRows) {
+      visit(top, std::min(top + tileRows, band.rows), left, right);
     }
   }
 }
 
 template <class Visit>
-void ForDiagonals(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
-  const auto step = static_cast<std::uint32_t>(grid.cols) - 1;  // to the next row of a diagonal
+void ForColumns(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+  const auto rows = static_cast<std::uint32_t>(band.rows);
+  // One line wide, and few enough rows high: lines a power of two apart share a place in the cache.
+  ForTiles(band, 8, 16, [&](int top, int bottom, int left, int right) {
+    for (int j = left; j < right; ++j) {
+      const std::uint32_t start = first + static_cast<std::uint32_t>(j) * rows;
+      for (int i = top; i < bottom; ++i) {
+        const auto along = static_cast<std::uint32_t>(j % 2 == 0 ? i : band.rows - 1 - i);
+        visit(start + along, grid.Position(band.row + i, band.col + j));
+      }
+    }
+  });
+}
+
+// By diagonal, the number that its position in row 0 of the band has, or would have. From there on
+// the numbers of even ones grow with the row; those of odd ones fall.
+inline std::vector<std::uint32_t> DiagonalNumbers(const BandWalk& band, std::uint32_t first) {
+  std::vector<std::uint32_t> numbers;
   for (int d = 0; d < band.rows + band.cols - 1; ++d) {
     const int top = d < band.cols ? 0 : d - band.cols + 1;
     const int bottom = d < band.rows ? d : band.rows - 1;
-    const auto length = static_cast<std::uint32_t>(bottom - top + 1);
-    const std::uint32_t start = grid.Position(band.row + top, band.col + d - top);
-    if (d % 2 == 0) {
-      for (std::uint32_t k = 0; k < length; ++k) visit(first + k, start + k * step);
-    } else {
-      for (std::uint32_t k = 0; k < length; ++k) visit(first + length - 1 - k, start + k * step);
-    }
-    first += length;
+    numbers.push_back(first + static_cast<std::uint32_t>(d % 2 == 0 ? -top : bottom));
+    first += static_cast<std::uint32_t>(bottom - top + 1);
   }
+  return numbers;
+}
+
+template <class Visit>
+void ForDiagonals(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+  const std::vector<std::uint32_t> numbers = DiagonalNumbers(band, first);
+  const std::uint32_t* atRow0 = numbers.data();
+  // Large enough for most diagonals of a tile to fill their lines.
+  ForTiles(band, 32, 32, [&](int top, int bottom, int left, int right) {
+    for (int i = top; i < bottom; ++i) {
+      const std::uint32_t position = grid.Position(band.row + i, band.col);
+      for (int j = left; j < right; ++j) {
+        const int along = (i + j) % 2 == 0 ? i : -i;
+        visit(atRow0[i + j] + static_cast<std::uint32_t>(along),
+              position + static_cast<std::uint32_t>(j));
+      }
+    }
+  });
 }
 
 }  // namespace detail
