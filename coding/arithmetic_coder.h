@@ -130,6 +130,7 @@ class ArithmeticDecoder {
   template <class Context>
   MAROVIA_INLINE unsigned DecodeIndex(const Context& context) {
     const auto code = static_cast<std::uint32_t>(reader_.Ahead() >> kUnused);
+    if (context.FractionOfOthers() < arithmetic::kRare && TakeFirst(context, code)) return 1;
     const Found found = context.Find(code, range_);
     const std::uint32_t range = found.part.end - found.part.below;
     const std::uint64_t low = low_ + found.part.below;
@@ -160,6 +161,22 @@ class ArithmeticDecoder {
 
  private:
   static constexpr int kUnused = 64 - Setup::kBits;
+  static constexpr std::uint32_t kHalf = 1U << (Setup::kBits - 1);
+
+  // Where the first symbol of a context is nearly certain, branching on it is much faster than
+  // selecting: a few bytes may hold millions of such symbols. False where another comes, or where
+  // the interval has to widen.
+  template <class Context>
+  MAROVIA_INLINE bool TakeFirst(const Context& context, std::uint32_t code) {
+    const std::uint32_t below = range_.Times(context.FractionOfOthers());
+    const std::uint32_t range = (range_.wide >> range_.halved) - below;
+    if (code < below || range <= kHalf) [[unlikely]]
+      return false;
+    low_ += below;
+    range_ = {range, 0};
+    reader_.Lower(std::uint64_t{below} << kUnused);
+    return true;
+  }
 
   // What lies ahead begins with the code value less the low end.
   BitReader reader_;

@@ -29,6 +29,7 @@ namespace arithmetic {
 constexpr unsigned kMostTotal = 511;
 constexpr int kFractionBits = 30;
 constexpr std::uint32_t kWhole = 1U << kFractionBits;
+constexpr std::uint32_t kRare = kWhole / 32;
 
 // ceil(2^30 / total).
 inline constexpr std::array<std::uint32_t, kMostTotal + 1> kReciprocals = [] {
@@ -93,6 +94,9 @@ class TernaryContext {
   [[nodiscard]] Part PartOf(unsigned index) const {
     return {fractions_[index], fractions_[index - 1]};
   }
+
+  // What all symbols but the first have of the total.
+  [[nodiscard]] std::uint32_t FractionOfOthers() const { return fractions_[1]; }
 
   // The symbol that a code value, less the low end of a range, falls to, and its part of the range.
   [[nodiscard]] MAROVIA_INLINE Found Find(std::uint32_t code,
@@ -201,6 +205,8 @@ class BinaryContext {
     const std::uint32_t isFirst = arithmetic::MaskIf(index == 1);
     return {state_.second & isFirst, (arithmetic::kWhole & isFirst) | (state_.second & ~isFirst)};
   }
+
+  [[nodiscard]] std::uint32_t FractionOfOthers() const { return state_.second; }
 
   [[nodiscard]] MAROVIA_INLINE Found Find(std::uint32_t code,
                                           const arithmetic::Range& range) const {
