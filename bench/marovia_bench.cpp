@@ -5,6 +5,8 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <limits>
+#include <malloc.h>
 
 #include "marovia/error.h"
 
@@ -47,10 +49,18 @@ void PrintQuality(const Choices& choices) {
   }
 }
 
+// Else the large arrays of every run would be pages new to the process, which the system clears
+// first: with images of this size that takes as long as a codec's own work.
+void KeepFreedMemory() {
+  mallopt(M_MMAP_MAX, 0);
+  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+}
+
 void RunBenchmarks(const Choices& choices) {
   // Before this process holds much itself.
   const std::string memory =
       choices.figures.empty() ? "" : MemoryTable(choices.files.front(), kLargeSide);
+  KeepFreedMemory();
   std::vector<Source> sources;
   std::vector<std::string> names;
   for (const std::string& file : choices.files) {
