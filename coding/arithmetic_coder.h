@@ -97,7 +97,7 @@ class ArithmeticEncoder {
 
   // The bits of the low end that are not yet bytes.
   [[nodiscard]] int Held() const { return static_cast<int>(spent_ - mostSpent_) + kMostHeld; }
-  [[nodiscard]] ByteView Written() const { return ByteView(*bytes_).subspan(start_); }
+  [[nodiscard]] ByteView Written() const { return ByteView{*bytes_}.subspan(start_); }
 
   void WriteBytes() {
     const int held = Held();

@@ -111,7 +111,7 @@ class BitSymbolReader {
  private:
   struct LongNumber {
     BitReader reader;  // behind the number
-    std::uint32_t number;
+    std::uint32_t number = 0;
   };
   // Digit by digit, up to the end of the stream.
   static LongNumber ReadLongNumber(BitReader reader);
