@@ -31,6 +31,11 @@ bool Comparison::ShowsSource() const {
   return hasTwo_ || reconstruction_->Empty() || (prefersSource_ && !source_->Empty());
 }
 
+std::string Comparison::Caption() const {
+  if (hasTwo_) return "Source, and right of the handle the reconstruction";
+  return ShowsSource() ? "Source" : "Reconstruction";
+}
+
 Image Comparison::Difference(int gain) const {
   Image difference(source_->Rows(), source_->Cols());
   const auto sample = [gain](std::uint8_t from, std::uint8_t to) {
@@ -44,8 +49,7 @@ Image Comparison::Difference(int gain) const {
 std::string Comparison::ReadOut(double down, double across) const {
   const int row = static_cast<int>(std::floor(down));
   const int col = static_cast<int>(std::floor(across));
-  const Image& shown = ShowsSource() ? Source() : Reconstruction();
-  if (!Has(shown, row, col)) return {};
+  if (!Has(Shown(), row, col)) return "Point at a pixel to read it. Ctrl and the wheel zoom.";
   std::string text = "Row " + std::to_string(row) + ", column " + std::to_string(col) + ":" +
                      Sample("source", Source(), row, col) +
                      Sample("reconstruction", Reconstruction(), row, col);

@@ -17,13 +17,16 @@ class Comparison {
   // Images of two shapes have no difference; then only the preferred one is shown.
   [[nodiscard]] bool HasTwo() const { return hasTwo_; }
   [[nodiscard]] bool ShowsSource() const;
+  [[nodiscard]] const Image& Shown() const { return ShowsSource() ? Source() : Reconstruction(); }
+  // What stands above the image.
+  [[nodiscard]] std::string Caption() const;
   [[nodiscard]] const Image& Source() const { return *source_; }
   [[nodiscard]] const Image& Reconstruction() const { return *reconstruction_; }
 
   // Mid-grey where the two agree, brighter by `gain` for each step that the reconstruction is.
   [[nodiscard]] Image Difference(int gain) const;
   // "Row 3, column 7:   source 100   reconstruction 110   difference 10" for the pixel around a
-  // point; nothing outside.
+  // point; outside how to get there.
   [[nodiscard]] std::string ReadOut(double down, double across) const;
 
  private:

@@ -29,6 +29,7 @@ struct Control {
   explicit Control(std::string_view itsName) : name(itsName) {}
 
   std::string_view name;
+  std::string spokenName;  // for who hears the form, where no caption beside it says enough
   bool enabled = true;
   bool visible = true;
   Place place;
@@ -49,7 +50,10 @@ struct Button : CaptionedControl {
   using CaptionedControl::CaptionedControl;
 };
 struct MenuItem : CaptionedControl {
-  using CaptionedControl::CaptionedControl;
+  MenuItem(std::string_view itsName, std::string itsCaption, std::string_view itsKeys = {})
+      : CaptionedControl(itsName, std::move(itsCaption)), keys(itsKeys) {}
+
+  std::string_view keys;  // that choose it from anywhere: "Ctrl+O"
 };
 struct FrameBox : CaptionedControl {
   using CaptionedControl::CaptionedControl;
@@ -80,10 +84,13 @@ struct ComboBox : Control {
   std::vector<std::string> list;
 };
 
-// Options of which at most one is selected; the first at the start.
+// Options of which at most one is selected; the first at the start. Each is heard as what they
+// choose and its caption.
 template <std::size_t N>
 struct OptionGroup {
-  explicit OptionGroup(std::array<OptionButton, N> itsOptions) : options(std::move(itsOptions)) {
+  OptionGroup(const std::string& chosenThing, std::array<OptionButton, N> itsOptions)
+      : options(std::move(itsOptions)) {
+    for (OptionButton& option : options) option.spokenName = chosenThing + " " + option.caption;
     Select(0);
   }
 
@@ -129,8 +136,16 @@ struct PicturePoint {
 
 enum class PictureKey { kLeft, kRight, kUp, kDown, kCorner, kGiveUp };
 
+// The meaning of a key by its name: "Left", "Space", "Esc".
+std::optional<PictureKey> PictureKeyOf(std::string_view name);
+
 struct PictureBox : Control {
-  using Control::Control;
+  PictureBox(std::string_view itsName, std::string itsSpokenName, std::string itsPlaceholder)
+      : Control(itsName), placeholder(std::move(itsPlaceholder)) {
+    spokenName = std::move(itsSpokenName);
+  }
+
+  std::string placeholder;  // in place of an empty picture
 
   // 256 x 256, or empty where nothing is shown. Pixel (r, c) stands at the picture's coordinate
   // (c + 1, r + 1): its coordinates run from 1 to 256.

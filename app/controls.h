@@ -11,20 +11,26 @@ struct Controls {
   FileDialog dialog;
 
   MenuItem mnuFile{"mnuFile", "&File"};
-  MenuItem mnuGetImage{"mnuGetImage", "&Get Image"};
+  MenuItem mnuGetImage{"mnuGetImage", "&Get Image", "Ctrl+O"};
   MenuItem mnuSeparator{"mnuSeparator", "-"};
-  MenuItem mnuSaveReconstructedImage{"mnuSaveReconstructedImage", "&Save Reconstructed Image"};
+  MenuItem mnuSaveReconstructedImage{"mnuSaveReconstructedImage", "&Save Reconstructed Image",
+                                     "Ctrl+S"};
   MenuItem mnuTransformImage = Disabled(MenuItem{"mnuTransformImage", "&Transform "});
   MenuItem mnuCompress = Disabled(MenuItem{"mnuCompress", "&Compress"});
   MenuItem mnuDecompress = Disabled(MenuItem{"mnuDecompress", "&Decompress"});
   MenuItem mnuErrormeasures{"mnuErrormeasures", "&Error measures"};
-  MenuItem mnuHelp{"mnuHelp", "&Help"};
+  MenuItem mnuHelp{"mnuHelp", "&Help", "F1"};
 
-  PictureBox GraphBox{"GraphBox"};
-  PictureBox GraphBoxRec{"GraphBoxRec"};
-  OptionButton OpDisplayTransform = Disabled(OptionButton{"OpDisplayTransform", "Transform"});
-  OptionButton OpDisplayImage = Selected(OptionButton{"OpDisplayImage", "Image"});
-  TextBox Report{"Report"};
+  PictureBox GraphBox{
+      "GraphBox", "Source picture",
+      "Drop an image or a compressed file here, or choose Get Image in the File menu."};
+  PictureBox GraphBoxRec{"GraphBoxRec", "Reconstructed picture",
+                         "Decompressing shows its picture here."};
+  OptionButton OpDisplayTransform =
+      Spoken(Disabled(OptionButton{"OpDisplayTransform", "Transform"}), "Show the transform");
+  OptionButton OpDisplayImage =
+      Spoken(Selected(OptionButton{"OpDisplayImage", "Image"}), "Show the image");
+  TextBox Report = Spoken(TextBox{"Report"}, "Report");
 
   // The side panel: Frame2 holds the two containers frProc, of which at most one is in view.
   FrameBox Frame2 = Placed(FrameBox{"Frame2", ""}, {.width = 3900, .height = 6615});
@@ -39,11 +45,13 @@ struct Controls {
                                 Placed(FrameBox{"Frame(1)", "Coding properties"}, {.height = 2415}),
                                 Placed(FrameBox{"Frame(2)", ""}, {.height = 1095})};
   OptionGroup<2> OpTransform{
+      "Transform type",
       {OptionButton{"OpTransform(0)", "Forward "}, OptionButton{"OpTransform(1)", "Inverse "}}};
   FrameBox Frame3 = Placed(FrameBox{"Frame3", ""}, {.height = 1335});
   TextLabel Label2 = Placed(TextLabel{"Label2", "Method:"},
                             {.left = 120, .top = 180, .width = 735, .height = 255});
-  OptionGroup<3> OpMethod{{Placed(OptionButton{"OpMethod(0)", "WDR"},
+  OptionGroup<3> OpMethod{"Method",
+                          {Placed(OptionButton{"OpMethod(0)", "WDR"},
                                   {.left = 240, .top = 450, .width = 855, .height = 255}),
                            Placed(OptionButton{"OpMethod(1)", "ASWDR"},
                                   {.left = 240, .top = 720, .width = 1095, .height = 255}),
@@ -51,6 +59,7 @@ struct Controls {
                                   {.left = 240, .top = 990, .width = 1335, .height = 255})}};
   TextLabel Label1{"Label1", "Symbol Encoding:"};
   OptionGroup<2> OpEntropyCode{
+      "Symbol encoding",
       {OptionButton{"OpEntropyCode(0)", "Binary"}, OptionButton{"OpEntropyCode(1)", "Arithmetic"}}};
   TextBox txtBitRate{"txtBitRate", "0.25"};
   TextBox txtROIPercent{"txtROIPercent", ".9"};
@@ -59,9 +68,10 @@ struct Controls {
 
   // In frProc(1): the error measures.
   TextLabel Label3{"Label3", "Error measures"};
-  OptionGroup<3> OpErrorMeasure{{OptionButton{"OpErrorMeasure(0)", "Sup"},
-                                 OptionButton{"OpErrorMeasure(1)", "PSNR"},
-                                 OptionButton{"OpErrorMeasure(2)", "RMS"}}};
+  OptionGroup<3> OpErrorMeasure{
+      "Measure",
+      {OptionButton{"OpErrorMeasure(0)", "Sup"}, OptionButton{"OpErrorMeasure(1)", "PSNR"},
+       OptionButton{"OpErrorMeasure(2)", "RMS"}}};
   CheckBox chkROIErrorOnly =
       Disabled(CheckBox{"chkROIErrorOnly", "Restrict to Region of Interest"});
 
@@ -85,6 +95,11 @@ struct Controls {
   template <class T>
   static T Disabled(T control) {
     control.enabled = false;
+    return control;
+  }
+  template <class T>
+  static T Spoken(T control, const char* spokenName) {
+    control.spokenName = spokenName;
     return control;
   }
   static OptionButton Selected(OptionButton option) {

@@ -38,4 +38,7 @@ class Desktop {
   [[nodiscard]] virtual UnitsPerPixel PictureUnits() const = 0;
 };
 
+// Where the files of a program are: beside it, or where an installation puts them.
+std::filesystem::path FolderOfProgramFiles(const std::filesystem::path& program);
+
 }  // namespace marovia

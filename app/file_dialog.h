@@ -1,6 +1,7 @@
 // The question for a file, and the kinds of files that it offers.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -29,9 +30,13 @@ struct FileDialog {
 
 struct FileFilter {
   std::string description;  // with the pattern behind it: "PGM file (*.pgm)"
-  std::string pattern;
+  std::string pattern;      // "*.pgm"
 };
 
 std::vector<FileFilter> SplitFilter(std::string_view filter);
+// A list that shows a file says more than an empty one: the first filter that finds one in the
+// folder, else the first.
+std::size_t UsefulFilter(const std::vector<FileFilter>& filters,
+                         const std::filesystem::path& folder);
 
 }  // namespace marovia

@@ -28,6 +28,11 @@ std::string WholePath(const std::string& fileName) {
 
 }  // namespace
 
+std::filesystem::path FolderOfProgramFiles(const std::filesystem::path& program) {
+  if (exists(program / "Marovia.HLP")) return program;
+  return (program / ".." / "share" / "marovia").lexically_normal();
+}
+
 // The file question is the open form even where a file is about to be written: the flag that asks
 // before one is replaced is what guards it.
 std::int16_t frmMain::SetCompressedFileName(std::string& fileName, std::string_view extension) {

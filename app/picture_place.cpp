@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace marovia {
 namespace {
@@ -22,17 +21,6 @@ PicturePlace PicturePlace::In(int width, int height, int rim) {
 
 PicturePoint PicturePlace::CoordinateAt(double x, double y) const {
   return {Coordinate((y - top) / factor), Coordinate((x - left) / factor)};
-}
-
-ScreenBox PicturePlace::Span(PicturePoint first, PicturePoint last) const {
-  return {.left = left + (std::min(first.col, last.col) - 1) * factor,
-          .top = top + (std::min(first.row, last.row) - 1) * factor,
-          .width = (std::abs(last.col - first.col) + 1) * factor,
-          .height = (std::abs(last.row - first.row) + 1) * factor};
-}
-
-ScreenBox PicturePlace::Whole() const {
-  return Span({1, 1}, {kSide, kSide});
 }
 
 }  // namespace marovia

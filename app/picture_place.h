@@ -5,13 +5,6 @@
 
 namespace marovia {
 
-struct ScreenBox {
-  int left = 0;
-  int top = 0;
-  int width = 0;
-  int height = 0;
-};
-
 // In the middle at the largest whole factor that fits, so that nothing is blurred and every screen
 // pixel belongs to one coordinate, 1 to 256.
 struct PicturePlace {
@@ -20,9 +13,6 @@ struct PicturePlace {
 
   // Outside the picture, of the nearest pixel.
   [[nodiscard]] PicturePoint CoordinateAt(double x, double y) const;
-  // From the pixel of one coordinate to that of another, in any order.
-  [[nodiscard]] ScreenBox Span(PicturePoint first, PicturePoint last) const;
-  [[nodiscard]] ScreenBox Whole() const;
 
   int left = 0;
   int top = 0;

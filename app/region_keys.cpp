@@ -30,6 +30,16 @@ PicturePoint StepOf(PictureKey key) {
 
 }  // namespace
 
+std::optional<PictureKey> PictureKeyOf(std::string_view name) {
+  using enum PictureKey;
+  static constexpr std::pair<std::string_view, PictureKey> kKeys[] = {
+      {"Left", kLeft},    {"Right", kRight},   {"Up", kUp},        {"Down", kDown},
+      {"Space", kCorner}, {"Return", kCorner}, {"Enter", kCorner}, {"Esc", kGiveUp}};
+  for (const auto& [known, key] : kKeys)
+    if (known == name) return key;
+  return std::nullopt;
+}
+
 bool frmMain::GraphBox_KeyDown(PictureKey key, bool longStep) {
   if (state.GraphBoxContent != 'I' || !(GraphBox.crosshair || IsArrow(key))) return false;
   Act([this, key, longStep] {

@@ -5,37 +5,35 @@ namespace {
 
 class HelpWindow : public ToolWindow {
  public:
-  explicit HelpWindow(QWidget* parent) : ToolWindow("Help", "Marovia Help", parent) {
+  HelpWindow(const QString& file, QWidget* parent) : ToolWindow("Help", "Marovia Help", parent) {
     resize(760, 640);
+    setCentralWidget(page_);
     page_->setObjectName("HelpPage");
     page_->setAccessibleName("Help page");
     page_->document()->setDocumentMargin(16);
-    setCentralWidget(page_);
     QAction* back = AddTool("Back", QKeySequence::Back, page_, &QTextBrowser::backward);
     QAction* forward = AddTool("Forward", QKeySequence::Forward, page_, &QTextBrowser::forward);
     AddTool("Contents", QKeySequence("Alt+Home"), page_, &QTextBrowser::home);
     connect(page_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
     connect(page_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
     for (QAction* action : {back, forward}) action->setEnabled(false);
-    MakeSearch();
+    AddSearch();
+    if (QFile::exists(file))
+      page_->setSource(QUrl::fromLocalFile(file), QTextDocument::HtmlResource);
+    else
+      page_->setPlainText("The help page is not there: " + file);
   }
 
-  void ShowContents(const std::filesystem::path& file) {
-    const auto name = QString::fromStdString(file.string());
-    if (QFile::exists(name)) {
-      page_->setSource(QUrl::fromLocalFile(name), QTextDocument::HtmlResource);
-      page_->home();
-    } else {
-      page_->setPlainText("The help page is not there: " + name);
-    }
+  void ShowContents() {
+    page_->home();
+    page_->setFocus();
     show();
     raise();
     activateWindow();
-    page_->setFocus();
   }
 
  private:
-  void MakeSearch() {
+  void AddSearch() {
     auto* sought = Make<QLineEdit>();
     sought->setObjectName("HelpSearch");
     sought->setAccessibleName("Search the help");
@@ -43,18 +41,16 @@ class HelpWindow : public ToolWindow {
     sought->setClearButtonEnabled(true);
     bar_->addSeparator();
     bar_->addWidget(sought);
-    const auto find = [this, sought] { FindNext(sought->text()); };
+    // From the top again after the last place.
+    const auto find = [this, sought] {
+      if (sought->text().isEmpty() || page_->find(sought->text())) return;
+      page_->moveCursor(QTextCursor::Start);
+      page_->find(sought->text());
+    };
     AddTool("Find Next", QKeySequence::FindNext, find);
-    connect(sought, &QLineEdit::returnPressed, this, find);
-    connect(Make<QShortcut>(QKeySequence::Find, this), &QShortcut::activated, sought,
+    connect(sought, &QLineEdit::returnPressed, find);
+    connect(Make<QShortcut>(QKeySequence::Find, this), &QShortcut::activated,
             [sought] { sought->setFocus(); });
-  }
-
-  // Goes on from the top after the last place.
-  void FindNext(const QString& text) {
-    if (text.isEmpty() || page_->find(text)) return;
-    page_->moveCursor(QTextCursor::Start);
-    page_->find(text);
   }
 
   QTextBrowser* page_ = Make<QTextBrowser>();
@@ -64,8 +60,8 @@ class HelpWindow : public ToolWindow {
 
 void ShowHelpWindow(const std::filesystem::path& file, QWidget* parent) {
   auto* help = dynamic_cast<HelpWindow*>(parent->findChild<QWidget*>("Help"));
-  if (help == nullptr) help = Make<HelpWindow>(parent);
-  help->ShowContents(file);
+  if (help == nullptr) help = Make<HelpWindow>(Text(file.string()), parent);
+  help->ShowContents();
 }
 
 }  // namespace marovia

@@ -16,10 +16,10 @@ int Fail(const QString& why, int status) {
 int Run(bool padToFit, const QStringList& files) {
   const QTemporaryDir folder;
   if (!folder.isValid() || !QDir::setCurrent(folder.path())) return Fail(folder.errorString(), 1);
-  marovia::MainWindow window(padToFit);
-  window.show();
-  QTimer::singleShot(0, &window, [&] {
-    for (const QString& file : files) window.OpenFile(file.toStdString());
+  const auto window = marovia::MakeMainWindow(padToFit);
+  window->show();
+  QTimer::singleShot(0, window.get(), [&] {
+    for (const QString& file : files) window->OpenFile(file.toStdString());
   });
   return QApplication::exec();
 }

@@ -1,112 +1,162 @@
 #include "window/main_window.h"
 
-#include "window/picture_view.h"
 #include "window/tool_window.h"
 
 namespace marovia {
 namespace {
 
 constexpr int kTwipsPerPixel = 15;
-constexpr int kMargin = 6;
 constexpr int kReportLines = 8;
+
+// A name typed without a suffix gets that of the filter's pattern.
+void SetUp(QFileDialog& dialog, const FileDialog& question) {
+  const bool opens = question.form == DialogForm::kOpen;
+  dialog.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+  dialog.setFileMode(question.writesFile ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  if (question.writesFile) dialog.setLabelText(QFileDialog::Accept, "&Save");
+  // Open dialogs of some desktops take no name that is not there.
+  dialog.setOption(QFileDialog::DontUseNativeDialog, opens && question.writesFile);
+  const std::vector<FileFilter> filters = SplitFilter(question.filter);
+  QStringList names;
+  for (const FileFilter& filter : filters) names << Text(filter.description);
+  dialog.setNameFilters(names);
+  const auto folder = dialog.directory().filesystemPath();
+  if (!question.writesFile)
+    dialog.selectNameFilter(names.value(static_cast<int>(UsefulFilter(filters, folder))));
+  dialog.setDefaultSuffix(Text(question.defaultSuffix));
+  QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& name) {
+    dialog.setDefaultSuffix(name.section('.', -1).chopped(1));
+  });
+}
+
+bool MayReplace(const QString& file, QWidget* parent) {
+  const QString text = QFileInfo(file).fileName() + " already exists. Do you want to replace it?";
+  return QMessageBox::warning(parent, "Replace file", text, QMessageBox::Yes | QMessageBox::No,
+                              QMessageBox::No) == QMessageBox::Yes;
+}
+
+class FormWindow : public MainWindow, private Desktop {
+ public:
+  explicit FormWindow(bool padToFit) {
+    form_.Form_Load();
+    form_.state.padToFit = padToFit;
+    setObjectName("frmMain");
+    setWindowTitle("Marovia");
+    setAcceptDrops(true);
+    MakeMenus();
+    setCentralWidget(Row({Column({Pictures(), ReportBox()}), MakeSidePanel(binds_)}));
+    centralWidget()->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    binds_.ShowAll();
+    resize(form_.window.width / kTwipsPerPixel, minimumSizeHint().height());
+  }
+  FormWindow(const FormWindow&) = delete;
+  FormWindow& operator=(const FormWindow&) = delete;
+
+  // The widgets go before the form that they show.
+  ~FormWindow() override {
+    form_.Form_Unload();
+    const std::unique_ptr<QWidget> widgets(takeCentralWidget());
+  }
+
+  [[nodiscard]] const frmMain& Form() const override { return form_; }
+  void OpenFile(const std::filesystem::path& file) override {
+    binds_.Run([&] { form_.OpenFile(file); });
+  }
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override {
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+  }
+  void dropEvent(QDropEvent* event) override {
+    for (const QUrl& url : event->mimeData()->urls())
+      if (url.isLocalFile()) OpenFile(url.toLocalFile().toStdString());
+    event->acceptProposedAction();
+  }
+
+ private:
+  std::optional<std::filesystem::path> ChooseFile(const FileDialog& question) override {
+    const QString folder = Text(question.initialFolder.string());
+    QFileDialog dialog(this, Text(question.title),
+                       QDir(folder).exists() ? folder : QDir::homePath());
+    SetUp(dialog, question);
+    const bool asks = question.writesFile && (question.flags & kAskBeforeReplacing) != 0;
+    while (dialog.exec() == QDialog::Accepted) {
+      const QString chosen = dialog.selectedFiles().value(0);
+      if (!asks || !QFileInfo::exists(chosen) || MayReplace(chosen, this))
+        return chosen.toStdString();
+    }
+    return std::nullopt;
+  }
+  void SetPointer(Pointer pointer) override {
+    pointer == Pointer::kBusy ? QApplication::setOverrideCursor(Qt::WaitCursor)
+                              : QApplication::restoreOverrideCursor();
+  }
+  void Repaint(const Control& control) override { binds_.Repaint(control); }
+  void SetFocus(const Control& control) override { binds_.SetFocus(control); }
+  void ShowHelp(const std::filesystem::path& file, int) override { ShowHelpWindow(file, this); }
+  [[nodiscard]] std::filesystem::path ProgramFolder() const override {
+    return FolderOfProgramFiles(QApplication::applicationDirPath().toStdString());
+  }
+  [[nodiscard]] UnitsPerPixel PictureUnits() const override { return {}; }
+
+  void MakeMenus() {
+    QMenu* file = menuBar()->addMenu(QString());
+    binds_.Bind(file->menuAction(), form_.mnuFile);
+    binds_.Bind(file->addAction(QString()), form_.mnuGetImage);
+    file->addSeparator()->setObjectName("mnuSeparator");
+    binds_.Bind(file->addAction(QString()), form_.mnuSaveReconstructedImage);
+    for (const MenuItem* item : {&form_.mnuTransformImage, &form_.mnuCompress, &form_.mnuDecompress,
+                                 &form_.mnuErrormeasures, &form_.mnuHelp})
+      binds_.Bind(menuBar()->addAction(QString()), *item);
+  }
+
+  QWidget* Pictures() {
+    const auto option = [this](const OptionButton& control) {
+      return binds_.New<QRadioButton>(control, &control.selected);
+    };
+    return Columns(3, {binds_.New<QLabel>("SourceCaption", &frmMain::SourceCaption),
+                       MakePicture(binds_, form_.GraphBox, OpenViewer(true)),
+                       Row({option(form_.OpDisplayImage), option(form_.OpDisplayTransform), kRoom}),
+                       binds_.New<QLabel>("ReconstructionCaption", &frmMain::ReconstructionCaption),
+                       MakePicture(binds_, form_.GraphBoxRec, OpenViewer(false)),
+                       Row({kRoom, CompareButton()})});
+  }
+
+  QWidget* CompareButton() {
+    auto* button = Make<QPushButton>("Full resolution...");
+    button->setObjectName("OpenViewer");
+    button->setToolTip("Compare the images pixel by pixel (also a double-click on a picture)");
+    connect(button, &QPushButton::clicked, this, OpenViewer(true));
+    binds_.Also([this, button] { button->setEnabled(form_.Compared(true).has_value()); });
+    return button;
+  }
+
+  QWidget* ReportBox() {
+    auto* report = binds_.New<QPlainTextEdit>(form_.Report);
+    report->setReadOnly(true);
+    report->setUndoRedoEnabled(false);
+    report->setAcceptDrops(false);
+    report->setTabChangesFocus(true);
+    report->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    report->setFixedHeight(report->fontMetrics().lineSpacing() * kReportLines + 2 * kMargin);
+    return report;
+  }
+
+  Binds::Handler OpenViewer(bool prefersSource) {
+    return [this, prefersSource] {
+      if (const auto images = form_.Compared(prefersSource)) ShowViewer(*images, this);
+    };
+  }
+
+  frmMain form_{*this};
+  Binds binds_{form_};
+};
 
 }  // namespace
 
-MainWindow::MainWindow(bool padToFit) {
-  form_.Form_Load();
-  form_.state.padToFit = padToFit;
-  setObjectName("frmMain");
-  setWindowTitle("Marovia");
-  setAcceptDrops(true);
-  MakeMenus();
-  setCentralWidget(Row({Column({Pictures(), ReportBox()}), MakeSidePanel(binds_)}));
-  centralWidget()->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  binds_.ShowAll();
-  resize(form_.window.width / kTwipsPerPixel, minimumSizeHint().height());
-}
-
-// The widgets go before the form that they show.
-MainWindow::~MainWindow() {
-  form_.Form_Unload();
-  const std::unique_ptr<QWidget> widgets(takeCentralWidget());
-}
-
-void MainWindow::OpenFile(const std::filesystem::path& file) {
-  binds_.Run([this, &file] { form_.OpenFile(file); });
-}
-
-void MainWindow::MakeMenus() {
-  const auto add = [this](QWidget* menu, const MenuItem& item, const QKeySequence& keys = {}) {
-    auto* action = Make<QAction>(menu);
-    menu->addAction(action);
-    action->setShortcut(keys);
-    binds_.Bind(action, item);
-  };
-  QMenu* file = menuBar()->addMenu(QString());
-  binds_.Bind(file->menuAction(), form_.mnuFile);
-  add(file, form_.mnuGetImage, QKeySequence::Open);
-  file->addSeparator()->setObjectName("mnuSeparator");
-  add(file, form_.mnuSaveReconstructedImage, QKeySequence::Save);
-  add(menuBar(), form_.mnuTransformImage);
-  add(menuBar(), form_.mnuCompress);
-  add(menuBar(), form_.mnuDecompress);
-  add(menuBar(), form_.mnuErrormeasures);
-  add(menuBar(), form_.mnuHelp, QKeySequence::HelpContents);
-}
-
-QWidget* MainWindow::Pictures() {
-  auto* source =
-      MakePicture(binds_, form_.GraphBox, OpenViewer(true),
-                  "Drop an image or a compressed file here, or choose Get Image in the File menu.");
-  auto* reconstruction = MakePicture(binds_, form_.GraphBoxRec, OpenViewer(false),
-                                     "Decompressing shows its picture here.");
-  auto* image = binds_.New<QRadioButton>(form_.OpDisplayImage, &form_.OpDisplayImage.selected);
-  auto* transform =
-      binds_.New<QRadioButton>(form_.OpDisplayTransform, &form_.OpDisplayTransform.selected);
-  source->setAccessibleName("Source picture");
-  reconstruction->setAccessibleName("Reconstructed picture");
-  image->setAccessibleName("Show the image");
-  transform->setAccessibleName("Show the transform");
-  return Columns(3, {binds_.New<QLabel>("SourceCaption", &frmMain::SourceCaption), source,
-                     Row({image, transform, kRoom}),
-                     binds_.New<QLabel>("ReconstructionCaption", &frmMain::ReconstructionCaption),
-                     reconstruction, Row({kRoom, CompareButton()})});
-}
-
-QWidget* MainWindow::CompareButton() {
-  auto* button = Make<QPushButton>("Full resolution...");
-  button->setObjectName("OpenViewer");
-  button->setToolTip("Compare the images pixel by pixel (also a double-click on a picture)");
-  connect(button, &QPushButton::clicked, this, OpenViewer(true));
-  binds_.Also([this, button] { button->setEnabled(form_.Compared(true).has_value()); });
-  return button;
-}
-
-QWidget* MainWindow::ReportBox() {
-  auto* report = binds_.New<QPlainTextEdit>(form_.Report);
-  report->setReadOnly(true);
-  report->setAcceptDrops(false);
-  report->setTabChangesFocus(true);
-  report->setAccessibleName("Report");
-  report->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  report->setFixedHeight(report->fontMetrics().lineSpacing() * kReportLines + 2 * kMargin);
-  return report;
-}
-
-Binds::Handler MainWindow::OpenViewer(bool prefersSource) {
-  return [this, prefersSource] {
-    if (const auto images = form_.Compared(prefersSource)) ShowViewer(*images, this);
-  };
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
-}
-
-void MainWindow::dropEvent(QDropEvent* event) {
-  for (const QUrl& url : event->mimeData()->urls())
-    if (url.isLocalFile()) OpenFile(url.toLocalFile().toStdString());
-  event->acceptProposedAction();
+std::unique_ptr<MainWindow> MakeMainWindow(bool padToFit) {
+  return std::make_unique<FormWindow>(padToFit);
 }
 
 }  // namespace marovia

@@ -1,7 +1,10 @@
 // The program's window: the form's controls as widgets, and its desktop.
 #pragma once
 
-#include "app/frm_main.h"
+#include <filesystem>
+#include <memory>
+
+#include "app/picture_place.h"
 #include "window/binds.h"
 
 namespace marovia {
@@ -9,39 +12,20 @@ namespace marovia {
 // The panel at the right: what the chosen mode offers, or how to choose one.
 QWidget* MakeSidePanel(Binds& binds);
 
-class MainWindow : public QMainWindow, private Desktop {
+// A widget that shows one of the form's pictures, and tells the form what mouse and keys do on it.
+// `open` is for a double-click, and for Enter where the form has no use for it.
+QWidget* MakePicture(Binds& binds, const PictureBox& picture, const Binds::Handler& open);
+// In pixels of the screen.
+PicturePlace PlaceOfPicture(const QWidget& widget);
+
+class MainWindow : public QMainWindow {
  public:
-  explicit MainWindow(bool padToFit);
-  // The unload deletes temporary files of the current folder.
-  ~MainWindow() override;
-  MainWindow(const MainWindow&) = delete;
-  MainWindow& operator=(const MainWindow&) = delete;
-
-  [[nodiscard]] const frmMain& Form() const { return form_; }
+  [[nodiscard]] virtual const frmMain& Form() const = 0;
   // As if it were dropped.
-  void OpenFile(const std::filesystem::path& file);
-
- protected:
-  void dragEnterEvent(QDragEnterEvent* event) override;
-  void dropEvent(QDropEvent* event) override;
-
- private:
-  std::optional<std::filesystem::path> ChooseFile(const FileDialog& question) override;
-  void SetPointer(Pointer pointer) override;
-  void Repaint(const Control& control) override { binds_.Repaint(control); }
-  void SetFocus(const Control& control) override { binds_.SetFocus(control); }
-  void ShowHelp(const std::filesystem::path& file, int command) override;
-  [[nodiscard]] std::filesystem::path ProgramFolder() const override;
-  [[nodiscard]] UnitsPerPixel PictureUnits() const override { return {}; }
-
-  void MakeMenus();
-  QWidget* Pictures();
-  QWidget* CompareButton();
-  QWidget* ReportBox();
-  Binds::Handler OpenViewer(bool prefersSource);
-
-  frmMain form_{*this};
-  Binds binds_{form_};
+  virtual void OpenFile(const std::filesystem::path& file) = 0;
 };
+
+// Its end deletes temporary files of the current folder.
+std::unique_ptr<MainWindow> MakeMainWindow(bool padToFit);
 
 }  // namespace marovia

@@ -1,17 +1,33 @@
-// Widgets in rows and columns.
+// Widgets, their texts, and their rows and columns.
 #pragma once
 
 #include <QtWidgets>
 #include <cstddef>
 #include <initializer_list>
+#include <string_view>
 #include <utility>
 
+#include "marovia/image.h"
+
 namespace marovia {
+
+inline constexpr int kMargin = 6;
 
 // A widget or layout whose parent, named among the arguments or got by being added, deletes it.
 template <class T, class... Arguments>
 T* Make(Arguments&&... arguments) {
   return new T(std::forward<Arguments>(arguments)...);  // NOLINT(cppcoreguidelines-owning-memory)
+}
+
+inline QString Text(std::string_view text) {
+  return QString::fromUtf8(text);
+}
+
+// A view of the samples, which must outlive it; null for an empty image.
+inline QImage ShownImage(const Image& image) {
+  if (image.Empty()) return {};
+  return {image.Samples().data(), image.Cols(), image.Rows(), image.Cols(),
+          QImage::Format_Grayscale8};
 }
 
 // Among the parts of a row or column: what room is left.
@@ -25,16 +41,15 @@ inline QBoxLayout* Fill(QWidget* widget, QBoxLayout::Direction direction,
   return layout;
 }
 
-inline QWidget* Row(std::initializer_list<QWidget*> parts) {
+inline QWidget* Row(std::initializer_list<QWidget*> parts,
+                    QBoxLayout::Direction direction = QBoxLayout::LeftToRight) {
   auto* row = Make<QWidget>();
-  Fill(row, QBoxLayout::LeftToRight, parts)->setContentsMargins(0, 0, 0, 0);
+  Fill(row, direction, parts)->setContentsMargins(0, 0, 0, 0);
   return row;
 }
 
 inline QWidget* Column(std::initializer_list<QWidget*> parts) {
-  auto* column = Make<QWidget>();
-  Fill(column, QBoxLayout::TopToBottom, parts)->setContentsMargins(0, 0, 0, 0);
-  return column;
+  return Row(parts, QBoxLayout::TopToBottom);
 }
 
 // Down each column in turn; the rows are aligned, the columns of one width.

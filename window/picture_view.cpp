@@ -1,7 +1,6 @@
-#include "window/picture_view.h"
-
-#include <algorithm>
 #include <cmath>
+
+#include "window/main_window.h"
 
 namespace marovia {
 namespace {
@@ -9,63 +8,50 @@ namespace {
 constexpr int kSide = 256;
 // Around the picture: the focus frame, and what of an outline at the edge lies outside.
 constexpr int kRim = 2;
-const QMap<int, PictureKey> kKeys = {
-    {Qt::Key_Left, PictureKey::kLeft},    {Qt::Key_Right, PictureKey::kRight},
-    {Qt::Key_Up, PictureKey::kUp},        {Qt::Key_Down, PictureKey::kDown},
-    {Qt::Key_Space, PictureKey::kCorner}, {Qt::Key_Return, PictureKey::kCorner},
-    {Qt::Key_Enter, PictureKey::kCorner}, {Qt::Key_Escape, PictureKey::kGiveUp},
-};
 
-QRect Rect(const ScreenBox& box) {
-  return {box.left, box.top, box.width, box.height};
-}
-
-// Bright lines over wider dark ones are seen on any ground.
-void PaintLines(QPainter& painter, const QRegion& lines, int width, const QColor& colour) {
+// Bright lines of one coordinate over dark ones of three are seen on any ground.
+void PaintLines(QPainter& painter, const QRegion& lines, const QColor& colour) {
   QRegion shade;
-  for (const QRect& line : lines) shade += line.adjusted(-width, -width, width, width);
+  for (const QRect& line : lines) shade += line.adjusted(-1, -1, 1, 1);
   for (const QRect& part : shade) painter.fillRect(part, QColor(0, 0, 0, 190));
   for (const QRect& line : lines) painter.fillRect(line, colour);
 }
 
 class PictureView : public QWidget {
  public:
-  PictureView(Binds& binds, const PictureBox& picture, const Binds::Handler& open,
-              const QString& placeholder)
-      : binds_(binds), picture_(picture), open_(open), placeholder_(placeholder) {
+  PictureView(Binds& binds, const PictureBox& picture, const Binds::Handler& open)
+      : binds_(binds), picture_(picture), open_(open) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     binds_.Add(this, picture_, [this] { ShowPicture(); });
   }
 
   [[nodiscard]] QSize minimumSizeHint() const override {
-    const int side = static_cast<int>(std::ceil(kSide * Line() / devicePixelRatioF())) + 2 * kRim;
+    const double factor = std::max(1.0, std::round(devicePixelRatioF()));
+    const int side = static_cast<int>(std::ceil(kSide * factor / devicePixelRatioF())) + 2 * kRim;
     return {side, side};
   }
-  [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
 
  protected:
+  // In the picture's coordinates: the first is 1, and marks are as fine as its pixels.
   void paintEvent(QPaintEvent*) override {
+    const QRect picture(1, 1, kSide, kSide);
+    const auto [left, top, factor] = PlaceOfPicture(*this);
+    const int rim = hasFocus() ? 2 : 1;
     QPainter painter(this);
     painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
-    const QRect area = Rect(PlaceOfPicture(*this).Whole());
-    const int rim = hasFocus() ? 2 * Line() : Line();
-    painter.fillRect(area.adjusted(-rim, -rim, rim, rim),
+    painter.translate(left - factor, top - factor);
+    painter.scale(factor, factor);
+    painter.fillRect(picture.adjusted(-rim, -rim, rim, rim),
                      palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
-    if (picture_.raster.Empty()) return PaintPlaceholder(painter, area);
-    painter.drawImage(area, ShownImage(picture_.raster));
-    PaintMarks(painter, area);
+    picture_.raster.Empty() ? PaintPlaceholder(painter, picture)
+                            : painter.drawImage(picture, ShownImage(picture_.raster));
+    PaintMarks(painter);
   }
 
-  void mousePressEvent(QMouseEvent* event) override {
-    Tell(&frmMain::GraphBox_MouseDown, event->button(), event->position());
-  }
-  void mouseMoveEvent(QMouseEvent* event) override {
-    Tell(&frmMain::GraphBox_MouseMove, event->buttons(), event->position());
-  }
-  void mouseReleaseEvent(QMouseEvent* event) override {
-    Tell(&frmMain::GraphBox_MouseUp, event->button(), event->position());
-  }
+  void mousePressEvent(QMouseEvent* event) override { Tell(&frmMain::GraphBox_MouseDown, *event); }
+  void mouseMoveEvent(QMouseEvent* event) override { Tell(&frmMain::GraphBox_MouseMove, *event); }
+  void mouseReleaseEvent(QMouseEvent* event) override { Tell(&frmMain::GraphBox_MouseUp, *event); }
   void mouseDoubleClickEvent(QMouseEvent* event) override {
     if (event->button() != Qt::LeftButton) return;
     if (draws_) binds_.Run([this] { binds_.Form().GraphBox_DblClick(); });
@@ -73,11 +59,10 @@ class PictureView : public QWidget {
   }
 
   void keyPressEvent(QKeyEvent* event) override {
-    const auto key = kKeys.find(event->key());
+    const auto key = PictureKeyOf(QKeySequence(event->key()).toString().toStdString());
     const bool longStep = event->modifiers().testFlag(Qt::ShiftModifier);
     bool used = false;
-    if (draws_ && key != kKeys.end())
-      binds_.Run([&] { used = binds_.Form().GraphBox_KeyDown(*key, longStep); });
+    if (draws_ && key) binds_.Run([&] { used = binds_.Form().GraphBox_KeyDown(*key, longStep); });
     if (used) return;
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return open_();
     QWidget::keyPressEvent(event);
@@ -89,11 +74,6 @@ class PictureView : public QWidget {
   }
 
  private:
-  // Screen pixels that a line is wide.
-  [[nodiscard]] int Line() const {
-    return std::max(1, static_cast<int>(std::lround(devicePixelRatioF())));
-  }
-
   void ShowPicture() {
     setCursor(draws_ && !picture_.raster.Empty() ? Qt::CrossCursor : Qt::ArrowCursor);
     if (const auto at = picture_.crosshair)
@@ -101,37 +81,30 @@ class PictureView : public QWidget {
     update();
   }
 
-  void PaintPlaceholder(QPainter& painter, const QRect& area) const {
-    painter.fillRect(area, palette().base());
+  void PaintPlaceholder(QPainter& painter, const QRect& picture) const {
+    painter.fillRect(picture, palette().base());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    const QRect room = painter.transform().mapRect(area);
-    painter.resetTransform();
-    painter.drawText(room.adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
-                     placeholder_);
+    painter.drawText(picture.adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
+                     Text(picture_.placeholder));
   }
 
-  void PaintMarks(QPainter& painter, const QRect& area) const {
-    const PicturePlace place = PlaceOfPicture(*this);
-    const int line = Line();
+  void PaintMarks(QPainter& painter) const {
     if (picture_.outline) {
       const auto& [corners, colour] = *picture_.outline;
-      const QRect box =
-          Rect(place.Span({corners.row1, corners.col1}, {corners.row2, corners.col2}));
-      PaintLines(painter, QRegion(box) - box.adjusted(line, line, -line, -line), line,
+      const QRect box = QRect::span({corners.col1, corners.row1}, {corners.col2, corners.row2});
+      PaintLines(painter, QRegion(box) - box.adjusted(1, 1, -1, -1),
                  QColor(colour.red, colour.green, colour.blue));
     }
-    if (const auto at = picture_.crosshair) {
-      const QPoint middle = Rect(place.Span(*at, *at)).center();
-      const QRegion across(area.left(), middle.y(), area.width(), line);
-      const QRect down(middle.x(), area.top(), line, area.height());
-      PaintLines(painter, across + down, line, Qt::white);
-    }
+    if (const auto at = picture_.crosshair)
+      PaintLines(painter, QRegion(1, at->row, kSide, 1) + QRect(at->col, 1, 1, kSide), Qt::white);
   }
 
   void Tell(void (frmMain::*handler)(std::int16_t, std::int16_t, float, float),
-            Qt::MouseButtons buttons, QPointF position) {
+            const QMouseEvent& event) {
     if (!draws_) return;
-    const QPointF pixel = position * devicePixelRatioF();
+    const Qt::MouseButtons pressed = event.button();
+    const Qt::MouseButtons buttons = pressed ? pressed : event.buttons();
+    const QPointF pixel = event.position() * devicePixelRatioF();
     const PicturePoint at = PlaceOfPicture(*this).CoordinateAt(pixel.x(), pixel.y());
     binds_.Run([&] {
       (binds_.Form().*handler)(static_cast<std::int16_t>(buttons.toInt()), 0,
@@ -143,20 +116,12 @@ class PictureView : public QWidget {
   const PictureBox& picture_;
   const bool draws_ = &picture_ == &binds_.Form().GraphBox;  // or only shows
   const Binds::Handler open_;
-  const QString placeholder_;
 };
 
 }  // namespace
 
-QImage ShownImage(const Image& image) {
-  if (image.Empty()) return {};
-  return {image.Samples().data(), image.Cols(), image.Rows(), image.Cols(),
-          QImage::Format_Grayscale8};
-}
-
-QWidget* MakePicture(Binds& binds, const PictureBox& picture, const Binds::Handler& open,
-                     const QString& placeholder) {
-  return Make<PictureView>(binds, picture, open, placeholder);
+QWidget* MakePicture(Binds& binds, const PictureBox& picture, const Binds::Handler& open) {
+  return Make<PictureView>(binds, picture, open);
 }
 
 PicturePlace PlaceOfPicture(const QWidget& widget) {

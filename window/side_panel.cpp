@@ -25,23 +25,19 @@ QWidget* Box(Binds& binds, const FrameBox& control, std::initializer_list<QWidge
 }
 
 // In a widget of their own, in which they exclude each other.
-QWidget* Options(Binds& binds, std::span<const OptionButton> options, const QString& what,
+QWidget* Options(Binds& binds, std::span<const OptionButton> options,
                  QBoxLayout::Direction direction = QBoxLayout::LeftToRight) {
   auto* widget = Make<QWidget>();
   auto* layout = Fill(widget, direction, {});
   layout->setContentsMargins(direction == QBoxLayout::LeftToRight ? kIndent : 0, 0, 0, 0);
-  for (const OptionButton& option : options) {
-    auto* button = binds.New<QRadioButton>(option, &option.selected);
-    button->setAccessibleName(what + " " + QString::fromStdString(option.caption).trimmed());
-    layout->addWidget(button, 2 + layout->count());
-  }
+  for (const OptionButton& option : options)
+    layout->addWidget(binds.New<QRadioButton>(option, &option.selected), 2 + layout->count());
   return widget;
 }
 
 QWidget* Field(Binds& binds, const TextLabel& control, QWidget* field) {
   auto* caption = binds.New<QLabel>(control);
   caption->setBuddy(field);
-  field->setAccessibleName(QString::fromStdString(control.caption));
   return Row({caption, kRoom, field});
 }
 
@@ -59,9 +55,9 @@ QWidget* CoderPage(Binds& binds, frmMain& form) {
   auto* hint = binds.New<QLabel>("RateHint", &frmMain::RateHint);
   hint->setWordWrap(true);
   hint->setAlignment(Qt::AlignRight | Qt::AlignTop);
-  auto* transform = Options(binds, form.OpTransform.options, "Transform type");
-  auto* method = Options(binds, form.OpMethod.options, "Method");
-  auto* coding = Options(binds, form.OpEntropyCode.options, "Symbol encoding");
+  auto* transform = Options(binds, form.OpTransform.options);
+  auto* method = Options(binds, form.OpMethod.options);
+  auto* coding = Options(binds, form.OpEntropyCode.options);
   auto* rate = Field(binds, form.Label[3], Number(binds, form.txtBitRate, kRateWidth));
   auto* share = Field(binds, form.Label[4], Number(binds, form.txtROIPercent));
   return Column(
@@ -77,7 +73,7 @@ QWidget* CoderPage(Binds& binds, frmMain& form) {
 QWidget* MeasuresPage(Binds& binds, frmMain& form) {
   const CheckBox& restrict = form.chkROIErrorOnly;
   return Column({Heading(binds, form.Label3),
-                 Options(binds, form.OpErrorMeasure.options, "Measure", QBoxLayout::TopToBottom),
+                 Options(binds, form.OpErrorMeasure.options, QBoxLayout::TopToBottom),
                  binds.New<QCheckBox>(restrict, & restrict.checked), kRoom,
                  binds.New<QPushButton>(form.cmdBegin[1])});
 }

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "window/picture_view.h"
 #include "window/tool_window.h"
 
 namespace marovia {
@@ -11,8 +10,6 @@ constexpr double kMinZoom = 1.0 / 16;
 constexpr double kMaxZoom = 32;
 constexpr int kGain = 4;
 constexpr int kMaxGain = 32;
-constexpr int kMargin = 8;
-constexpr int kGrip = 6;
 constexpr int kTall = 1 << 20;     // above any zoomed image
 constexpr double kDoubling = 240;  // of the wheel: two notches
 
@@ -34,7 +31,9 @@ class Viewer : public ToolWindow {
     readout_->setObjectName("Readout");
     readout_->setContentsMargins(kMargin, 0, 0, 0);
     statusBar()->addWidget(readout_);
-    images_.HasTwo() ? ShowTwo() : ShowOne();
+    auto* caption = Make<QLabel>(Text(images_.Caption()));
+    first_ = NewPane("Wipe", images_.Shown());
+    setCentralWidget(images_.HasTwo() ? WithDifference(caption) : Column({caption, first_}));
     centralWidget()->setContentsMargins(kMargin, kMargin, kMargin, 0);
     ReadOut({-1, -1});
     SetZoom(std::round(devicePixelRatioF()));
@@ -48,7 +47,9 @@ class Viewer : public ToolWindow {
       QMetaObject::invokeMethod(this, &Viewer::Wipe, Qt::QueuedConnection);
     if (const auto* mouse = dynamic_cast<QMouseEvent*>(event)) {
       ReadOut(first_->mapToScene(mouse->pos()));
-      return viewport == first_->viewport() && DragsSplit(*mouse);
+      if (viewport != first_->viewport() || split_ == nullptr) return false;
+      if (mouse->buttons() == Qt::LeftButton)
+        split_->setValue(mouse->pos().x() * split_->maximum() / first_->viewport()->width());
     }
     const auto* wheel = dynamic_cast<QWheelEvent*>(event);
     if (wheel == nullptr || !wheel->modifiers().testFlag(Qt::ControlModifier)) return false;
@@ -57,20 +58,6 @@ class Viewer : public ToolWindow {
   }
 
  private:
-  // A drag moves the split where it began on it, else the image.
-  bool DragsSplit(const QMouseEvent& mouse) {
-    const bool near = line_ != nullptr &&
-                      std::abs(first_->mapFromScene(line_->pos()).x() - mouse.pos().x()) <= kGrip;
-    if (mouse.type() == QEvent::MouseButtonPress) dragsSplit_ = near;
-    if (mouse.buttons() == Qt::NoButton) {
-      first_->viewport()->setCursor(near ? Qt::SplitHCursor : Qt::CrossCursor);
-      return std::exchange(dragsSplit_, false);
-    }
-    if (dragsSplit_)
-      split_->setValue(mouse.pos().x() * split_->maximum() / first_->viewport()->width());
-    return dragsSplit_;
-  }
-
   QGraphicsView* NewPane(const QString& name, const Image& image) {
     auto* pane = Make<QGraphicsView>(Make<QGraphicsScene>(0, 0, image.Cols(), image.Rows(), this));
     pane->setObjectName(name);
@@ -97,18 +84,9 @@ class Viewer : public ToolWindow {
     return control;
   }
 
-  void ShowOne() {
-    const bool source = images_.ShowsSource();
-    first_ = NewPane("Wipe", source ? images_.Source() : images_.Reconstruction());
-    setCentralWidget(Column({Make<QLabel>(source ? "Source" : "Reconstruction"), first_}));
-  }
-
   // The panes are of one size, so that the scroll bars of each fit the other.
-  void ShowTwo() {
-    first_ = NewPane("Wipe", images_.Source());
+  QWidget* WithDifference(QWidget* caption) {
     auto* second = NewPane("Difference", images_.Source());
-    setCentralWidget(Columns(2, {Make<QLabel>("Source, and right of the handle the reconstruction"),
-                                 first_, Make<QLabel>("Difference: mid-grey is zero"), second}));
     for (const auto bar :
          {&QGraphicsView::horizontalScrollBar, &QGraphicsView::verticalScrollBar}) {
       QScrollBar* one = (first_->*bar)();
@@ -126,9 +104,13 @@ class Viewer : public ToolWindow {
       second->scene()->addRect(second->sceneRect(), Qt::NoPen, ShownImage(difference_));
     });
     gain->setValue(kGain);
+    return Columns(2, {caption, first_, Make<QLabel>("Difference: mid-grey is zero"), second});
   }
 
+  // A drag anywhere in the first pane moves its split; in the other one it moves both images.
   void AddWipe() {
+    first_->setDragMode(QGraphicsView::NoDrag);
+    first_->viewport()->setCursor(Qt::SplitHCursor);
     under_ = first_->scene()->addRect({}, Qt::NoPen, ShownImage(images_.Reconstruction()));
     line_ = first_->scene()->addRect(-1.5, -kTall, 3, 2 * kTall, QPen(Qt::black), Qt::white);
     line_->setFlag(QGraphicsItem::ItemIgnoresTransformations);
@@ -141,7 +123,7 @@ class Viewer : public ToolWindow {
 
   // The split is where the slider is, from the left edge of the view to its right edge.
   void Wipe() {
-    if (under_ == nullptr) return;
+    if (split_ == nullptr) return;
     const int x = split_->value() * first_->viewport()->width() / split_->maximum();
     const QRectF all = first_->sceneRect();
     const double column = std::clamp(std::round(first_->mapToScene(x, 0).x()), 0.0, all.width());
@@ -166,20 +148,15 @@ class Viewer : public ToolWindow {
     Wipe();
   }
 
-  void ReadOut(QPointF place) {
-    const std::string text = images_.ReadOut(place.y(), place.x());
-    readout_->setText(text.empty() ? "Point at a pixel to read it. Ctrl and the wheel zoom."
-                                   : QString::fromStdString(text));
-  }
+  void ReadOut(QPointF place) { readout_->setText(Text(images_.ReadOut(place.y(), place.x()))); }
 
   Comparison images_;
   Image difference_;
   double zoom_ = 1;
-  bool dragsSplit_ = false;
   QGraphicsView* first_ = nullptr;
   QGraphicsRectItem* under_ = nullptr;
   QGraphicsRectItem* line_ = nullptr;
-  QSlider* split_ = nullptr;
+  QSlider* split_ = nullptr;  // where there are two
   QLabel* zoomLabel_ = Make<QLabel>();
   QLabel* readout_ = Make<QLabel>();
 };

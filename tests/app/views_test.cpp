@@ -34,21 +34,14 @@ TEST_F(Views, AClickSetsTheMarkAndRunsTheHandlerOfItsControl) {
 TEST(PicturePlaces, EveryScreenPixelBelongsToOneCoordinate) {
   for (const int width : {100, 256, 261, 516, 1023, 1030}) {
     const PicturePlace place = PicturePlace::In(width, 777, 2);
-    const ScreenBox whole = place.Whole();
-    EXPECT_EQ(whole.width % 256, 0);
-    EXPECT_LE(whole.width + 4, std::max(width, 260));
-    EXPECT_EQ(2 * whole.left + whole.width, width - width % 2);
-    for (int col = 1; col <= 256; ++col) {
-      const ScreenBox box = place.Span({1, col}, {2, col});
-      for (const double x : {box.left + 0.0, box.left + box.width - 0.01})
-        ASSERT_EQ(place.CoordinateAt(x, place.top).col, col) << width;
-    }
+    const int side = 256 * place.factor;
+    EXPECT_LE(side + 4, std::max(width, 260));
+    EXPECT_EQ(2 * place.left + side, width - width % 2);
+    for (int x = 0; x < side; ++x)
+      ASSERT_EQ(place.CoordinateAt(place.left + x + 0.99, place.top).col, x / place.factor + 1);
   }
   const PicturePlace place = PicturePlace::In(600, 600, 2);
   EXPECT_EQ(place.CoordinateAt(-1e9, 1e9).row - place.CoordinateAt(-1e9, 1e9).col, 255);
-  const ScreenBox box = place.Span({9, 4}, {2, 3});
-  EXPECT_EQ(box.left, place.left + 2 * place.factor);
-  EXPECT_EQ(box.width + 10 * box.height, 82 * place.factor);
 }
 
 TEST(Comparisons, TellDifferencesAndReadPixelsOut) {
@@ -63,7 +56,7 @@ TEST(Comparisons, TellDifferencesAndReadPixelsOut) {
   EXPECT_EQ(two.ReadOut(1.9, 2.1),
             "Row 1, column 2:   source 100   reconstruction 110   difference 10");
   for (const auto& [down, across] : {std::pair{-0.1, 0.0}, {0.0, -0.1}, {2.0, 0.0}, {0.0, 3.0}})
-    EXPECT_EQ(two.ReadOut(down, across), "");
+    EXPECT_TRUE(two.ReadOut(down, across).starts_with("Point at")) << down << ' ' << across;
 
   const Comparison shapes(source, Image(4, 2, 7), false);
   EXPECT_FALSE(shapes.HasTwo() || shapes.ShowsSource());

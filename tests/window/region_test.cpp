@@ -17,7 +17,8 @@ TEST_F(WindowRegion, ADragSetsTheRectangleAndShowsItOnAnyGround) {
     EXPECT_EQ(state.ROISelected, 1);
     EXPECT_EQ((std::array{state.ROICol1, state.ROIRow1, state.ROICol2, state.ROIRow2}),
               (std::array<std::int16_t, 4>{40, 50, 100, 120}));
-    EXPECT_EQ(ReportText(), "Upper left corner: (100, 80)\nLower right corner: (240, 200)");
+    EXPECT_EQ(ReportText().toStdString(),
+              "Upper left corner: (100, 80)\nLower right corner: (240, 200)");
     EXPECT_TRUE(Find<QCheckBox>("chkROIErrorOnly").isChecked());
     EXPECT_EQ(PixelAt(Source(), {40, 80}), QColor(255, 255, 48));
     EXPECT_EQ(PixelAt(Source(), {70, 120}), QColor(255, 255, 48));
@@ -38,7 +39,8 @@ TEST_F(WindowRegion, AClickIsOnePixelASecondTakesItAwayAndADoubleClickChangesNot
   };
   const QString before = ReportText();
   click({30, 60});
-  EXPECT_EQ(ReportText(), "Upper left corner: (60, 30)\nLower right corner: (60, 30)");
+  EXPECT_EQ(ReportText().toStdString(),
+            "Upper left corner: (60, 30)\nLower right corner: (60, 30)");
   QTest::mouseDClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {30, 60}));
   EXPECT_EQ(Form().state.ROISelected, 0);
   EXPECT_EQ(ReportText(), before);

@@ -202,7 +202,7 @@ TEST_F(WindowTest, DroppedFilesLoadAndDecompress) {
 TEST_F(WindowTest, ClosingDeletesOnlyTheTemporaryFilesOfTheCurrentFolder) {
   for (const char* name : {"a.wti", "b.rim", "c.wtr", "d.awf"})
     QFile(Path(name)).open(QIODevice::WriteOnly);
-  { const MainWindow other(true); }
+  MakeMainWindow(true).reset();
   EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{"d.awf"});
 }
 

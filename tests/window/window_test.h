@@ -14,7 +14,6 @@
 #include "marovia/image.h"
 
 #include "window/main_window.h"
-#include "window/picture_view.h"
 
 namespace marovia::test {
 
@@ -60,7 +59,12 @@ class WindowTest : public testing::Test {
   QTemporaryDir folder;
   QStringList filters;
   bool asked = false;
-  MainWindow window{true};
+
+ private:
+  std::unique_ptr<MainWindow> made_ = MakeMainWindow(true);
+
+ protected:
+  MainWindow& window = *made_;
 
  private:
   QTimer answerer_;
