@@ -107,12 +107,12 @@ class Binds {
     for (const Handler& show : shows_) show();
   }
 
-  // At once, in the middle of a handler.
+  // At once, in the middle of a handler; only what looks different is painted.
   void Repaint(const Control& control) {
     const auto& [widget, show] = widgets_.at(&control);
     shows_[show]();
-    const auto* area = qobject_cast<QAbstractScrollArea*>(widget);
-    (area != nullptr ? area->viewport() : widget)->repaint();
+    QEvent paint(QEvent::UpdateRequest);
+    QApplication::sendEvent(widget->window(), &paint);
   }
   void SetFocus(const Control& control) {
     widgets_.at(&control).first->setFocus(Qt::OtherFocusReason);

@@ -138,7 +138,9 @@ class FormWindow : public MainWindow, private Desktop {
     report->setUndoRedoEnabled(false);
     report->setAcceptDrops(false);
     report->setTabChangesFocus(true);
-    report->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setStyleStrategy(QFont::PreferNoShaping);  // which takes longer than all else of a line
+    report->setFont(font);
     report->setFixedHeight(report->fontMetrics().lineSpacing() * kReportLines + 2 * kMargin);
     return report;
   }
