@@ -37,7 +37,6 @@ TEST_F(WindowTest, WhatCannotBeReadOrWrittenIsNamedAndHarmsNothing) {
   };
   const auto expectNamed = [this](const QString& name) {
     EXPECT_TRUE(ReportText().contains(name)) << ReportText().toStdString();
-    EXPECT_EQ(ReportText().count('\n'), 0) << ReportText().toStdString();
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
   };
   ASSERT_TRUE(QFile::link("/dev/full", Path("full.awg")));
@@ -67,8 +66,8 @@ TEST_F(WindowTest, WhatCannotBeReadOrWrittenIsNamedAndHarmsNothing) {
     QFile file(Path(name));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
   }
-  for (const QString& name :
-       {"folder.awg", "cut.awg", "garbage.bmp", "missing.pgm", QString(300, 'n') + ".awg"}) {
+  for (const QString& name : QStringList{"folder.awg", "cut.awg", "garbage.bmp", "missing.pgm",
+                                         QString(300, 'n') + ".awg"}) {
     window.OpenFile(Path(name).toStdString());
     expectNamed(name);
   }
