@@ -19,8 +19,8 @@ void PaintLines(QPainter& painter, const QRegion& lines, const QColor& colour) {
 
 class PictureView : public QWidget {
  public:
-  PictureView(Binds& binds, const PictureBox& picture, const Binds::Handler& open)
-      : binds_(binds), picture_(picture), open_(open) {
+  PictureView(Binds& binds, const PictureBox& picture, Binds::Handler open)
+      : binds_(binds), picture_(picture), open_(std::move(open)) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     binds_.Add(this, picture_, [this] { ShowPicture(); });
