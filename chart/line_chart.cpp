@@ -78,7 +78,7 @@ std::string PathOf(const std::vector<ChartPoint>& points, const Curve& curve) {
   for (const ChartPoint& point : points)
     path += (path.empty() ? "M" : " L") + Px(point.x) + " " + Px(point.y);
   const std::string_view dash = kDashes.at(static_cast<std::size_t>(curve.dash % kChartDashes));
-  return "<path d=\"" + path + "\" class=\"curve\" stroke=\"" + ColourOf(curve) + "\"" +
+  return "<path d=\"" + path + R"(" class="curve" stroke=")" + ColourOf(curve) + "\"" +
          (dash.empty() ? "" : " stroke-dasharray=\"" + std::string(dash) + "\"") + "/>\n";
 }
 
@@ -134,7 +134,7 @@ class Drawing {
 
   [[nodiscard]] std::string Svg() const {
     const std::string size = Px(kWidth) + " " + Px(kHeight);
-    return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + size + "\" width=\"" +
+    return R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 )" + size + "\" width=\"" +
            Px(kWidth) + "\" height=\"" + Px(kHeight) + "\" role=\"img\">\n<title>" +
            Escaped(chart_.title) + "</title>\n" + std::string(kStyle) + Grid() + Labels() +
            Curves() + Legend() + "</svg>\n";

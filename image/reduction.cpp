@@ -32,6 +32,7 @@ double Part(const Span& span, int sample) {
 
 std::vector<Span> Spans(int samples, int pixels) {
   std::vector<Span> spans;
+  spans.reserve(static_cast<std::size_t>(pixels));
   for (int place = 0; place < pixels; ++place) spans.push_back(Covered(place, samples, pixels));
   return spans;
 }
