@@ -52,8 +52,10 @@ void PrintQuality(const Choices& choices) {
 // Else the large arrays of every run would be pages new to the process, which the system clears
 // first: with images of this size that takes as long as a codec's own work.
 void KeepFreedMemory() {
+  // NOLINTBEGIN(concurrency-mt-unsafe): this process has one thread.
   mallopt(M_MMAP_MAX, 0);
   mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+  // NOLINTEND(concurrency-mt-unsafe)
 }
 
 void RunBenchmarks(const Choices& choices) {
