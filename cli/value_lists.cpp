@@ -25,6 +25,7 @@ std::vector<std::string> Split(const std::string& text) {
 std::vector<double> RatesBetween(double from, double to) {
   if (from >= to) Fail(Errc::kInvalidArgument, "--rates: the first rate must be below the last");
   std::vector<double> rates;
+  rates.reserve(kSteps + 1);
   for (int n = 0; n < kSteps; ++n) rates.push_back(from * std::pow(to / from, n / double{kSteps}));
   rates.push_back(to);
   return rates;
