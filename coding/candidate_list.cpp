@@ -14,9 +14,9 @@ struct BlockCandidates {
 };
 
 // By the set of the pending homes, shifted by 4, and that of the candidates.
-constexpr std::array<BlockCandidates, 256> kBlockCandidates = [] {
+constexpr std::array<BlockCandidates, 256> MakeBlockCandidates() {
   std::array<BlockCandidates, 256> blocks{};
-  for (unsigned key = 0; key < blocks.size(); ++key) {
+  for (unsigned key = 0; key < 256; ++key) {
     unsigned count = 0;
     for (unsigned place = 0; place < 4; ++place) {
       if ((key >> place & 1) == 0) continue;
@@ -26,7 +26,9 @@ constexpr std::array<BlockCandidates, 256> kBlockCandidates = [] {
     }
   }
   return blocks;
-}();
+}
+
+constexpr std::array<BlockCandidates, 256> kBlockCandidates = MakeBlockCandidates();
 
 }  // namespace
 
