@@ -12,34 +12,16 @@
 
 namespace marovia {
 
-struct AswdrModels {
-  std::array<TernaryContext<SecondSetup>, 3> numbers;
-  std::array<BinaryContext, 2> signs;
-  std::array<BinaryContext, 2> refinements;
-};
-
-// The characters coded last, whose contexts come next.
-struct LastCharacters {
-  unsigned number = 0;
-  unsigned sign = 0;
-  unsigned refinement = 0;
-};
-
 class AswdrSymbolWriter {
  public:
-  using Models = AswdrModels;
-
-  AswdrSymbolWriter(int charge, Bytes& bytes, Models& models)
-      : charge_(charge), coder_(bytes), models_(&models) {}
+  AswdrSymbolWriter(int charge, Bytes& bytes) : charge_(charge), coder_(bytes) {}
 
   MAROVIA_INLINE void Found(std::uint32_t run, bool negative) {
     SendNumber(run);
-    Send(models_->signs, last_.sign, negative ? 1 : 0);
+    coder_.Encode(signs_, negative ? 1 : 0);
   }
   void EndOfPass(std::uint32_t number) { SendNumber(number); }
-  MAROVIA_INLINE void Refine(bool moves) {
-    Send(models_->refinements, last_.refinement, moves ? 0 : 1);
-  }
+  MAROVIA_INLINE void Refine(bool moves) { coder_.Encode(refinements_, moves ? 0 : 1); }
 
   [[nodiscard]] std::int64_t BitsSpent() const { return charge_ + coder_.BitsSpent(); }
   [[nodiscard]] std::int64_t BitsSent() const { return charge_ + coder_.BitsSent(); }
@@ -47,27 +29,26 @@ class AswdrSymbolWriter {
   void Finish() { coder_.DoneEncoding(); }
 
  private:
-  MAROVIA_INLINE void Send(auto& contexts, unsigned& last, unsigned character) {
-    coder_.Encode(contexts[last], character);
-    last = character;
-  }
   MAROVIA_INLINE void SendNumber(std::uint32_t number) {
-    for (; number > 1; number >>= 1) Send(models_->numbers, last_.number, number & 1);
-    Send(models_->numbers, last_.number, kEndMark);
+    for (; number > 1; number >>= 1) SendCharacter(number & 1);
+    SendCharacter(kEndMark);
+  }
+  MAROVIA_INLINE void SendCharacter(unsigned character) {
+    coder_.Encode(numbers_[last_], character);
+    last_ = character;
   }
 
   int charge_;
   ArithmeticEncoder<SecondSetup> coder_;
-  Models* models_;
-  LastCharacters last_;
+  std::array<TernaryContext<SecondSetup>, 3> numbers_;
+  unsigned last_ = 0;  // the last character of a number
+  BinaryContexts signs_;
+  BinaryContexts refinements_;
 };
 
 class AswdrSymbolReader {
  public:
-  using Models = AswdrModels;
-
-  AswdrSymbolReader(int charge, ByteView stream, Models& models)
-      : charge_(charge), coder_(stream), models_(&models) {}
+  AswdrSymbolReader(int charge, ByteView stream) : charge_(charge), coder_(stream) {}
 
   MAROVIA_INLINE bool ReadNumber(std::uint32_t& number) {
     const unsigned end = FromCharacters(number, *this);
@@ -76,28 +57,26 @@ class AswdrSymbolReader {
     return true;
   }
   MAROVIA_INLINE bool ReadSign(bool& negative) {
-    negative = Read(models_->signs, last_.sign) == 1;
+    negative = coder_.Decode(signs_) == 1;
     return !coder_.Exhausted();
   }
   MAROVIA_INLINE bool ReadRefinement(bool& moves) {
-    moves = Read(models_->refinements, last_.refinement) == 0;
+    moves = coder_.Decode(refinements_) == 0;
     return !coder_.Exhausted();
   }
 
   [[nodiscard]] std::int64_t BitsRead() const { return charge_ + coder_.BitsRead(); }
 
   // The next character of a number.
-  MAROVIA_INLINE unsigned ReadCharacter() { return Read(models_->numbers, last_.number); }
+  MAROVIA_INLINE unsigned ReadCharacter() { return last_ = coder_.Decode(numbers_[last_]); }
 
  private:
-  MAROVIA_INLINE unsigned Read(auto& contexts, unsigned& last) {
-    return last = coder_.Decode(contexts[last]);
-  }
-
   int charge_;
   ArithmeticDecoder<SecondSetup> coder_;
-  Models* models_;
-  LastCharacters last_;
+  std::array<TernaryContext<SecondSetup>, 3> numbers_;
+  unsigned last_ = 0;  // the last character of a number
+  BinaryContexts signs_;
+  BinaryContexts refinements_;
 };
 
 }  // namespace marovia

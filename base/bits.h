@@ -6,6 +6,7 @@
 // For what a loop over symbols is made of: called, it would need the address of the coder, which
 // then could not stay in registers.
 #define MAROVIA_INLINE [[gnu::always_inline]] inline
+#define MAROVIA_INLINE_LAMBDA __attribute__((always_inline))
 
 namespace marovia {
 
@@ -53,6 +54,47 @@ inline std::uint32_t ReverseBits(std::uint32_t bits, int count) {
   bits = (bits >> 4 & 0x0F0FU) | (bits & 0x0F0FU) << 4;
   bits = bits >> 8 | (bits & 0xFFU) << 8;
   return bits >> (16 - count);
+}
+
+}  // namespace marovia
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define MAROVIA_BIT_INSTRUCTIONS [[gnu::target("bmi,bmi2,popcnt")]]
+#else
+#define MAROVIA_BIT_INSTRUCTIONS
+#endif
+
+namespace marovia {
+
+inline bool HasBitInstructions() {
+#if defined(__x86_64__) && defined(__GNUC__)
+  return __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
+         __builtin_cpu_supports("popcnt");
+#else
+  return false;
+#endif
+}
+
+// Runs loop(copy) on a copy of a state, which the compiler keeps in registers and which then takes
+// the state's place. What the loop calls must therefore be inlined, and it a MAROVIA_INLINE_LAMBDA.
+template <class State, class Loop>
+MAROVIA_INLINE bool RunOnCopy(State& state, const Loop& loop) {
+  State copy = state;
+  const bool result = loop(copy);
+  state = copy;
+  return result;
+}
+
+template <class State, class Loop>
+MAROVIA_BIT_INSTRUCTIONS bool RunWithBitInstructions(State& state, const Loop& loop) {
+  return RunOnCopy(state, loop);
+}
+
+// The same, compiled twice: for every processor, and for those that shift by a variable in one
+// step, which saves a tenth of a loop over symbols.
+template <class State, class Loop>
+bool RunLoop(State& state, const Loop& loop) {
+  return HasBitInstructions() ? RunWithBitInstructions(state, loop) : RunOnCopy(state, loop);
 }
 
 }  // namespace marovia

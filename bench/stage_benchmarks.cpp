@@ -198,7 +198,7 @@ void RegisterStages(const Source& source) {
   }
   RegisterCoder<FirstSetup, TernaryContext<FirstSetup>>("symbol of three, 11 bits:", 3);
   RegisterCoder<SecondSetup, TernaryContext<SecondSetup>>("symbol of three, 9 bits:", 3);
-  RegisterCoder<SecondSetup, BinaryContext>("symbol of two, 9 bits:", 2);
+  RegisterCoder<SecondSetup, BinaryContexts>("symbol of two, 9 bits:", 2);
 }
 
 }  // namespace marovia::bench

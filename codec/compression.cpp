@@ -114,8 +114,7 @@ PassReport Compression::WriteWith(int charge, const PassListener& onPass) {
     plan.region = &*regionHomes;
     plan.switchPoint = switchPoint_;
   }
-  typename Symbols::Models models;
-  PassEncoder<Symbols> passes(planes, *order, Symbols(charge, file_, models), plan);
+  PassEncoder<Symbols> passes(planes, *order, Symbols(charge, file_), plan);
   const auto report = [&](const PassState& state) {
     return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
                       ToInt32(static_cast<double>(passes.BitsSent()))};

@@ -81,8 +81,7 @@ PassReport Decompression::ReadPasses(const PassListener& onPass) {
 template <class Symbols>
 PassReport Decompression::ReadWith(const PassListener& onPass) {
   const auto order = MakeOrder(coder_.scan, {info_.codedRows, info_.codedCols, info_.levels});
-  typename Symbols::Models models;
-  PassDecoder<Symbols> passes(*order, Symbols(coder_.decoderCharge, stream_, models), budget_);
+  PassDecoder<Symbols> passes(*order, Symbols(coder_.decoderCharge, stream_), budget_);
   const auto report = [&](const PassState& state) {
     return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
                       ToInt32(static_cast<double>(passes.BitsRead()))};

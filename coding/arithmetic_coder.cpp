@@ -1,5 +1,6 @@
 #include "coding/arithmetic_coder.h"
 
+#include <array>
 #include <bit>
 
 namespace marovia {
@@ -16,12 +17,13 @@ std::uint64_t ArithmeticEncoder<Setup>::Carry(Bytes& bytes, std::uint64_t low, i
 template <class Setup>
 std::uint64_t ArithmeticEncoder<Setup>::Write(Bytes& bytes, std::uint64_t low, int held) {
   low = Carry(bytes, low, held);
-  while (held >= Setup::kBits + 8) {
+  std::array<std::uint8_t, kWritten / 8> written{};
+  for (std::uint8_t& byte : written) {
     held -= 8;
-    bytes.push_back(static_cast<std::uint8_t>(low >> held));
-    low &= (std::uint64_t{1} << held) - 1;
+    byte = static_cast<std::uint8_t>(low >> held);
   }
-  return low;
+  bytes.insert(bytes.end(), written.begin(), written.end());
+  return low & ((std::uint64_t{1} << held) - 1);
 }
 
 template <class Setup>

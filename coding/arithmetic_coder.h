@@ -94,19 +94,20 @@ class ArithmeticEncoder {
  private:
   // A symbol shifts by 11 bits at most and a carry takes one: they fit above this many.
   static constexpr int kMostHeld = 48;
+  // So many bits are written at a time.
+  static constexpr int kWritten = 32;
 
   // The bits of the low end that are not yet bytes.
   [[nodiscard]] int Held() const { return static_cast<int>(spent_ - mostSpent_) + kMostHeld; }
   [[nodiscard]] ByteView Written() const { return ByteView{*bytes_}.subspan(start_); }
 
   void WriteBytes() {
-    const int held = Held();
-    low_ = Write(*bytes_, low_, held);
-    mostSpent_ += (held - Setup::kBits) / 8 * 8;
+    low_ = Write(*bytes_, low_, Held());
+    mostSpent_ += kWritten;
   }
 
   // These take values, not the coder, whose address would keep it out of the registers.
-  // Moves the upper ones of the `held` lowest bits of a low end to the bytes; returns the rest.
+  // Moves the first bytes of the `held` lowest bits of a low end to the others; returns the rest.
   static std::uint64_t Write(Bytes& bytes, std::uint64_t low, int held);
   static std::uint64_t Carry(Bytes& bytes, std::uint64_t low, int held);
   static std::int64_t CountToFollow(std::uint64_t low, int held, ByteView written);
@@ -120,13 +121,21 @@ class ArithmeticEncoder {
   std::size_t start_;
 };
 
+// The character of a symbol that a decoder found; its context learns from it.
+template <class Context>
+MAROVIA_INLINE unsigned Learn(Context& context, unsigned index) {
+  const unsigned character = context.CharacterAt(index);
+  context.Update(index);
+  context.Prepare();
+  return character;
+}
+
 template <class Setup>
 class ArithmeticDecoder {
  public:
   explicit ArithmeticDecoder(ByteView stream) : reader_(stream) {}
 
-  // The index of the next symbol in a context; to be told to the context unless it is the end
-  // symbol.
+  // The index of the next symbol in a context, to be learnt by it unless it is the end symbol.
   template <class Context>
   MAROVIA_INLINE unsigned DecodeIndex(const Context& context) {
     const auto code = static_cast<std::uint32_t>(reader_.Ahead() >> kUnused);
@@ -145,10 +154,7 @@ class ArithmeticDecoder {
   // The next character in a context, which learns from it.
   template <class Context>
   MAROVIA_INLINE unsigned Decode(Context& context) {
-    const unsigned index = DecodeIndex(context);
-    const unsigned character = context.CharacterAt(index);
-    context.Update(index);
-    return character;
+    return Learn(context, DecodeIndex(context));
   }
 
   // At most one code value's bits beyond the end: what is asked for after those does not count.

@@ -107,11 +107,7 @@ void CandidateList::AppendPendingBlocks(std::span<const Home> blocks) {
       passed_ += 16;
       continue;
     }
-    for (std::uint64_t bits = candidates_->Block(blocks[i]); bits != 0; bits &= bits - 1) {
-      const auto place = static_cast<Home>(std::countr_zero(bits));
-      Append(4 * blocks[i] + place, passed_ + place + 1);
-    }
-    passed_ += 4;
+    AppendBlocks(blocks.subspan(i, 1));
   }
 }
 

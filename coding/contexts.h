@@ -29,6 +29,8 @@ namespace arithmetic {
 constexpr unsigned kMostTotal = 511;
 constexpr int kFractionBits = 30;
 constexpr std::uint32_t kWhole = 1U << kFractionBits;
+// Where what is not the first symbol has less of the total than this, guessing that the first comes
+// costs less than selecting. Found by trial, with images and with files of certain symbols alone.
 constexpr std::uint32_t kRare = kWhole / 32;
 
 // ceil(2^30 / total).
@@ -80,6 +82,8 @@ struct Found {
 
 // Three characters, 0 to 2, kept in the order of their counts: one that draws level with others
 // moves up past them. Where the set-up has an end symbol, it stays behind them with a count of 1.
+//
+// All is in lanes of words, not in arrays, so that a loop can keep a context in registers.
 template <class Setup>
 class TernaryContext {
  public:
@@ -87,24 +91,28 @@ class TernaryContext {
   static constexpr unsigned kEndIndex = 4;
 
   // The symbol index (1 to 3) of a character, and back.
-  [[nodiscard]] unsigned IndexOf(unsigned character) const { return indexOf_[character]; }
-  [[nodiscard]] unsigned CharacterAt(unsigned index) const { return characterAt_[index]; }
+  [[nodiscard]] unsigned IndexOf(unsigned character) const {
+    return order_.indices >> (kOrderLane * character) & kOrderMask;
+  }
+  [[nodiscard]] unsigned CharacterAt(unsigned index) const {
+    return order_.characters >> (kOrderLane * index) & kOrderMask;
+  }
 
   // The part of a symbol, as fractions; an index of 4 is the end symbol.
-  [[nodiscard]] Part PartOf(unsigned index) const {
-    return {fractions_[index], fractions_[index - 1]};
+  [[nodiscard]] MAROVIA_INLINE Part PartOf(unsigned index) const {
+    return {FractionAbove(index), FractionAbove(index - 1)};
   }
 
   // What all symbols but the first have of the total.
-  [[nodiscard]] std::uint32_t FractionOfOthers() const { return fractions_[1]; }
+  [[nodiscard]] std::uint32_t FractionOfOthers() const { return above1_; }
 
   // The symbol that a code value, less the low end of a range, falls to, and its part of the range.
   [[nodiscard]] MAROVIA_INLINE Found Find(std::uint32_t code,
                                           const arithmetic::Range& range) const {
     const std::uint32_t whole = range.wide >> range.halved;
-    const std::uint32_t first = range.Times(fractions_[1]);
-    const std::uint32_t second = range.Times(fractions_[2]);
-    const std::uint32_t third = Setup::kHasEnd ? range.Times(fractions_[3]) : 0;
+    const std::uint32_t first = range.Times(above1_);
+    const std::uint32_t second = range.Times(above2_);
+    const std::uint32_t third = Setup::kHasEnd ? range.Times(above3_) : 0;
     const std::uint32_t past1 = arithmetic::MaskIf(code < first);
     const std::uint32_t past2 = arithmetic::MaskIf(code < second);
     if (Setup::kHasEnd && code < third) return {kEndIndex, {0, third}};
@@ -115,69 +123,82 @@ class TernaryContext {
 
   MAROVIA_INLINE void Update(unsigned index) {
     if (Above(0) == Setup::kMostTotal) [[unlikely]]
-      Halve();
-    if (CountOf(index) == CountOf(index - 1)) [[unlikely]]
-      index = MoveUp(index);
-    cumulative_ += kOneUpTo[index];
-    SetFractions();
+      cumulative_ = Halved(cumulative_);
+    if (index > 1 && CountOf(cumulative_, index) == CountOf(cumulative_, index - 1)) [[unlikely]] {
+      const Moved moved = MoveUp(cumulative_, order_, index);
+      order_ = moved.order;
+      index = moved.index;
+    }
+    cumulative_ += std::uint64_t{0x100010001} & ~(~std::uint64_t{0} << (kLane * index));
+  }
+
+  // After an update where symbols are to be found: by the time of the next one it is done.
+  MAROVIA_INLINE void Prepare() {
+    above1_ = FractionAbove(1);
+    above2_ = FractionAbove(2);
+    if (Setup::kHasEnd) above3_ = FractionAbove(3);
   }
 
  private:
-  static constexpr int kLane = 16;  // bits of a count
-  // A count in each lane below the index.
-  static constexpr std::array<std::uint64_t, 4> kOneUpTo = {0, 0x1, 0x10001, 0x100010001};
+  static constexpr int kLane = 16;      // bits of a count
+  static constexpr int kOrderLane = 4;  // bits of an index, or of a character
+  static constexpr unsigned kOrderMask = 0xF;
 
-  // The counts of the symbols above an index, 0 to 3.
-  [[nodiscard]] constexpr std::uint32_t Above(unsigned index) const {
-    return static_cast<std::uint32_t>(cumulative_ >> (kLane * index)) & 0xFFFF;
+  struct Order {
+    std::uint32_t indices = 0x321;      // by character
+    std::uint32_t characters = 0x2100;  // by index, from 1
+  };
+  struct Moved {
+    Order order;
+    unsigned index = 0;
+  };
+
+  static std::uint32_t AboveIn(std::uint64_t cumulative, unsigned index) {
+    return static_cast<std::uint32_t>(cumulative >> (kLane * index)) & 0xFFFF;
   }
-  // The count of a symbol, and of none at index 0.
-  [[nodiscard]] std::uint32_t CountOf(unsigned index) const {
-    return index == 0 ? 0 : Above(index - 1) - Above(index);
+  static std::uint32_t CountOf(std::uint64_t cumulative, unsigned index) {
+    return AboveIn(cumulative, index - 1) - AboveIn(cumulative, index);
+  }
+  // The counts of the symbols above an index, 0 to 3, and none above 4.
+  [[nodiscard]] std::uint32_t Above(unsigned index) const { return AboveIn(cumulative_, index); }
+  [[nodiscard]] std::uint32_t FractionAbove(unsigned index) const {
+    return arithmetic::Fraction(Above(index), Above(0));
   }
 
-  void SetFractions() {
-    for (unsigned index = 1; index < kSymbols; ++index) {
-      fractions_[index] = arithmetic::Fraction(Above(index), Above(0));
-    }
-  }
-
-  [[gnu::noinline]] void Halve() {
+  [[gnu::noinline]] static std::uint64_t Halved(std::uint64_t cumulative) {
     std::uint64_t halved = 0;
     std::uint32_t above = 0;
     if (Setup::kHasEnd) {
-      above = (Above(3) + 1) / 2;
+      above = (AboveIn(cumulative, 3) + 1) / 2;
       halved = std::uint64_t{above} << (3 * kLane);
     }
     for (unsigned index = 3; index > 0; --index) {
-      above += (CountOf(index) + 1) / 2;
+      above += (CountOf(cumulative, index) + 1) / 2;
       halved |= std::uint64_t{above} << (kLane * (index - 1));
     }
-    cumulative_ = halved;
+    return halved;
   }
 
-  // Exchanges a symbol with the first of those that have its count, and returns that one's index.
-  [[gnu::noinline]] unsigned MoveUp(unsigned index) {
+  // Exchanges a symbol with the first of those that have its count.
+  [[gnu::noinline]] static Moved MoveUp(std::uint64_t cumulative, Order order, unsigned index) {
     unsigned place = index;
-    while (CountOf(place) == CountOf(place - 1)) --place;
-    std::swap(characterAt_[place], characterAt_[index]);
-    indexOf_[characterAt_[place]] = static_cast<std::uint8_t>(place);
-    indexOf_[characterAt_[index]] = static_cast<std::uint8_t>(index);
-    return place;
+    while (place > 1 && CountOf(cumulative, place) == CountOf(cumulative, place - 1)) --place;
+    const std::uint32_t here = order.characters >> (kOrderLane * index) & kOrderMask;
+    const std::uint32_t there = order.characters >> (kOrderLane * place) & kOrderMask;
+    order.characters ^= (here ^ there) << (kOrderLane * index);
+    order.characters ^= (here ^ there) << (kOrderLane * place);
+    order.indices ^= (index ^ place) << (kOrderLane * here);
+    order.indices ^= (index ^ place) << (kOrderLane * there);
+    return {order, place};
   }
 
   // Four lanes: the counts above the indices 0 (the total) to 3.
   std::uint64_t cumulative_ = Setup::kHasEnd ? 0x0001000200030004U : 0x0000000100020003U;
-  // The same as fractions of the total; the symbols above the last are none.
-  std::array<std::uint32_t, kSymbols + 1> fractions_ = [] {
-    std::array<std::uint32_t, kSymbols + 1> fractions{arithmetic::kWhole};
-    for (std::uint32_t i = 1; i < kSymbols; ++i) {
-      fractions[i] = arithmetic::Fraction(kSymbols - i, kSymbols);
-    }
-    return fractions;
-  }();
-  std::array<std::uint8_t, 4> characterAt_{0, 0, 1, 2};  // from index 1
-  std::array<std::uint8_t, 3> indexOf_{1, 2, 3};
+  Order order_;
+  // The counts above the indices as fractions of the total.
+  std::uint32_t above1_ = FractionAbove(1);
+  std::uint32_t above2_ = FractionAbove(2);
+  std::uint32_t above3_ = FractionAbove(3);
 };
 
 // A state of a two-character context: what the count of the second character is of the total, and
@@ -194,40 +215,58 @@ struct BinaryState {
 constexpr std::size_t kBinaryStateCount = 8064;
 extern const std::array<BinaryState, kBinaryStateCount> kBinaryStates;
 
-// Two characters, 0 and 1, the one with the larger count first; one that draws level moves up.
-class BinaryContext {
+// Two contexts of two characters, 0 and 1, each with the larger count first; a character that draws
+// level moves up. The character coded last chooses the context, at first as after a 0. Not an array
+// of two, since what is indexed cannot be kept in registers.
+class BinaryContexts {
  public:
   // The index of a character is 1 where it comes first, else 2.
   [[nodiscard]] unsigned IndexOf(unsigned character) const { return 1 + (character ^ First()); }
   [[nodiscard]] unsigned CharacterAt(unsigned index) const { return First() ^ (index - 1); }
 
-  [[nodiscard]] Part PartOf(unsigned index) const {
+  [[nodiscard]] MAROVIA_INLINE Part PartOf(unsigned index) const {
     const std::uint32_t isFirst = arithmetic::MaskIf(index == 1);
-    return {state_.second & isFirst, (arithmetic::kWhole & isFirst) | (state_.second & ~isFirst)};
+    const std::uint32_t second = FractionOfOthers();
+    return {second & isFirst, (arithmetic::kWhole & isFirst) | (second & ~isFirst)};
   }
 
-  [[nodiscard]] std::uint32_t FractionOfOthers() const { return state_.second; }
+  [[nodiscard]] std::uint32_t FractionOfOthers() const {
+    return static_cast<std::uint32_t>(state_);
+  }
 
   [[nodiscard]] MAROVIA_INLINE Found Find(std::uint32_t code,
                                           const arithmetic::Range& range) const {
     const std::uint32_t whole = range.wide >> range.halved;
-    const std::uint32_t second = range.Times(state_.second);
+    const std::uint32_t second = range.Times(FractionOfOthers());
     const std::uint32_t isSecond = arithmetic::MaskIf(code < second);
     return {1 - isSecond, {second & ~isSecond, (second & isSecond) | (whole & ~isSecond)}};
   }
 
   // Both states that may follow are loaded before it is known which does.
   MAROVIA_INLINE void Update(unsigned index) {
-    const auto afterFirst = std::bit_cast<std::uint64_t>(kBinaryStates[state_.afterFirst]);
-    const auto afterSecond = std::bit_cast<std::uint64_t>(kBinaryStates[state_.afterSecond]);
+    const auto state = std::bit_cast<BinaryState>(state_);
+    const unsigned character = CharacterAt(index);
+    const std::uint64_t afterFirst = StateOf(state.afterFirst);
+    const std::uint64_t afterSecond = StateOf(state.afterSecond);
     const std::uint64_t isSecond = std::uint64_t{1} - index;
-    state_ = std::bit_cast<BinaryState>(afterFirst ^ ((afterFirst ^ afterSecond) & isSecond));
+    const std::uint64_t next = afterFirst ^ ((afterFirst ^ afterSecond) & isSecond);
+    const std::uint64_t otherNext = std::uint64_t{0} - (character ^ last_);
+    const std::uint64_t change = (next ^ other_) & otherNext;
+    state_ = next ^ change;
+    other_ ^= change;
+    last_ = character;
   }
+  void Prepare() {}
 
  private:
-  [[nodiscard]] unsigned First() const { return state_.afterFirst & 1; }
+  static std::uint64_t StateOf(std::uint16_t number) {
+    return std::bit_cast<std::uint64_t>(kBinaryStates[number]);
+  }
+  [[nodiscard]] unsigned First() const { return std::bit_cast<BinaryState>(state_).afterFirst & 1; }
 
-  BinaryState state_ = kBinaryStates[0];
+  std::uint64_t state_ = StateOf(0);  // of the context that the next character is coded in
+  std::uint64_t other_ = StateOf(0);
+  unsigned last_ = 0;
 };
 
 }  // namespace marovia

@@ -57,8 +57,7 @@ class PassDecoder {
   [[nodiscard]] std::span<const float> Values() const { return values_; }
 
  private:
-  // The place in the stream. A loop works on a local copy, which the compiler keeps in registers;
-  // what the loop calls is therefore inlined.
+  // The place in the stream.
   struct Cursor {
     Symbols symbols;
     std::int64_t run = 0;  // pending homes up to and with the next one found
@@ -102,11 +101,9 @@ class PassDecoder {
       return true;
     }
     const Stretch& stretch = order_.Stretches()[index];
-    Cursor at = cursor_;
-    const bool goesOn =
-        stretch.ordered ? FindInOrder(at, order_.OrderOf(index)) : FindInTurn(at, stretch);
-    cursor_ = at;
-    return goesOn;
+    return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA {
+      return stretch.ordered ? FindInOrder(at, order_.OrderOf(index)) : FindInTurn(at, stretch);
+    });
   }
 
   MAROVIA_INLINE bool FindInTurn(Cursor& at, const Stretch& stretch) {
@@ -173,10 +170,7 @@ class PassDecoder {
 
   bool RefinementPass() {
     found_.ListBefore(order_, refined_);
-    Cursor at = cursor_;
-    const bool goesOn = Refine(at);
-    cursor_ = at;
-    return goesOn;
+    return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA { return Refine(at); });
   }
 
   MAROVIA_INLINE bool Refine(Cursor& at) {

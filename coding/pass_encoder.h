@@ -63,10 +63,8 @@ class PassEncoder {
   bool SignificancePass(int pass) {
     if (pass == 1 && EndsBeforeFirstSymbol()) return false;
     list_.Fill(candidates_, found_, order_);
-    Symbols symbols = symbols_;
-    const bool goesOn = SendFound(symbols);
-    symbols_ = symbols;
-    return goesOn;
+    return RunLoop(symbols_,
+                   [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA { return SendFound(symbols); });
   }
 
   MAROVIA_INLINE bool SendFound(Symbols& symbols) {
@@ -86,10 +84,8 @@ class PassEncoder {
   bool RefinementPass(int pass) {
     if (pass == 1) return true;
     found_.ListBefore(order_, refined_);
-    Symbols symbols = symbols_;
-    const bool goesOn = SendRefinements(symbols, pass);
-    symbols_ = symbols;
-    return goesOn;
+    return RunLoop(symbols_, [&](Symbols& symbols)
+                                 MAROVIA_INLINE_LAMBDA { return SendRefinements(symbols, pass); });
   }
 
   MAROVIA_INLINE bool SendRefinements(Symbols& symbols, int pass) {
@@ -102,8 +98,6 @@ class PassEncoder {
 
   const BitPlanes& planes_;
   VisitingOrder& order_;
-  // A loop works on a local copy, which the compiler keeps in registers; what the loop calls is
-  // therefore inlined.
   Symbols symbols_;
   EncoderPlan plan_;
 

@@ -27,7 +27,7 @@ BitSymbolReader::LongNumber BitSymbolReader::ReadLongNumber(BitReader reader) {
 }
 
 void WdrSymbolWriter::Finish() {
-  coder_.EncodeIndex(*last_, Models::Context::kEndIndex);
+  coder_.EncodeIndex(this->*last_, WdrContext::kEndIndex);
   coder_.DoneEncoding();
 }
 

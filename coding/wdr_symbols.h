@@ -44,13 +44,9 @@ MAROVIA_INLINE unsigned FromCharacters(std::uint32_t& number, Reader& reader) {
   return character;
 }
 
-struct NoModels {};
-
 class BitSymbolWriter {
  public:
-  using Models = NoModels;
-
-  BitSymbolWriter(int charge, Bytes& bytes, Models&) : charge_(charge), writer_(bytes) {}
+  BitSymbolWriter(int charge, Bytes& bytes) : charge_(charge), writer_(bytes) {}
 
   MAROVIA_INLINE void Found(std::uint32_t run, bool negative) {
     AppendNumber(run, negative ? 0b11 : 0b10, 2);
@@ -87,9 +83,7 @@ class BitSymbolWriter {
 
 class BitSymbolReader {
  public:
-  using Models = NoModels;
-
-  BitSymbolReader(int charge, ByteView stream, Models&) : charge_(charge), reader_(stream) {}
+  BitSymbolReader(int charge, ByteView stream) : charge_(charge), reader_(stream) {}
 
   MAROVIA_INLINE bool ReadNumber(std::uint32_t& number) {
     if (!reader_.GetShortNumber(number)) [[unlikely]] {
@@ -127,27 +121,22 @@ class BitSymbolReader {
 
 // Arithmetic WDR: a context for numbers (their end mark is character 2), one for signs and one for
 // refinements, whose character is 0 where the value moves.
-struct WdrModels {
-  using Context = TernaryContext<FirstSetup>;
-
-  Context numbers;
-  Context signs;
-  Context refinements;
-};
+using WdrContext = TernaryContext<FirstSetup>;
 
 class WdrSymbolWriter {
  public:
-  using Models = WdrModels;
-
-  WdrSymbolWriter(int charge, Bytes& bytes, Models& models)
-      : charge_(charge), coder_(bytes), models_(&models), last_(&models.numbers) {}
+  WdrSymbolWriter(int charge, Bytes& bytes) : charge_(charge), coder_(bytes) {}
 
   MAROVIA_INLINE void Found(std::uint32_t run, bool negative) {
     SendNumber(run);
-    Send(models_->signs, negative ? 1 : 0);
+    coder_.Encode(signs_, negative ? 1 : 0);
+    last_ = &WdrSymbolWriter::signs_;
   }
   void EndOfPass(std::uint32_t number) { SendNumber(number); }
-  MAROVIA_INLINE void Refine(bool moves) { Send(models_->refinements, moves ? 0 : 1); }
+  MAROVIA_INLINE void Refine(bool moves) {
+    coder_.Encode(refinements_, moves ? 0 : 1);
+    last_ = &WdrSymbolWriter::refinements_;
+  }
 
   [[nodiscard]] std::int64_t BitsSpent() const { return charge_ + coder_.BitsSpent(); }
   [[nodiscard]] std::int64_t BitsSent() const { return charge_ + coder_.BitsSent(); }
@@ -156,27 +145,23 @@ class WdrSymbolWriter {
   void Finish();
 
  private:
-  MAROVIA_INLINE void Send(Models::Context& context, unsigned character) {
-    last_ = &context;
-    coder_.Encode(context, character);
-  }
   MAROVIA_INLINE void SendNumber(std::uint32_t number) {
-    for (; number > 1; number >>= 1) Send(models_->numbers, number & 1);
-    Send(models_->numbers, kEndMark);
+    for (; number > 1; number >>= 1) coder_.Encode(numbers_, number & 1);
+    coder_.Encode(numbers_, kEndMark);
+    last_ = &WdrSymbolWriter::numbers_;
   }
 
   int charge_;
   ArithmeticEncoder<FirstSetup> coder_;
-  Models* models_;
-  const Models::Context* last_;
+  WdrContext numbers_;
+  WdrContext signs_;
+  WdrContext refinements_;
+  WdrContext WdrSymbolWriter::*last_ = &WdrSymbolWriter::numbers_;  // what was coded last is in it
 };
 
 class WdrSymbolReader {
  public:
-  using Models = WdrModels;
-
-  WdrSymbolReader(int charge, ByteView stream, Models& models)
-      : charge_(charge), coder_(stream), models_(&models) {}
+  WdrSymbolReader(int charge, ByteView stream) : charge_(charge), coder_(stream) {}
 
   MAROVIA_INLINE bool ReadNumber(std::uint32_t& number) {
     const unsigned end = FromCharacters(number, *this);
@@ -185,12 +170,12 @@ class WdrSymbolReader {
     return true;
   }
   MAROVIA_INLINE bool ReadSign(bool& negative) {
-    const unsigned character = Read(models_->signs);
+    const unsigned character = Read(signs_);
     negative = character == 1;
     return character != kEndOfStream && !coder_.Exhausted();
   }
   MAROVIA_INLINE bool ReadRefinement(bool& moves) {
-    const unsigned character = Read(models_->refinements);
+    const unsigned character = Read(refinements_);
     moves = character == 0;
     return character != kEndOfStream && !coder_.Exhausted();
   }
@@ -198,21 +183,21 @@ class WdrSymbolReader {
   [[nodiscard]] std::int64_t BitsRead() const { return charge_ + coder_.BitsRead(); }
 
   // The next character of a number, or kEndOfStream.
-  MAROVIA_INLINE unsigned ReadCharacter() { return Read(models_->numbers); }
+  MAROVIA_INLINE unsigned ReadCharacter() { return Read(numbers_); }
 
  private:
-  MAROVIA_INLINE unsigned Read(Models::Context& context) {
+  MAROVIA_INLINE unsigned Read(WdrContext& context) {
     const unsigned index = coder_.DecodeIndex(context);
-    if (index == Models::Context::kEndIndex) [[unlikely]]
+    if (index == WdrContext::kEndIndex) [[unlikely]]
       return kEndOfStream;
-    const unsigned character = context.CharacterAt(index);
-    context.Update(index);
-    return character;
+    return Learn(context, index);
   }
 
   int charge_;
   ArithmeticDecoder<FirstSetup> coder_;
-  Models* models_;
+  WdrContext numbers_;
+  WdrContext signs_;
+  WdrContext refinements_;
 };
 
 }  // namespace marovia

@@ -18,9 +18,10 @@ class ArithmeticCoder : public testing::Test {};
 using Setups = testing::Types<FirstSetup, SecondSetup>;
 TYPED_TEST_SUITE(ArithmeticCoder, Setups);
 
-// Contexts 1 to 3 have three characters; 4 to 7, in the second set-up alone, have two.
+// Contexts 1 to 3 have three characters; 4 and 5, in the second set-up alone, are pairs of contexts
+// of two characters.
 template <class Setup>
-constexpr int kContexts = Setup::kHasEnd ? 3 : 7;
+constexpr int kContexts = Setup::kHasEnd ? 3 : 5;
 
 struct Symbol {
   int context;
@@ -48,16 +49,29 @@ struct Contexts {
   // Calls act(context) on the context of a number from 1.
   auto With(int number, auto act) {
     return number <= 3 ? act(ternary[static_cast<std::size_t>(number - 1)])
-                       : act(binary[static_cast<std::size_t>(number - 4)]);
+                       : act(pairs[static_cast<std::size_t>(number - 4)]);
   }
 
   std::array<TernaryContext<Setup>, 3> ternary;
-  std::array<BinaryContext, 4> binary;
+  std::array<BinaryContexts, 2> pairs;
+};
+
+// The other coder, and what chooses its contexts.
+struct PlainCoder : literal::ArithmeticCoder {
+  // A pair's two contexts are numbered from 4 on, and from 6 on.
+  void Choose(int of) {
+    context = of <= 3 ? of : 2 * of - 4 + last[static_cast<std::size_t>(of - 4)];
+  }
+  void Keep(const Symbol& symbol) {
+    if (symbol.context > 3) last[static_cast<std::size_t>(symbol.context - 4)] = symbol.character;
+  }
+
+  std::array<int, 2> last{};
 };
 
 template <class Setup>
-literal::ArithmeticCoder PlainCoder() {
-  literal::ArithmeticCoder coder;
+PlainCoder MakePlainCoder() {
+  PlainCoder coder;
   if (Setup::kHasEnd) {
     coder.InitializeArithmeticCoding();
   } else {
@@ -66,10 +80,11 @@ literal::ArithmeticCoder PlainCoder() {
   return coder;
 }
 
-void Encode(literal::ArithmeticCoder& coder, Symbol symbol, literal::BitWriter& writer) {
-  coder.context = symbol.context;
+void Encode(PlainCoder& coder, Symbol symbol, literal::BitWriter& writer) {
+  coder.Choose(symbol.context);
   symbol.context <= 3 ? coder.Encode(symbol.character, writer)
                       : coder.EncodeTwo(symbol.character, writer);
+  coder.Keep(symbol);
 }
 
 // Encodes with both coders, which agree on every count of bits on the way, and returns the bytes.
@@ -77,7 +92,7 @@ template <class Setup>
 Bytes EncodeAlike(const std::vector<Symbol>& symbols) {
   Bytes expected;
   literal::BitWriter writer{&expected};
-  literal::ArithmeticCoder plain = PlainCoder<Setup>();
+  PlainCoder plain = MakePlainCoder<Setup>();
   Bytes bytes;
   ArithmeticEncoder<Setup> encoder(bytes);
   Contexts<Setup> contexts;
@@ -106,15 +121,16 @@ Bytes EncodeAlike(const std::vector<Symbol>& symbols) {
 template <class Setup>
 void DecodeAlike(const Bytes& bytes, const std::vector<Symbol>& symbols) {
   literal::BitReader reader{bytes};
-  literal::ArithmeticCoder plain = PlainCoder<Setup>();
+  PlainCoder plain = MakePlainCoder<Setup>();
   plain.BeginDecoding(reader);
   ArithmeticDecoder<Setup> decoder(bytes);
   Contexts<Setup> contexts;
   EXPECT_EQ(decoder.BitsRead(), Setup::kBits);
   for (const Symbol& symbol : symbols) {
-    plain.context = symbol.context;
+    plain.Choose(symbol.context);
     const int expected =
         symbol.context <= 3 ? plain.DecodeSymbol(reader) : plain.DecodeSymbolTwo(reader);
+    plain.Keep(symbol);
     const unsigned character =
         contexts.With(symbol.context, [&](auto& context) { return decoder.Decode(context); });
     ASSERT_EQ(expected, symbol.character);
@@ -152,10 +168,10 @@ TYPED_TEST(ArithmeticCoder, HalvesTheCountsWhereThePlainOneDoes) {
 TYPED_TEST(ArithmeticCoder, DecidesRunsOfBitsToFollowOfAnyLength) {
   Bytes unused;
   literal::BitWriter writer{&unused};
-  literal::ArithmeticCoder plain = PlainCoder<TypeParam>();
+  PlainCoder plain = MakePlainCoder<TypeParam>();
   std::vector<Symbol> symbols;
   const auto after = [&](const Symbol& symbol) {
-    literal::ArithmeticCoder tried = plain;
+    PlainCoder tried = plain;
     Bytes bytes;
     literal::BitWriter to{&bytes};
     Encode(tried, symbol, to);
@@ -233,7 +249,7 @@ TYPED_TEST(ArithmeticCoder, IsExhaustedWhereAWholeCodeValueIsMissing) {
   ArithmeticDecoder<TypeParam> decoder(byte);
   TernaryContext<TypeParam> context;
   literal::BitReader reader{byte};
-  literal::ArithmeticCoder plain = PlainCoder<TypeParam>();
+  PlainCoder plain = MakePlainCoder<TypeParam>();
   plain.BeginDecoding(reader);
   for (int i = 0; i < 40; ++i) {
     bool ended = false;
@@ -243,7 +259,7 @@ TYPED_TEST(ArithmeticCoder, IsExhaustedWhereAWholeCodeValueIsMissing) {
       ended = true;
     }
     const unsigned index = decoder.DecodeIndex(context);
-    if (index != context.kEndIndex) context.Update(index);
+    if (index != context.kEndIndex) Learn(context, index);
     ASSERT_EQ(decoder.Exhausted(), ended) << i;
     if (ended) return;
   }

@@ -76,8 +76,7 @@ TEST(BitSymbols, SendTheDigitsOfANumberFromTheLowest) {
   } cases[] = {{1, "1"}, {2, "001"}, {3, "011"}, {6, "00011"}, {11, "0101001"}};
   for (const auto& c : cases) {
     Bytes bytes;
-    NoModels models;
-    BitSymbolWriter writer(120, bytes, models);
+    BitSymbolWriter writer(120, bytes);
     writer.EndOfPass(c.number);
     EXPECT_EQ(writer.BitsSent(), 120 + static_cast<std::int64_t>(c.bits.size()));
     Bytes expected;
@@ -92,8 +91,7 @@ TEST(BitSymbols, SendTheDigitsOfANumberFromTheLowest) {
 
 TEST(BitSymbols, ReadBackNumbersOfEveryLength) {
   Bytes stream;
-  NoModels models;
-  BitSymbolWriter writer(120, stream, models);
+  BitSymbolWriter writer(120, stream);
   std::vector<std::uint32_t> numbers;
   for (int digits = 0; digits <= kMostDigits; ++digits) {
     const std::uint32_t power = 1U << digits;
@@ -104,7 +102,7 @@ TEST(BitSymbols, ReadBackNumbersOfEveryLength) {
     }
   }
   writer.Finish();
-  BitSymbolReader reader(120, stream, models);
+  BitSymbolReader reader(120, stream);
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     std::uint32_t number = 0;
     bool negative = false;
