@@ -44,10 +44,4 @@ std::string frmMain::ReconstructionCaption() const {
   return Shape("Reconstruction", shown ? *state.ReconstructedImage : Image());
 }
 
-std::optional<Comparison> frmMain::Compared(bool prefersSource) const {
-  const auto decoded = GraphBoxRec.raster.Empty() ? SharedValue<Image>() : state.ReconstructedImage;
-  if (decoded->Empty() && state.SourceImage->Empty()) return std::nullopt;
-  return Comparison(state.SourceImage, decoded, prefersSource);
-}
-
 }  // namespace marovia

@@ -18,6 +18,7 @@ void frmMain::Click(const Control& control) {
       Row{mnuDecompress, &frmMain::mnuDecompress_Click},
       Row{mnuErrormeasures, &frmMain::mnuErrormeasures_Click},
       Row{mnuHelp, &frmMain::mnuHelp_Click},
+      Row{cmdViewer, &frmMain::cmdViewer_Click},
       Row{OpDisplayImage, &frmMain::OpDisplayImage_Click},
       Row{OpDisplayTransform, &frmMain::OpDisplayTransform_Click},
       Row{cmbWavelet, &frmMain::cmbWavelet_Click}};

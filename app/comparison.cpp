@@ -1,13 +1,12 @@
 #include "app/comparison.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include "marovia/measures.h"
+
 namespace marovia {
 namespace {
-
-constexpr int kMidGrey = 128;
 
 bool Has(const Image& image, int row, int col) {
   return row >= 0 && col >= 0 && row < image.Rows() && col < image.Cols();
@@ -37,13 +36,7 @@ std::string Comparison::Caption() const {
 }
 
 Image Comparison::Difference(int gain) const {
-  Image difference(source_->Rows(), source_->Cols());
-  const auto sample = [gain](std::uint8_t from, std::uint8_t to) {
-    return static_cast<std::uint8_t>(std::clamp(kMidGrey + gain * (to - from), 0, 255));
-  };
-  std::ranges::transform(source_->Samples(), reconstruction_->Samples(),
-                         difference.Samples().begin(), sample);
-  return difference;
+  return DifferenceImage(*source_, *reconstruction_, gain);
 }
 
 std::string Comparison::ReadOut(double down, double across) const {

@@ -15,13 +15,16 @@
 
 namespace marovia {
 
-// Where a control stands in its container, in twips, 15 to a pixel of 96 to the inch. Only what a
-// rule moves or stacks is placed; a view with layouts of its own may ignore all of it.
+inline constexpr int kTwipsPerPixel = 15;  // of 96 to the inch
+
+// Where a control stands in its container, in twips. Only what a rule moves or stacks is placed; a
+// view with layouts of its own may ignore all of it.
 struct Place {
   int left = 0;
   int top = 0;
   int width = 0;
   int height = 0;
+  friend bool operator==(const Place&, const Place&) = default;
 };
 
 // The name, with its index in an array of controls ("OpMethod(0)"), is unique in the form.
@@ -30,9 +33,11 @@ struct Control {
 
   std::string_view name;
   std::string spokenName;  // for who hears the form, where no caption beside it says enough
+  std::string hint;        // for who lets the pointer rest on it
   bool enabled = true;
   bool visible = true;
   Place place;
+  friend bool operator==(const Control&, const Control&) = default;
 };
 
 struct CaptionedControl : Control {
@@ -126,12 +131,14 @@ struct Colour {
 struct Outline {
   PictureRectangle corners;
   Colour colour;
+  friend bool operator==(const Outline&, const Outline&) = default;
 };
 
 // A coordinate of a picture, 1 to 256.
 struct PicturePoint {
   int row = 0;
   int col = 0;
+  friend bool operator==(const PicturePoint&, const PicturePoint&) = default;
 };
 
 enum class PictureKey { kLeft, kRight, kUp, kDown, kCorner, kGiveUp };
@@ -145,7 +152,17 @@ struct PictureBox : Control {
     spokenName = std::move(itsSpokenName);
   }
 
+  // For who hears the form: where the arrow keys stand, if they do.
+  [[nodiscard]] std::string Description() const {
+    if (!crosshair) return {};
+    return "Crosshair at row " + std::to_string(crosshair->row) + ", column " +
+           std::to_string(crosshair->col);
+  }
+
+  friend bool operator==(const PictureBox&, const PictureBox&) = default;
+
   std::string placeholder;  // in place of an empty picture
+  bool drawnOn = false;     // a region can be drawn on it
 
   // 256 x 256, or empty where nothing is shown. Pixel (r, c) stands at the picture's coordinate
   // (c + 1, r + 1): its coordinates run from 1 to 256.

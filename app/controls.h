@@ -21,20 +21,28 @@ struct Controls {
   MenuItem mnuErrormeasures{"mnuErrormeasures", "&Error measures"};
   MenuItem mnuHelp{"mnuHelp", "&Help", "F1"};
 
-  PictureBox GraphBox{
-      "GraphBox", "Source picture",
-      "Drop an image or a compressed file here, or choose Get Image in the File menu."};
+  PictureBox GraphBox = DrawnOn(
+      PictureBox{"GraphBox", "Source picture",
+                 "Drop an image or a compressed file here, or choose Get Image in the File menu."});
   PictureBox GraphBoxRec{"GraphBoxRec", "Reconstructed picture",
                          "Decompressing shows its picture here."};
   OptionButton OpDisplayTransform =
       Spoken(Disabled(OptionButton{"OpDisplayTransform", "Transform"}), "Show the transform");
   OptionButton OpDisplayImage =
       Spoken(Selected(OptionButton{"OpDisplayImage", "Image"}), "Show the image");
+  Button cmdViewer =
+      Disabled(Hinted(Button{"cmdViewer", "Full resolution..."},
+                      "Compare the images pixel by pixel (also a double-click on a picture)"));
   TextBox Report = Spoken(TextBox{"Report"}, "Report");
 
   // The side panel: Frame2 holds the two containers frProc, of which at most one is in view.
   FrameBox Frame2 = Placed(FrameBox{"Frame2", ""}, {.width = 3900, .height = 6615});
   std::array<FrameBox, 2> frProc{FrameBox{"frProc(0)", ""}, FrameBox{"frProc(1)", ""}};
+  // While none is.
+  TextLabel howToBegin{
+      "howToBegin",
+      "Load an image, then choose <b>Compress</b>, <b>Decompress</b> or <b>Error measures</b> "
+      "above."};
 
   // In frProc(0): transform, compress and decompress.
   std::array<TextLabel, 5> Label{
@@ -101,6 +109,15 @@ struct Controls {
   static T Spoken(T control, const char* spokenName) {
     control.spokenName = spokenName;
     return control;
+  }
+  template <class T>
+  static T Hinted(T control, const char* hint) {
+    control.hint = hint;
+    return control;
+  }
+  static PictureBox DrawnOn(PictureBox picture) {
+    picture.drawnOn = true;
+    return picture;
   }
   static OptionButton Selected(OptionButton option) {
     option.selected = true;

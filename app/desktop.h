@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "app/comparison.h"
 #include "app/control_kinds.h"
 #include "app/file_dialog.h"
 
@@ -31,11 +32,13 @@ class Desktop {
   // may differ.
   virtual void Repaint(const Control& control) = 0;
   virtual void SetFocus(const Control& control) = 0;
+  // At full resolution.
+  virtual void ShowViewer(const Comparison& images) = 0;
   // Command 3: from the contents.
   virtual void ShowHelp(const std::filesystem::path& file, int command) = 0;
 
   [[nodiscard]] virtual std::filesystem::path ProgramFolder() const = 0;
-  [[nodiscard]] virtual UnitsPerPixel PictureUnits() const = 0;
+  [[nodiscard]] virtual UnitsPerPixel PictureUnits() const { return {}; }
 };
 
 // Where the files of a program are: beside it, or where an installation puts them.

@@ -17,6 +17,7 @@ void frmMain::DisplayImage(std::int16_t mode) {
   mnuTransformImage.enabled = true;
   mnuCompress.enabled = true;
   mnuDecompress.enabled = true;
+  cmdViewer.enabled = true;
   SelectDisplay(OpDisplayImage);
   OpDisplayTransform.enabled = false;
   GraphBoxRec.raster = {};
@@ -45,6 +46,7 @@ void frmMain::DisplayImageRec() {
   SetPointer(earlier);
   desktop_.Repaint(GraphBoxRec);
   state.GraphBoxRecContent = 'I';
+  cmdViewer.enabled = true;
   mnuTransformImage.enabled = true;
   mnuTransformImage.caption = "&Transform Image";
 }

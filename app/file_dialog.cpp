@@ -2,9 +2,15 @@
 
 #include <algorithm>
 #include <system_error>
+#include <vector>
 
 namespace marovia {
 namespace {
+
+struct FileFilter {
+  std::string name;     // "PGM file (*.pgm)"
+  std::string pattern;  // "*.pgm"
+};
 
 std::string TakePart(std::string_view& text) {
   const auto end = text.find('|');
@@ -13,30 +19,46 @@ std::string TakePart(std::string_view& text) {
   return part;
 }
 
-}  // namespace
-
 std::vector<FileFilter> SplitFilter(std::string_view filter) {
   std::vector<FileFilter> filters;
   while (!filter.empty()) {
-    FileFilter part{.description = TakePart(filter), .pattern = TakePart(filter)};
-    if (part.description.find('(') == std::string::npos)
-      part.description += " (" + part.pattern + ")";
+    FileFilter part{.name = TakePart(filter), .pattern = TakePart(filter)};
+    if (part.name.find('(') == std::string::npos) part.name += " (" + part.pattern + ")";
     filters.push_back(part);
   }
   return filters;
 }
 
-std::size_t UsefulFilter(const std::vector<FileFilter>& filters,
-                         const std::filesystem::path& folder) {
-  const auto finds = [&folder](const FileFilter& filter) {
+}  // namespace
+
+std::string FilterNames(std::string_view filter) {
+  std::string names;
+  for (const FileFilter& part : SplitFilter(filter))
+    names += (names.empty() ? "" : ";;") + part.name;
+  return names;
+}
+
+std::string UsefulFilter(std::string_view filter, const std::filesystem::path& folder) {
+  const auto finds = [&folder](const FileFilter& part) {
     std::error_code unreadable;
     const std::filesystem::directory_iterator files(folder, unreadable);
-    return std::any_of(begin(files), end(files), [&filter](const auto& file) {
-      return "*" + file.path().extension().string() == filter.pattern;
+    return std::any_of(begin(files), end(files), [&part](const auto& file) {
+      return "*" + file.path().extension().string() == part.pattern;
     });
   };
-  const auto found = std::ranges::find_if(filters, finds);
-  return found == filters.end() ? 0 : static_cast<std::size_t>(found - filters.begin());
+  const std::vector<FileFilter> parts = SplitFilter(filter);
+  const auto found = std::ranges::find_if(parts, finds);
+  if (found != parts.end()) return found->name;
+  return parts.empty() ? "" : parts.front().name;
+}
+
+std::string SuffixOfFilter(std::string_view name) {
+  const auto suffix = name.substr(name.rfind('.') + 1);
+  return std::string(suffix.substr(0, suffix.find(')')));
+}
+
+std::string ReplaceQuestion(const std::filesystem::path& file) {
+  return file.filename().string() + " already exists. Do you want to replace it?";
 }
 
 }  // namespace marovia

@@ -1,11 +1,9 @@
 // The question for a file, and the kinds of files that it offers.
 #pragma once
 
-#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace marovia {
 
@@ -24,19 +22,21 @@ struct FileDialog {
   // Whether the chosen file is about to be written; one that is read is never replaced, whatever
   // the flags.
   bool writesFile = false;
+  [[nodiscard]] bool AsksBeforeReplacing() const {
+    return writesFile && (flags & kAskBeforeReplacing) != 0;
+  }
   std::string fileName;       // the last one chosen
   std::string defaultSuffix;  // for a name typed without one, under the first pattern
 };
 
-struct FileFilter {
-  std::string description;  // with the pattern behind it: "PGM file (*.pgm)"
-  std::string pattern;      // "*.pgm"
-};
-
-std::vector<FileFilter> SplitFilter(std::string_view filter);
-// A list that shows a file says more than an empty one: the first filter that finds one in the
-// folder, else the first.
-std::size_t UsefulFilter(const std::vector<FileFilter>& filters,
-                         const std::filesystem::path& folder);
+// The filter's parts, each with its pattern behind it: "Windows bitmap (*.bmp);;PGM file (*.pgm)".
+std::string FilterNames(std::string_view filter);
+// A list that shows a file says more than an empty one: the name of the first part that finds one
+// in the folder, else of the first.
+std::string UsefulFilter(std::string_view filter, const std::filesystem::path& folder);
+// What a name typed without a suffix gets under a part of this name.
+std::string SuffixOfFilter(std::string_view name);
+// Before a file of this name is replaced.
+std::string ReplaceQuestion(const std::filesystem::path& file);
 
 }  // namespace marovia

@@ -18,7 +18,6 @@
 #include "marovia/codec.h"
 
 #include "app/app_state.h"
-#include "app/comparison.h"
 #include "app/controls.h"
 #include "app/desktop.h"
 
@@ -72,6 +71,15 @@ class frmMain : public Controls {
   // time), kCorner sets one corner and then the other. False where the key means nothing.
   bool GraphBox_KeyDown(PictureKey key, bool longStep);
   void GraphBox_LostFocus();
+  void cmdViewer_Click();
+
+  // The same as a view sees it, of either picture: a mouse handler gets its coordinate, a key is
+  // known by its name ("Left", "Space"). A double-click, and Enter where a region has no use for
+  // it, open the viewer.
+  using MouseHandler = void (frmMain::*)(std::int16_t, std::int16_t, float, float);
+  void Picture_Mouse(const PictureBox& picture, MouseHandler handler, int buttons, PicturePoint at);
+  void Picture_DblClick(const PictureBox& picture);
+  bool Picture_KeyDown(const PictureBox& picture, std::string_view name, bool longStep);
 
   // A file by its name alone, dropped or named at the start: an image is loaded, a compressed file
   // decompressed whole, with the options set to what it was made with.
@@ -82,8 +90,6 @@ class frmMain : public Controls {
   // What stands above the pictures: "Source: 512 x 512 pixels".
   [[nodiscard]] std::string SourceCaption() const;
   [[nodiscard]] std::string ReconstructionCaption() const;
-  // The images on show at full resolution; nothing while there is none.
-  [[nodiscard]] std::optional<Comparison> Compared(bool prefersSource) const;
 
   // Reports.
   void SendMessage(std::string_view text);
@@ -187,6 +193,7 @@ class frmMain : public Controls {
 
   void ShowCoefficients(const Grid<float>& coefficients);
   void RefreshGraphBox();
+  void ShowViewer(bool prefersSource);
   [[nodiscard]] Sides SidesForLevels() const;
 
   void BeginRegion(float x, float y);

@@ -6,17 +6,24 @@
 namespace marovia {
 namespace {
 
-constexpr int kSide = 256;
+constexpr int kRim = 2;
 
 int Coordinate(double place) {
-  return static_cast<int>(std::clamp(std::floor(place) + 1, 1.0, double{kSide}));
+  return static_cast<int>(std::clamp(std::floor(place) + 1, 1.0, double{kPictureSide}));
 }
 
 }  // namespace
 
-PicturePlace PicturePlace::In(int width, int height, int rim) {
-  const int factor = std::max(1, (std::min(width, height) - 2 * rim) / kSide);
-  return {(width - kSide * factor) / 2, (height - kSide * factor) / 2, factor};
+PicturePlace PicturePlace::In(int width, int height, double ratio) {
+  const int across = static_cast<int>(std::lround(width * ratio));
+  const int down = static_cast<int>(std::lround(height * ratio));
+  const int factor = std::max(1, (std::min(across, down) - 2 * kRim) / kPictureSide);
+  return {(across - kPictureSide * factor) / 2, (down - kPictureSide * factor) / 2, factor};
+}
+
+int PicturePlace::LeastRoom(double ratio) {
+  const double factor = std::max(1.0, std::round(ratio));
+  return static_cast<int>(std::ceil(kPictureSide * factor / ratio)) + 2 * kRim;
 }
 
 PicturePoint PicturePlace::CoordinateAt(double x, double y) const {

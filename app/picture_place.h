@@ -2,16 +2,20 @@
 #pragma once
 
 #include "app/control_kinds.h"
+#include "image/sampling.h"
 
 namespace marovia {
 
 // In the middle at the largest whole factor that fits, so that nothing is blurred and every screen
 // pixel belongs to one coordinate, 1 to 256.
 struct PicturePlace {
-  // Of a room of so many pixels, with a rim kept free; less than a factor of 1 is cut off.
-  static PicturePlace In(int width, int height, int rim);
+  // In a room whose units are `ratio` pixels wide, with a rim kept free: the focus frame, and what
+  // of an outline at the edge lies outside. Less than a factor of 1 is cut off.
+  static PicturePlace In(int width, int height, double ratio);
+  // The least side of a room for the factor nearest to the ratio.
+  static int LeastRoom(double ratio);
 
-  // Outside the picture, of the nearest pixel.
+  // Of a pixel of the screen; outside the picture, of the nearest pixel.
   [[nodiscard]] PicturePoint CoordinateAt(double x, double y) const;
 
   int left = 0;

@@ -2,11 +2,11 @@
 #include <algorithm>
 
 #include "app/frm_main.h"
+#include "image/sampling.h"
 
 namespace marovia {
 namespace {
 
-constexpr int kSide = 256;
 constexpr int kLongStep = 16;
 
 bool IsArrow(PictureKey key) {
@@ -58,10 +58,10 @@ void frmMain::MoveCrosshair(PictureKey key, bool longStep) {
   const PicturePoint step = StepOf(key);
   const int length = longStep ? kLongStep : 1;
   if (const auto from = GraphBox.crosshair) {
-    GraphBox.crosshair = {std::clamp(from->row + length * step.row, 1, kSide),
-                          std::clamp(from->col + length * step.col, 1, kSide)};
+    GraphBox.crosshair = {std::clamp(from->row + length * step.row, 1, kPictureSide),
+                          std::clamp(from->col + length * step.col, 1, kPictureSide)};
   } else {
-    GraphBox.crosshair = {kSide / 2, kSide / 2};
+    GraphBox.crosshair = {kPictureSide / 2, kPictureSide / 2};
   }
   if (dragging_) AtCrosshair(&frmMain::FollowDrag);
   desktop_.Repaint(GraphBox);

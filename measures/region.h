@@ -14,6 +14,7 @@ struct PictureRectangle {
   std::int16_t col1 = 0;
   std::int16_t row2 = 0;
   std::int16_t col2 = 0;
+  friend bool operator==(const PictureRectangle&, const PictureRectangle&) = default;
 };
 
 // The part of an image of rows x cols that a rectangle in its 256 x 256 picture covers, held to the

@@ -66,10 +66,12 @@ class Binds {
     Add(edit, control, [edit, &control, shown = std::string()]() mutable {
       if (shown == control.text) return;
       if (!control.text.starts_with(shown)) edit->clear(), shown.clear();
-      edit->moveCursor(QTextCursor::End);
-      edit->insertPlainText(Text(control.text).mid(Text(shown).size()));
+      QTextCursor cursor(edit->document());
+      cursor.movePosition(QTextCursor::End);
+      cursor.insertText(Text(control.text).mid(Text(shown).size()));
       shown = control.text;
-      if (control.selStart + control.selLength == 0) edit->moveCursor(QTextCursor::Start);
+      if (control.selStart + control.selLength == 0) cursor.movePosition(QTextCursor::Start);
+      edit->setTextCursor(cursor);
     });
   }
 
@@ -85,6 +87,7 @@ class Binds {
   void Add(QObject* widget, const Control& control, const Handler& show) {
     widget->setObjectName(Text(control.name));
     widget->setProperty("accessibleName", Text(control.spokenName).trimmed());
+    widget->setProperty("toolTip", Text(control.hint));
     Also([widget, &control, show] {
       widget->setProperty("enabled", control.enabled);
       widget->setProperty("visible", control.visible);

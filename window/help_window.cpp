@@ -34,13 +34,9 @@ class HelpWindow : public ToolWindow {
 
  private:
   void AddSearch() {
-    auto* sought = Make<QLineEdit>();
-    sought->setObjectName("HelpSearch");
-    sought->setAccessibleName("Search the help");
+    auto* sought = AddField<QLineEdit>("HelpSearch", "Search the help");
     sought->setPlaceholderText("Search");
     sought->setClearButtonEnabled(true);
-    bar_->addSeparator();
-    bar_->addWidget(sought);
     // From the top again after the last place.
     const auto find = [this, sought] {
       if (sought->text().isEmpty() || page_->find(sought->text())) return;
@@ -49,8 +45,7 @@ class HelpWindow : public ToolWindow {
     };
     AddTool("Find Next", QKeySequence::FindNext, find);
     connect(sought, &QLineEdit::returnPressed, find);
-    connect(Make<QShortcut>(QKeySequence::Find, this), &QShortcut::activated,
-            [sought] { sought->setFocus(); });
+    Make<QShortcut>(QKeySequence::Find, this, [sought] { sought->setFocus(); });
   }
 
   QTextBrowser* page_ = Make<QTextBrowser>();

@@ -5,7 +5,6 @@
 namespace marovia {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 constexpr int kReportLines = 8;
 
 // A name typed without a suffix gets that of the filter's pattern.
@@ -17,22 +16,18 @@ void SetUp(QFileDialog& dialog, const FileDialog& question) {
   if (question.writesFile) dialog.setLabelText(QFileDialog::Accept, "&Save");
   // Open dialogs of some desktops take no name that is not there.
   dialog.setOption(QFileDialog::DontUseNativeDialog, opens && question.writesFile);
-  const std::vector<FileFilter> filters = SplitFilter(question.filter);
-  QStringList names;
-  for (const FileFilter& filter : filters) names << Text(filter.description);
-  dialog.setNameFilters(names);
+  dialog.setNameFilter(Text(FilterNames(question.filter)));
   const auto folder = dialog.directory().filesystemPath();
-  if (!question.writesFile)
-    dialog.selectNameFilter(names.value(static_cast<int>(UsefulFilter(filters, folder))));
+  if (!question.writesFile) dialog.selectNameFilter(Text(UsefulFilter(question.filter, folder)));
   dialog.setDefaultSuffix(Text(question.defaultSuffix));
   QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& name) {
-    dialog.setDefaultSuffix(name.section('.', -1).chopped(1));
+    dialog.setDefaultSuffix(Text(SuffixOfFilter(name.toStdString())));
   });
 }
 
 bool MayReplace(const QString& file, QWidget* parent) {
-  const QString text = QFileInfo(file).fileName() + " already exists. Do you want to replace it?";
-  return QMessageBox::warning(parent, "Replace file", text, QMessageBox::Yes | QMessageBox::No,
+  return QMessageBox::warning(parent, "Replace file", Text(ReplaceQuestion(file.toStdString())),
+                              QMessageBox::Yes | QMessageBox::No,
                               QMessageBox::No) == QMessageBox::Yes;
 }
 
@@ -50,8 +45,6 @@ class FormWindow : public MainWindow, private Desktop {
     binds_.ShowAll();
     resize(form_.window.width / kTwipsPerPixel, minimumSizeHint().height());
   }
-  FormWindow(const FormWindow&) = delete;
-  FormWindow& operator=(const FormWindow&) = delete;
 
   // The widgets go before the form that they show.
   ~FormWindow() override {
@@ -80,10 +73,9 @@ class FormWindow : public MainWindow, private Desktop {
     QFileDialog dialog(this, Text(question.title),
                        QDir(folder).exists() ? folder : QDir::homePath());
     SetUp(dialog, question);
-    const bool asks = question.writesFile && (question.flags & kAskBeforeReplacing) != 0;
     while (dialog.exec() == QDialog::Accepted) {
       const QString chosen = dialog.selectedFiles().value(0);
-      if (!asks || !QFileInfo::exists(chosen) || MayReplace(chosen, this))
+      if (!question.AsksBeforeReplacing() || !QFileInfo::exists(chosen) || MayReplace(chosen, this))
         return chosen.toStdString();
     }
     return std::nullopt;
@@ -94,11 +86,11 @@ class FormWindow : public MainWindow, private Desktop {
   }
   void Repaint(const Control& control) override { binds_.Repaint(control); }
   void SetFocus(const Control& control) override { binds_.SetFocus(control); }
+  void ShowViewer(const Comparison& images) override { marovia::ShowViewer(images, this); }
   void ShowHelp(const std::filesystem::path& file, int) override { ShowHelpWindow(file, this); }
   [[nodiscard]] std::filesystem::path ProgramFolder() const override {
     return FolderOfProgramFiles(QApplication::applicationDirPath().toStdString());
   }
-  [[nodiscard]] UnitsPerPixel PictureUnits() const override { return {}; }
 
   void MakeMenus() {
     QMenu* file = menuBar()->addMenu(QString());
@@ -115,21 +107,13 @@ class FormWindow : public MainWindow, private Desktop {
     const auto option = [this](const OptionButton& control) {
       return binds_.New<QRadioButton>(control, &control.selected);
     };
-    return Columns(3, {binds_.New<QLabel>("SourceCaption", &frmMain::SourceCaption),
-                       MakePicture(binds_, form_.GraphBox, OpenViewer(true)),
-                       Row({option(form_.OpDisplayImage), option(form_.OpDisplayTransform), kRoom}),
-                       binds_.New<QLabel>("ReconstructionCaption", &frmMain::ReconstructionCaption),
-                       MakePicture(binds_, form_.GraphBoxRec, OpenViewer(false)),
-                       Row({kRoom, CompareButton()})});
-  }
-
-  QWidget* CompareButton() {
-    auto* button = Make<QPushButton>("Full resolution...");
-    button->setObjectName("OpenViewer");
-    button->setToolTip("Compare the images pixel by pixel (also a double-click on a picture)");
-    connect(button, &QPushButton::clicked, this, OpenViewer(true));
-    binds_.Also([this, button] { button->setEnabled(form_.Compared(true).has_value()); });
-    return button;
+    return Columns(3,
+                   {binds_.New<QLabel>("SourceCaption", &frmMain::SourceCaption),
+                    MakePicture(binds_, form_.GraphBox),
+                    Row({option(form_.OpDisplayImage), option(form_.OpDisplayTransform), Room()}),
+                    binds_.New<QLabel>("ReconstructionCaption", &frmMain::ReconstructionCaption),
+                    MakePicture(binds_, form_.GraphBoxRec),
+                    Row({Room(), binds_.New<QPushButton>(form_.cmdViewer)})});
   }
 
   QWidget* ReportBox() {
@@ -143,12 +127,6 @@ class FormWindow : public MainWindow, private Desktop {
     report->setFont(font);
     report->setFixedHeight(report->fontMetrics().lineSpacing() * kReportLines + 2 * kMargin);
     return report;
-  }
-
-  Binds::Handler OpenViewer(bool prefersSource) {
-    return [this, prefersSource] {
-      if (const auto images = form_.Compared(prefersSource)) ShowViewer(*images, this);
-    };
   }
 
   frmMain form_{*this};

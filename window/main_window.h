@@ -13,8 +13,7 @@ namespace marovia {
 QWidget* MakeSidePanel(Binds& binds);
 
 // A widget that shows one of the form's pictures, and tells the form what mouse and keys do on it.
-// `open` is for a double-click, and for Enter where the form has no use for it.
-QWidget* MakePicture(Binds& binds, const PictureBox& picture, const Binds::Handler& open);
+QWidget* MakePicture(Binds& binds, const PictureBox& picture);
 // In pixels of the screen.
 PicturePlace PlaceOfPicture(const QWidget& widget);
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QtWidgets>
-#include <cstddef>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
@@ -31,13 +30,14 @@ inline QImage ShownImage(const Image& image) {
 }
 
 // Among the parts of a row or column: what room is left.
-// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): it points to nothing
-inline constexpr std::nullptr_t kRoom = nullptr;
+inline QWidget* Room() {
+  return nullptr;
+}
 
 inline QBoxLayout* Fill(QWidget* widget, QBoxLayout::Direction direction,
                         std::initializer_list<QWidget*> parts) {
   auto* layout = Make<QBoxLayout>(direction, widget);
-  for (QWidget* part : parts) part == kRoom ? layout->addStretch() : layout->addWidget(part);
+  for (QWidget* part : parts) part == Room() ? layout->addStretch() : layout->addWidget(part);
   return layout;
 }
 

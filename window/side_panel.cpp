@@ -5,7 +5,6 @@ namespace {
 
 // Of the widest page, so that the pictures stay where they are; wider fonts widen it.
 constexpr int kPanelWidth = 248;
-constexpr int kIndent = 12;
 constexpr int kNumberWidth = 64;
 constexpr int kRateWidth = 112;  // for what the bits of a file make a pixel
 
@@ -29,7 +28,7 @@ QWidget* Options(Binds& binds, std::span<const OptionButton> options,
                  QBoxLayout::Direction direction = QBoxLayout::LeftToRight) {
   auto* widget = Make<QWidget>();
   auto* layout = Fill(widget, direction, {});
-  layout->setContentsMargins(direction == QBoxLayout::LeftToRight ? kIndent : 0, 0, 0, 0);
+  layout->setContentsMargins(direction == QBoxLayout::LeftToRight ? 12 : 0, 0, 0, 0);
   for (const OptionButton& option : options)
     layout->addWidget(binds.New<QRadioButton>(option, &option.selected), 2 + layout->count());
   return widget;
@@ -38,7 +37,7 @@ QWidget* Options(Binds& binds, std::span<const OptionButton> options,
 QWidget* Field(Binds& binds, const TextLabel& control, QWidget* field) {
   auto* caption = binds.New<QLabel>(control);
   caption->setBuddy(field);
-  return Row({caption, kRoom, field});
+  return Row({caption, Room(), field});
 }
 
 // Enter in it is Go.
@@ -55,41 +54,38 @@ QWidget* CoderPage(Binds& binds, frmMain& form) {
   auto* hint = binds.New<QLabel>("RateHint", &frmMain::RateHint);
   hint->setWordWrap(true);
   hint->setAlignment(Qt::AlignRight | Qt::AlignTop);
-  auto* transform = Options(binds, form.OpTransform.options);
   auto* method = Options(binds, form.OpMethod.options);
   auto* coding = Options(binds, form.OpEntropyCode.options);
   auto* rate = Field(binds, form.Label[3], Number(binds, form.txtBitRate, kRateWidth));
   auto* share = Field(binds, form.Label[4], Number(binds, form.txtROIPercent));
   return Column(
-      {Heading(binds, form.Label[0]), Box(binds, form.Frame[0], {transform}),
+      {Heading(binds, form.Label[0]),
+       Box(binds, form.Frame[0], {Options(binds, form.OpTransform.options)}),
        Box(binds, form.Frame[1],
            {binds.New<QLabel>(form.Label2), method, binds.New<QLabel>(form.Label1), coding}),
        Box(binds, form.Frame[2], {rate, hint, share}),
        Field(binds, form.Label[2], binds.New<QComboBox>(form.cmbWavelet)),
-       Field(binds, form.Label[1], Number(binds, form.txtLevels)), kRoom,
+       Field(binds, form.Label[1], Number(binds, form.txtLevels)), Room(),
        binds.New<QPushButton>(form.cmdBegin[0])});
 }
 
 QWidget* MeasuresPage(Binds& binds, frmMain& form) {
-  const CheckBox& restrict = form.chkROIErrorOnly;
   return Column({Heading(binds, form.Label3),
                  Options(binds, form.OpErrorMeasure.options, QBoxLayout::TopToBottom),
-                 binds.New<QCheckBox>(restrict, & restrict.checked), kRoom,
+                 binds.New<QCheckBox>(form.chkROIErrorOnly, &form.chkROIErrorOnly.checked), Room(),
                  binds.New<QPushButton>(form.cmdBegin[1])});
 }
 
 }  // namespace
 
 QWidget* MakeSidePanel(Binds& binds) {
-  auto* hint = Make<QLabel>(
-      "Load an image, then choose <b>Compress</b>, <b>Decompress</b> or <b>Error measures</b> "
-      "above.");
+  auto* hint = binds.New<QLabel>(binds.Form().howToBegin);
   hint->setWordWrap(true);
   auto* panel = Make<QStackedWidget>();
   panel->setObjectName("Frame2");
   panel->setMinimumWidth(kPanelWidth);
   panel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
-  panel->addWidget(Column({hint, kRoom}));
+  panel->addWidget(Column({hint, Room()}));
   panel->addWidget(CoderPage(binds, binds.Form()));
   panel->addWidget(MeasuresPage(binds, binds.Form()));
   binds.Also([panel, &binds] { panel->setCurrentIndex(binds.Form().PanelInView()); });

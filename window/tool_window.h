@@ -21,8 +21,7 @@ class ToolWindow : public QMainWindow {
     setObjectName(name);
     setWindowTitle(title);
     bar_->setMovable(false);
-    connect(Make<QShortcut>(QKeySequence::Cancel, this), &QShortcut::activated, this,
-            &QWidget::close);
+    Make<QShortcut>(QKeySequence::Cancel, this, [this] { close(); });
   }
 
  protected:
@@ -35,6 +34,18 @@ class ToolWindow : public QMainWindow {
     tool->setToolTip(text + " (" + keys.toString(QKeySequence::NativeText) + ")");
     connect(tool, &QAction::triggered, slot...);
     return tool;
+  }
+
+  // Set apart from what stands before it, behind a caption if it has one.
+  template <class Field>
+  Field* AddField(const QString& name, const QString& spoken, const QString& caption = {}) {
+    auto* field = Make<Field>();
+    field->setObjectName(name);
+    field->setAccessibleName(spoken);
+    bar_->addSeparator();
+    if (!caption.isEmpty()) bar_->addWidget(Make<QLabel>(caption));
+    bar_->addWidget(field);
+    return field;
   }
 
   QToolBar* bar_;

@@ -1,17 +1,12 @@
-#include <algorithm>
 #include <cmath>
 
+#include "app/zoom.h"
 #include "window/tool_window.h"
 
 namespace marovia {
 namespace {
 
-constexpr double kMinZoom = 1.0 / 16;
-constexpr double kMaxZoom = 32;
-constexpr int kGain = 4;
-constexpr int kMaxGain = 32;
-constexpr int kTall = 1 << 20;     // above any zoomed image
-constexpr double kDoubling = 240;  // of the wheel: two notches
+constexpr int kTall = 1 << 20;  // above any zoomed image
 
 // Each image is a rectangle of its scene, a pixel a unit, painted with its pixels.
 class Viewer : public ToolWindow {
@@ -20,10 +15,10 @@ class Viewer : public ToolWindow {
       : ToolWindow("Viewer", "Full Resolution - Marovia", parent), images_(images) {
     setAttribute(Qt::WA_DeleteOnClose);
     resize(images_.HasTwo() ? 1120 : 680, 680);
-    AddTool("Zoom Out", QKeySequence::ZoomOut, [this] { SetZoom(zoom_ / 2); });
+    AddTool("Zoom Out", QKeySequence::ZoomOut, [this] { SetZoom(zoom_.Times(0.5)); });
     bar_->addWidget(zoomLabel_);
-    AddTool("Zoom In", QKeySequence::ZoomIn, [this] { SetZoom(zoom_ * 2); });
-    AddTool("Full Size", Qt::CTRL | Qt::Key_1, [this] { SetZoom(1); });
+    AddTool("Zoom In", QKeySequence::ZoomIn, [this] { SetZoom(zoom_.Times(2)); });
+    AddTool("Full Size", Qt::CTRL | Qt::Key_1, [this] { SetZoom(Zoom(1)); });
     AddTool("Fit", Qt::CTRL | Qt::Key_0, [this] { Fit(); });
     zoomLabel_->setObjectName("ZoomLabel");
     zoomLabel_->setMinimumWidth(fontMetrics().horizontalAdvance("  3200 %  "));
@@ -36,7 +31,7 @@ class Viewer : public ToolWindow {
     setCentralWidget(images_.HasTwo() ? WithDifference(caption) : Column({caption, first_}));
     centralWidget()->setContentsMargins(kMargin, kMargin, kMargin, 0);
     ReadOut({-1, -1});
-    SetZoom(std::round(devicePixelRatioF()));
+    SetZoom(Zoom(std::round(devicePixelRatioF())));
   }
 
  protected:
@@ -53,7 +48,7 @@ class Viewer : public ToolWindow {
     }
     const auto* wheel = dynamic_cast<QWheelEvent*>(event);
     if (wheel == nullptr || !wheel->modifiers().testFlag(Qt::ControlModifier)) return false;
-    SetZoom(zoom_ * std::exp2(wheel->angleDelta().y() / kDoubling));
+    SetZoom(zoom_.Turned(wheel->angleDelta().y()));
     return true;
   }
 
@@ -72,18 +67,6 @@ class Viewer : public ToolWindow {
     return pane;
   }
 
-  template <class Control>
-  Control* NewControl(const QString& name, const QString& caption, int least, int most) {
-    auto* control = Make<Control>();
-    control->setObjectName(name);
-    control->setAccessibleName(caption);
-    control->setRange(least, most);
-    bar_->addSeparator();
-    bar_->addWidget(Make<QLabel>(" " + caption + " "));
-    bar_->addWidget(control);
-    return control;
-  }
-
   // The panes are of one size, so that the scroll bars of each fit the other.
   QWidget* WithDifference(QWidget* caption) {
     auto* second = NewPane("Difference", images_.Source());
@@ -96,14 +79,15 @@ class Viewer : public ToolWindow {
       connect(one, &QScrollBar::valueChanged, this, &Viewer::Wipe);
     }
     AddWipe();
-    auto* gain = NewControl<QSpinBox>("Gain", "Difference gain:", 1, kMaxGain);
+    auto* gain = AddField<QSpinBox>("Gain", "Difference gain:", " Difference gain: ");
+    gain->setRange(1, 32);
     gain->setPrefix("x ");
     connect(gain, &QSpinBox::valueChanged, second, [this, second](int value) {
       difference_ = images_.Difference(value);
       second->scene()->clear();
       second->scene()->addRect(second->sceneRect(), Qt::NoPen, ShownImage(difference_));
     });
-    gain->setValue(kGain);
+    gain->setValue(4);
     return Columns(2, {caption, first_, Make<QLabel>("Difference: mid-grey is zero"), second});
   }
 
@@ -114,7 +98,8 @@ class Viewer : public ToolWindow {
     under_ = first_->scene()->addRect({}, Qt::NoPen, ShownImage(images_.Reconstruction()));
     line_ = first_->scene()->addRect(-1.5, -kTall, 3, 2 * kTall, QPen(Qt::black), Qt::white);
     line_->setFlag(QGraphicsItem::ItemIgnoresTransformations);
-    split_ = NewControl<QSlider>("Split", "Wipe:", 0, 100);
+    split_ = AddField<QSlider>("Split", "Wipe:", " Wipe: ");
+    split_->setRange(0, 100);
     split_->setOrientation(Qt::Horizontal);
     split_->setMaximumWidth(160);
     connect(split_, &QSlider::valueChanged, this, &Viewer::Wipe);
@@ -133,18 +118,18 @@ class Viewer : public ToolWindow {
 
   void Fit() {
     first_->fitInView(first_->sceneRect(), Qt::KeepAspectRatio);
-    SetZoom(first_->transform().m11() * devicePixelRatioF());
+    SetZoom(Zoom(first_->transform().m11() * devicePixelRatioF()));
   }
 
-  // Screen pixels an image pixel. What is in the middle stays there.
-  void SetZoom(double zoom) {
-    zoom_ = std::clamp(zoom, kMinZoom, kMaxZoom);
-    const double scale = zoom_ / devicePixelRatioF();
+  // What is in the middle stays there.
+  void SetZoom(Zoom zoom) {
+    zoom_ = zoom;
+    const double scale = zoom_.Factor() / devicePixelRatioF();
     for (auto* pane : findChildren<QGraphicsView*>()) {
       pane->setTransform(QTransform::fromScale(scale, scale));
-      pane->setRenderHint(QPainter::SmoothPixmapTransform, zoom_ < 1);
+      pane->setRenderHint(QPainter::SmoothPixmapTransform, zoom_.Factor() < 1);
     }
-    zoomLabel_->setText(QString("%1 %").arg(std::lround(zoom_ * 100)));
+    zoomLabel_->setText(Text(zoom_.Text()));
     Wipe();
   }
 
@@ -152,7 +137,7 @@ class Viewer : public ToolWindow {
 
   Comparison images_;
   Image difference_;
-  double zoom_ = 1;
+  Zoom zoom_{1};
   QGraphicsView* first_ = nullptr;
   QGraphicsRectItem* under_ = nullptr;
   QGraphicsRectItem* line_ = nullptr;

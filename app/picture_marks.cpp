@@ -1,0 +1,65 @@
+#include "app/picture_marks.h"
+
+#include <algorithm>
+
+#include "image/sampling.h"
+
+namespace marovia {
+namespace {
+
+constexpr std::uint32_t kWhite = 0xffffffff;
+constexpr std::uint32_t kShade = 0xbe000000;
+
+std::uint32_t Opaque(const Colour& colour) {
+  return 0xff000000U | colour.red << 16U | colour.green << 8U | colour.blue;
+}
+
+// The parts of a figure do not overlap: a shade that is painted twice would be darker there.
+using Marks = std::vector<PictureMark>;
+
+// The border of a rectangle, so many coordinates wide to both sides of its own.
+Marks Frame(const PictureRectangle& corners, int reach) {
+  const auto [row1, row2] = std::minmax<int>({corners.row1, corners.row2});
+  const auto [col1, col2] = std::minmax<int>({corners.col1, corners.col2});
+  const int width = 2 * reach + 1;
+  const int rows = row2 - row1 + width;
+  const int cols = col2 - col1 + width;
+  const int top = row1 - reach;
+  const int left = col1 - reach;
+  if (std::min(rows, cols) <= 2 * width) return {{top, left, rows, cols}};
+  return {{top, left, width, cols},
+          {top + width, left, rows - 2 * width, width},
+          {top + width, left + cols - width, rows - 2 * width, width},
+          {top + rows - width, left, width, cols}};
+}
+
+// Both lines through a point, all across the picture.
+Marks Cross(const PicturePoint& at, int reach) {
+  const int width = 2 * reach + 1;
+  const int first = 1 - reach;
+  return {{at.row - reach, first, width, kPictureSide + 2 * reach},
+          {first, at.col - reach, at.row - 1, width},
+          {at.row + reach + 1, at.col - reach, kPictureSide - at.row, width}};
+}
+
+void Add(Marks& marks, Marks figure, std::uint32_t argb) {
+  for (PictureMark& part : figure) part.argb = argb;
+  marks.insert(marks.end(), figure.begin(), figure.end());
+}
+
+}  // namespace
+
+std::vector<PictureMark> MarksOver(const PictureBox& picture) {
+  Marks marks;
+  if (const auto& outline = picture.outline) {
+    Add(marks, Frame(outline->corners, 1), kShade);
+    Add(marks, Frame(outline->corners, 0), Opaque(outline->colour));
+  }
+  if (const auto& at = picture.crosshair) {
+    Add(marks, Cross(*at, 1), kShade);
+    Add(marks, Cross(*at, 0), kWhite);
+  }
+  return marks;
+}
+
+}  // namespace marovia
