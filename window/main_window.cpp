@@ -122,6 +122,8 @@ class FormWindow : public MainWindow, private Desktop {
     report->setUndoRedoEnabled(false);
     report->setAcceptDrops(false);
     report->setTabChangesFocus(true);
+    // So that nothing behind it is painted at every pass.
+    report->verticalScrollBar()->setAutoFillBackground(true);
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setStyleStrategy(QFont::PreferNoShaping);  // which takes longer than all else of a line
     report->setFont(font);

@@ -9,6 +9,7 @@ class PictureView : public QWidget {
   PictureView(Binds& binds, const PictureBox& picture)
       : binds_(binds), form_(binds.Form()), picture_(picture) {
     setFocusPolicy(Qt::StrongFocus);
+    setAutoFillBackground(true);  // so that nothing behind it is painted with it
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     binds_.Add(this, picture_, [this] { ShowPicture(); });
   }

@@ -36,12 +36,33 @@ TEST_F(Files, TheQuestionsCarryTheirFilterFolderFormAndFlags) {
   EXPECT_EQ(desktop.questions.back().filter, "ASWDR_V1 lossless arith. compression (*.awg)|*.awg");
 }
 
-TEST_F(Files, AFilterSplitsIntoDescriptionsThatShowTheirPatterns) {
-  const auto filters = SplitFilter("Windows bitmap|*.bmp|PGM file (*.pgm)|*.pgm");
-  ASSERT_EQ(filters.size(), 2U);
-  EXPECT_EQ(filters[0].description + "|" + filters[0].pattern, "Windows bitmap (*.bmp)|*.bmp");
-  EXPECT_EQ(filters[1].description + "|" + filters[1].pattern, "PGM file (*.pgm)|*.pgm");
-  EXPECT_TRUE(SplitFilter("").empty());
+TEST_F(Files, AFileQuestionNamesItsFiltersAndBeginsWithOneThatShowsAFile) {
+  const std::string_view filter = "Windows bitmap|*.bmp|PGM file (*.pgm)|*.pgm";
+  EXPECT_EQ(FilterNames(filter), "Windows bitmap (*.bmp);;PGM file (*.pgm)");
+  EXPECT_EQ(SuffixOfFilter("PGM file (*.pgm)"), "pgm");
+  EXPECT_EQ(UsefulFilter(filter, folder), "Windows bitmap (*.bmp)");
+  EXPECT_EQ(UsefulFilter(filter, Path("missing")), "Windows bitmap (*.bmp)");
+  WriteFile(Path("only.pgm"), {});
+  EXPECT_EQ(UsefulFilter(filter, folder), "PGM file (*.pgm)");
+  WriteFile(Path("too.bmp"), {});
+  EXPECT_EQ(UsefulFilter(filter, folder), "Windows bitmap (*.bmp)");
+  EXPECT_EQ(FilterNames("") + UsefulFilter("", folder), "");
+}
+
+TEST_F(Files, TheFilesOfTheProgramAreBesideItOrInTheSharedFolderOfItsInstallation) {
+  EXPECT_EQ(FolderOfProgramFiles("/usr/bin"), "/usr/share/marovia");
+  WriteFile(Path("Marovia.HLP"), {});
+  EXPECT_EQ(FolderOfProgramFiles(folder), folder);
+}
+
+TEST_F(Files, OnlyAFileThatIsWrittenIsAskedAboutBeforeItIsReplaced) {
+  form.GetTheImage();
+  EXPECT_FALSE(desktop.questions.back().AsksBeforeReplacing());
+  std::string name;
+  form.SetCompressedFileName(name, "awf");
+  EXPECT_TRUE(desktop.questions.back().AsksBeforeReplacing());
+  form.GetCompressedFileName(name, "awf");
+  EXPECT_FALSE(desktop.questions.back().AsksBeforeReplacing());
 }
 
 TEST_F(Files, ALoadDiscardsTheEarlierTransformAndReconstruction) {

@@ -51,7 +51,9 @@ GoTimes TimeOfGo(marovia::MainWindow& window, const QString& file) {
   double ended = 0;
   QTimer::singleShot(0, [&] {
     auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-    QObject::connect(dialog, &QObject::destroyed, [&ended] { ended = ProcessorTime(); });
+    // The youngest child goes last, after the folder's model and all that shows it.
+    QObject::connect(marovia::Make<QObject>(dialog), &QObject::destroyed,
+                     [&ended] { ended = ProcessorTime(); });
     dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
     answered.start();
     dialog->findChild<QPushButton*>()->setFocus();
