@@ -77,7 +77,8 @@ class frmMain : public Controls {
   // known by its name ("Left", "Space"). A double-click, and Enter where a region has no use for
   // it, open the viewer.
   using MouseHandler = void (frmMain::*)(std::int16_t, std::int16_t, float, float);
-  void Picture_Mouse(const PictureBox& picture, MouseHandler handler, int buttons, PicturePoint at);
+  void Picture_Mouse(const PictureBox& picture, MouseHandler handler, unsigned buttons,
+                     PicturePoint at);
   void Picture_DblClick(const PictureBox& picture);
   bool Picture_KeyDown(const PictureBox& picture, std::string_view name, bool longStep);
 

@@ -11,7 +11,8 @@ constexpr std::uint32_t kWhite = 0xffffffff;
 constexpr std::uint32_t kShade = 0xbe000000;
 
 std::uint32_t Opaque(const Colour& colour) {
-  return 0xff000000U | colour.red << 16U | colour.green << 8U | colour.blue;
+  return 0xff000000U | std::uint32_t{colour.red} << 16U | std::uint32_t{colour.green} << 8U |
+         colour.blue;
 }
 
 // The parts of a figure do not overlap: a shade that is painted twice would be darker there.

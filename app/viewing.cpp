@@ -3,7 +3,7 @@
 
 namespace marovia {
 
-void frmMain::Picture_Mouse(const PictureBox& picture, MouseHandler handler, int buttons,
+void frmMain::Picture_Mouse(const PictureBox& picture, MouseHandler handler, unsigned buttons,
                             PicturePoint at) {
   if (!picture.drawnOn) return;
   const UnitsPerPixel units = desktop_.PictureUnits();

@@ -11,8 +11,8 @@ constexpr int kTall = 1 << 20;  // above any zoomed image
 // Each image is a rectangle of its scene, a pixel a unit, painted with its pixels.
 class Viewer : public ToolWindow {
  public:
-  Viewer(const Comparison& images, QWidget* parent)
-      : ToolWindow("Viewer", "Full Resolution - Marovia", parent), images_(images) {
+  Viewer(Comparison images, QWidget* parent)
+      : ToolWindow("Viewer", "Full Resolution - Marovia", parent), images_(std::move(images)) {
     setAttribute(Qt::WA_DeleteOnClose);
     resize(images_.HasTwo() ? 1120 : 680, 680);
     AddTool("Zoom Out", QKeySequence::ZoomOut, [this] { SetZoom(zoom_.Times(0.5)); });
