@@ -135,7 +135,7 @@ TEST_F(WindowTest, TabGoesDownThePanelAndEverythingHasAName) {
   Load(Photograph(64, 64));
   Menu("mnuCompress");
   Source().setFocus();
-  const char* order[] = {"OpDisplayImage", "GraphBoxRec",      "cmdViewer", "Report",
+  const char* order[] = {"OpDisplayImage", "GraphBoxRec",      "cmdViewer",  "Report",
                          "OpMethod(0)",    "OpEntropyCode(0)", "txtBitRate", "txtROIPercent",
                          "cmbWavelet",     "txtLevels",        "cmdBegin(0)"};
   for (const char* name : order) {
