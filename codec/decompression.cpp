@@ -102,7 +102,7 @@ PassReport Decompression::ReadWith(const PassListener& onPass) {
                                           info_.wavelet == WaveletKind::kDaub97;
   if (open) passes.PlaceInTheMiddle();
 
-  coefficients_ = Grid<float>(info_.codedRows, info_.codedCols);
+  coefficients_ = Grid<float>(info_.codedRows, info_.codedCols, Unfilled{});
   order->Scatter(passes.Values(), coefficients_.Samples());
   return report(last);
 }

@@ -60,10 +60,8 @@ class ArithmeticEncoder {
   // Appends to `bytes`, which nothing else may change before DoneEncoding.
   explicit ArithmeticEncoder(Bytes& bytes) : bytes_(&bytes), start_(bytes.size()) {}
 
-  // Codes a symbol of a context by its index.
-  template <class Context>
-  MAROVIA_INLINE void EncodeIndex(const Context& context, unsigned index) {
-    const Part part = context.PartOf(index);
+  // Codes the symbol that has this part of a range.
+  MAROVIA_INLINE void EncodePart(const Part& part) {
     const std::uint32_t below = range_.Times(part.below);
     const std::uint32_t range = range_.Times(part.end) - below;
     const std::uint64_t low = low_ + below;
@@ -79,7 +77,7 @@ class ArithmeticEncoder {
   template <class Context>
   MAROVIA_INLINE void Encode(Context& context, unsigned character) {
     const unsigned index = context.IndexOf(character);
-    EncodeIndex(context, index);
+    EncodePart(context.PartOf(index));
     context.Update(index);
   }
 

@@ -98,10 +98,11 @@ class TernaryContext {
     return order_.characters >> (kOrderLane * index) & kOrderMask;
   }
 
-  // The part of a symbol, as fractions; an index of 4 is the end symbol.
+  // The part of a symbol, as fractions, and that of the end symbol.
   [[nodiscard]] MAROVIA_INLINE Part PartOf(unsigned index) const {
     return {FractionAbove(index), FractionAbove(index - 1)};
   }
+  [[nodiscard]] Part PartOfEnd() const { return {0, FractionAbove(3)}; }
 
   // What all symbols but the first have of the total.
   [[nodiscard]] std::uint32_t FractionOfOthers() const { return above1_; }
@@ -159,7 +160,7 @@ class TernaryContext {
   static std::uint32_t CountOf(std::uint64_t cumulative, unsigned index) {
     return AboveIn(cumulative, index - 1) - AboveIn(cumulative, index);
   }
-  // The counts of the symbols above an index, 0 to 3, and none above 4.
+  // The counts of the symbols above an index, 0 to 3.
   [[nodiscard]] std::uint32_t Above(unsigned index) const { return AboveIn(cumulative_, index); }
   [[nodiscard]] std::uint32_t FractionAbove(unsigned index) const {
     return arithmetic::Fraction(Above(index), Above(0));

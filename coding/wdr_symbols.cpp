@@ -27,7 +27,7 @@ BitSymbolReader::LongNumber BitSymbolReader::ReadLongNumber(BitReader reader) {
 }
 
 void WdrSymbolWriter::Finish() {
-  coder_.EncodeIndex(this->*last_, WdrContext::kEndIndex);
+  coder_.EncodePart((this->*last_).PartOfEnd());
   coder_.DoneEncoding();
 }
 

@@ -99,9 +99,11 @@ struct Inverse {
   Precision precision;
 };
 
-// Emit takes the finished rows of the level: emit(row number, samples).
+// `low` is the level's low band, what the coarser levels became; empty, it is as the coefficients
+// have it. Emit takes the finished rows of the level: emit(row number, samples).
 template <class Emit>
-void InverseLevel(const Grid<float>& coefficients, Inverse inverse, Corner corner, Emit emit) {
+void InverseLevel(const Grid<float>& coefficients, const Grid<float>& low, Inverse inverse,
+                  Corner corner, Emit emit) {
   const auto steps = LiftingSteps(inverse.wavelet, Direction::kInverse);
   const auto cols = static_cast<std::size_t>(corner.cols);
   SplitLine split(corner.cols);
@@ -111,7 +113,10 @@ void InverseLevel(const Grid<float>& coefficients, Inverse inverse, Corner corne
       .Run(
           [&](Band band, int k, std::span<float> row) {
             const int place = InvPermPlace(band, k, corner.rows);
-            std::copy_n(coefficients.Row(place).begin(), cols, row.begin());
+            const std::size_t made = place < low.Rows() ? static_cast<std::size_t>(low.Cols()) : 0;
+            if (made > 0) std::copy_n(low.Row(place).begin(), made, row.begin());
+            const auto rest = coefficients.Row(place).subspan(made, cols - made);
+            std::copy(rest.begin(), rest.end(), row.begin() + static_cast<std::ptrdiff_t>(made));
           },
           [&](Band band, int k, std::span<const float> row) {
             LoadBands(row, split);
@@ -122,7 +127,7 @@ void InverseLevel(const Grid<float>& coefficients, Inverse inverse, Corner corne
 }
 
 Grid<float> CopyOf(const Grid<float>& coefficients, Corner corner) {
-  Grid<float> copy(corner.rows, corner.cols);
+  Grid<float> copy(corner.rows, corner.cols, Unfilled{});
   for (int r = 0; r < corner.rows; ++r) {
     std::copy_n(coefficients.Row(r).begin(), static_cast<std::size_t>(corner.cols),
                 copy.Row(r).begin());
@@ -130,15 +135,13 @@ Grid<float> CopyOf(const Grid<float>& coefficients, Corner corner) {
   return copy;
 }
 
-void InverseLevelInPlace(Grid<float>& coefficients, Inverse inverse, Corner corner) {
-  Grid<float> result(corner.rows, corner.cols);
-  InverseLevel(coefficients, inverse, corner, [&](int r, std::span<const float> samples) {
-    std::copy(samples.begin(), samples.end(), result.Row(r).begin());
+Grid<float> NextLowBand(const Grid<float>& coefficients, const Grid<float>& low, Inverse inverse,
+                        Corner corner) {
+  Grid<float> next(corner.rows, corner.cols, Unfilled{});
+  InverseLevel(coefficients, low, inverse, corner, [&](int r, std::span<const float> samples) {
+    std::copy(samples.begin(), samples.end(), next.Row(r).begin());
   });
-  for (int r = 0; r < corner.rows; ++r) {
-    const auto row = result.Row(r);
-    std::copy(row.begin(), row.end(), coefficients.Row(r).begin());
-  }
+  return next;
 }
 
 // Whether all values times `factor`, below 2^22 in magnitude, are whole numbers.
@@ -200,7 +203,7 @@ void ForwardLevels(const Image& image, WaveletKind wavelet, int levels, Grid<flo
 }  // namespace
 
 Grid<float> TransformTheImage(const Image& image, WaveletKind wavelet, int levels) {
-  Grid<float> coefficients(image.Rows(), image.Cols());
+  Grid<float> coefficients(image.Rows(), image.Cols(), Unfilled{});
   ForwardLevels(image, wavelet, levels, coefficients);
   if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kForward);
   return coefficients;
@@ -208,16 +211,17 @@ Grid<float> TransformTheImage(const Image& image, WaveletKind wavelet, int level
 
 Image InvertTheTransformQuant(Grid<float>& coefficients, WaveletKind wavelet, int levels) {
   if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kInverse);
-  Image image(coefficients.Rows(), coefficients.Cols());
+  Image image(coefficients.Rows(), coefficients.Cols(), Unfilled{});
   if (levels == 0) {
     ToPixels(coefficients.Samples(), image.Samples());
     return image;
   }
   const Inverse inverse{wavelet, InversePrecision(coefficients.Samples(), wavelet, levels)};
+  Grid<float> low;
   for (int level = levels; level > 1; --level) {
-    InverseLevelInPlace(coefficients, inverse, CornerOf(coefficients, level));
+    low = NextLowBand(coefficients, low, inverse, CornerOf(coefficients, level));
   }
-  InverseLevel(coefficients, inverse, CornerOf(coefficients, 1),
+  InverseLevel(coefficients, low, inverse, CornerOf(coefficients, 1),
                [&](int r, std::span<const float> samples) { ToPixels(samples, image.Row(r)); });
   return image;
 }

@@ -2,11 +2,29 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
+#include <new>
 #include <span>
 #include <utility>
 #include <vector>
 
 namespace marovia {
+
+// Asks for values that are whatever memory held, to be written before they are read.
+struct Unfilled {};
+
+// Leaves a value as it is where a vector is not told what to fill it with.
+// NOLINTBEGIN(readability-identifier-naming): the names are those that a vector looks for.
+template <class T>
+struct UnfilledAllocator : std::allocator<T> {
+  template <class U>
+  struct rebind {
+    using other = UnfilledAllocator<U>;
+  };
+  void construct(T* value) { ::new (value) T; }
+  void construct(T* value, const T& fill) { std::construct_at(value, fill); }
+};
+// NOLINTEND(readability-identifier-naming)
 
 // Rows() x Cols() values; (r, c) is row r from the top, column c from the left, both from 0. The
 // samples lie row by row without gaps. Positions are not checked, sizes are never negative.
@@ -18,6 +36,10 @@ class Grid {
       : rows_(rows),
         cols_(cols),
         samples_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols), fill) {}
+  Grid(int rows, int cols, Unfilled)
+      : rows_(rows),
+        cols_(cols),
+        samples_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols)) {}
 
   [[nodiscard]] int Rows() const { return rows_; }
   [[nodiscard]] int Cols() const { return cols_; }
@@ -48,7 +70,7 @@ class Grid {
 
   int rows_ = 0;
   int cols_ = 0;
-  std::vector<T> samples_;
+  std::vector<T, UnfilledAllocator<T>> samples_;
 };
 
 }  // namespace marovia

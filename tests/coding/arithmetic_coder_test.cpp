@@ -108,7 +108,7 @@ Bytes EncodeAlike(const std::vector<Symbol>& symbols) {
   }
   if constexpr (Setup::kHasEnd) {
     const auto& context = contexts.ternary[static_cast<std::size_t>(plain.context - 1)];
-    encoder.EncodeIndex(context, context.kEndIndex);
+    encoder.EncodePart(context.PartOfEnd());
   }
   plain.DoneEncoding(writer);
   EXPECT_EQ(encoder.BitsSpent() + 2, writer.sent);
