@@ -39,20 +39,6 @@ void FoundState::Settle() {
   wordsNow_.Clear();
 }
 
-void FoundState::ListBefore(VisitingOrder& order, HomeList& list) const {
-  list.Clear(static_cast<std::size_t>(count_));
-  for (std::size_t i = 0; i < stretches_.size(); ++i) {
-    if (pendingInStretch_[i] == stretches_[i].Size()) continue;
-    if (!stretches_[i].ordered) {
-      AppendInTurn(stretches_[i], list);
-      continue;
-    }
-    const StretchOrder blocks = order.OrderOf(i);
-    AppendBlocks(blocks.blocksOfFound, list);
-    AppendBlocks(blocks.blocksWithFound, list);
-  }
-}
-
 void FoundState::ListPending(const StretchOrder& order, HomeList& list) const {
   list.Clear(4 * (order.blocksOfFound.size() + order.blocksWithFound.size()));
   for (const std::span<const Home> blocks : {order.blocksOfFound, order.blocksWithFound}) {
@@ -60,19 +46,24 @@ void FoundState::ListPending(const StretchOrder& order, HomeList& list) const {
   }
 }
 
-void FoundState::AppendInTurn(const Stretch& stretch, HomeList& list) const {
-  ForMembers(wordsBefore_, stretch.first / 64, (std::size_t{stretch.last} + 63) / 64,
-             [&](std::size_t i) {
-               std::uint64_t bits = before_.Word(i);
-               bits &= HomeSet::RangeMask(i, stretch.first, stretch.last);
-               for (; bits != 0; bits &= bits - 1) {
-                 const auto place = static_cast<Home>(std::countr_zero(bits));
-                 list.Append(static_cast<Home>(i * 64) + place);
-               }
-             });
+void FoundState::ListGroup(std::size_t group, const Stretch& stretch, HomeList& list) const {
+  list.Clear(64 * kGroup);
+  for (std::uint64_t words = wordsBefore_.Word(group); words != 0; words &= words - 1) {
+    const std::size_t i = group * kGroup + static_cast<std::size_t>(std::countr_zero(words));
+    const auto base = static_cast<Home>(i * 64);
+    std::uint64_t bits = before_.Word(i) & HomeSet::RangeMask(i, stretch.first, stretch.last);
+    if (bits == ~std::uint64_t{0}) {
+      list.AppendRange(base, 64);
+      continue;
+    }
+    for (; bits != 0; bits &= bits - 1) {
+      list.Append(base + static_cast<Home>(std::countr_zero(bits)));
+    }
+  }
 }
 
-void FoundState::AppendBlocks(std::span<const Home> blocks, HomeList& list) const {
+void FoundState::ListBlocks(std::span<const Home> blocks, HomeList& list) const {
+  list.Clear(4 * blocks.size());
   for (const Home block : blocks) list.AppendBlock(4 * block, before_.Block(block));
 }
 

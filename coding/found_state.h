@@ -1,6 +1,7 @@
 // What is found, before a pass and in it.
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -42,15 +43,20 @@ class FoundState {
   // The pass is over: what it found counts as found before.
   void Settle();
 
-  // Fills a list with the homes found before this pass, in its order of visiting.
-  void ListBefore(VisitingOrder& order, HomeList& list) const;
+  // Calls visit(homes) with the homes found before this pass, in its order of visiting, some
+  // thousand at a time in `list`, so that they stay in the cache; until it returns false, or to the
+  // end.
+  template <class Visit>
+  bool ForFoundBefore(VisitingOrder& order, HomeList& list, Visit visit) const;
   // Fills a list with those not found before this pass in the blocks of a stretch that may hold
   // others.
   void ListPending(const StretchOrder& order, HomeList& list) const;
 
  private:
-  void AppendInTurn(const Stretch& stretch, HomeList& list) const;
-  void AppendBlocks(std::span<const Home> blocks, HomeList& list) const;
+  template <class Visit>
+  bool ForFoundInTurn(const Stretch& stretch, HomeList& list, Visit visit) const;
+  void ListGroup(std::size_t group, const Stretch& stretch, HomeList& list) const;
+  void ListBlocks(std::span<const Home> blocks, HomeList& list) const;
 
   std::span<const Stretch> stretches_;
   HomeSet before_;
@@ -63,5 +69,37 @@ class FoundState {
   std::vector<std::int64_t> pendingInStretch_;
   std::int64_t count_ = 0;
 };
+
+template <class Visit>
+bool FoundState::ForFoundBefore(VisitingOrder& order, HomeList& list, Visit visit) const {
+  for (std::size_t i = 0; i < stretches_.size(); ++i) {
+    if (pendingInStretch_[i] == stretches_[i].Size()) continue;
+    if (!stretches_[i].ordered) {
+      if (!ForFoundInTurn(stretches_[i], list, visit)) return false;
+      continue;
+    }
+    const StretchOrder made = order.OrderOf(i);
+    for (std::span<const Home> blocks : {made.blocksOfFound, made.blocksWithFound}) {
+      while (!blocks.empty()) {
+        const std::size_t count = std::min(blocks.size(), 16 * kGroup);
+        ListBlocks(blocks.first(count), list);
+        if (!visit(list.Homes())) return false;
+        blocks = blocks.subspan(count);
+      }
+    }
+  }
+  return true;
+}
+
+template <class Visit>
+bool FoundState::ForFoundInTurn(const Stretch& stretch, HomeList& list, Visit visit) const {
+  const std::size_t end = (std::size_t{stretch.last} + 64 * kGroup - 1) / (64 * kGroup);
+  for (std::size_t group = stretch.first / (64 * kGroup); group < end; ++group) {
+    if (wordsBefore_.Word(group) == 0) continue;
+    ListGroup(group, stretch, list);
+    if (!visit(list.Homes())) return false;
+  }
+  return true;
+}
 
 }  // namespace marovia

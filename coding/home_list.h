@@ -31,6 +31,11 @@ class HomeList {
     count_ = 0;
   }
   void Append(Home home) { homes_[count_++] = home; }
+  void AppendRange(Home base, Home count) {
+    Home* to = homes_.Data() + count_;
+    for (Home i = 0; i < count; ++i) to[i] = base + i;
+    count_ += count;
+  }
   // Those of the homes base to base + 3 that the four bits of `set` mark. Always writes four, so
   // the room holds that many more than the homes.
   void AppendBlock(Home base, std::uint64_t set) {

@@ -41,10 +41,12 @@ class PassDecoder {
   // end.
   void PlaceInTheMiddle() {
     std::int64_t visited = 0;
-    found_.ListBefore(order_, refined_);
-    for (const Home home : refined_.Homes()) {
-      values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
-    }
+    found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
+      for (const Home home : homes) {
+        values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
+      }
+      return true;
+    });
     for (std::size_t i = 0; i < found_.Now().WordCount(); ++i) {
       for (std::uint64_t bits = found_.Now().Word(i); bits != 0; bits &= bits - 1) {
         float& value = values_[i * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
@@ -169,12 +171,13 @@ class PassDecoder {
   }
 
   bool RefinementPass() {
-    found_.ListBefore(order_, refined_);
-    return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA { return Refine(at); });
+    return found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
+      return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA { return Refine(at, homes); });
+    });
   }
 
-  MAROVIA_INLINE bool Refine(Cursor& at) {
-    for (const Home home : refined_.Homes()) {
+  MAROVIA_INLINE bool Refine(Cursor& at, std::span<const Home> homes) {
+    for (const Home home : homes) {
       bool moves = false;
       if (!at.symbols.ReadRefinement(moves)) return Ended();
       ++refinedCount_;
@@ -192,7 +195,7 @@ class PassDecoder {
   FoundState found_;
   std::vector<float> values_;
   HomeList pending_;  // in the blocks of a stretch that may hold found homes
-  HomeList refined_;  // what this pass refines, and so far has refined
+  HomeList refined_;  // part of what this pass refines
   std::int64_t refinedCount_ = 0;
   float threshold_ = 0;
   // Away from 0, by none or a threshold, for a positive value and for a negative one. A table,

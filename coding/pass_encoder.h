@@ -83,13 +83,15 @@ class PassEncoder {
 
   bool RefinementPass(int pass) {
     if (pass == 1) return true;
-    found_.ListBefore(order_, refined_);
-    return RunLoop(symbols_, [&](Symbols& symbols)
-                                 MAROVIA_INLINE_LAMBDA { return SendRefinements(symbols, pass); });
+    return found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
+      return RunLoop(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
+        return SendRefinements(symbols, homes, pass);
+      });
+    });
   }
 
-  MAROVIA_INLINE bool SendRefinements(Symbols& symbols, int pass) {
-    for (const Home home : refined_.Homes()) {
+  MAROVIA_INLINE bool SendRefinements(Symbols& symbols, std::span<const Home> homes, int pass) {
+    for (const Home home : homes) {
       symbols.Refine(planes_.Moves(home, pass));
       if (Spent(symbols)) return false;
     }
@@ -104,7 +106,7 @@ class PassEncoder {
   FoundState found_;
   HomeSet candidates_;  // what this pass finds as long as the budget lasts
   CandidateList list_;  // the same in the order of visiting
-  HomeList refined_;    // what this pass refines
+  HomeList refined_;    // part of what this pass refines
   bool regionOnly_ = false;
 };
 

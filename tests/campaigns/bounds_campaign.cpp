@@ -123,7 +123,8 @@ void Change(Script& script, std::mt19937& random) {
       script.randomBits = !script.randomBits;
       break;
     case 6:
-      script.rows = std::min(pixels / 8, 8 << RandomBelow(random, 12));
+      // No side may exceed 32767.
+      script.rows = std::clamp(8 << RandomBelow(random, 12), pixels / 16384, pixels / 8);
       script.cols = pixels / script.rows;
       break;
     default:
