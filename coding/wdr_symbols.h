@@ -8,8 +8,7 @@
 // A writer has Found, EndOfPass, Refine, BitsSpent (to compare with the budget), BitsSent (to
 // compare with a region's switch point, and to report) and Finish. A reader has ReadNumber,
 // ReadSign, ReadRefinement, each false where the stream ended in it, and BitsRead. Both are small
-// values that a loop may work on in a copy of its own; what is large, the contexts, are the Models
-// that they refer to.
+// values, contexts included, that a loop may work on in a copy of its own.
 #pragma once
 
 #include <algorithm>
