@@ -56,7 +56,7 @@ plant() { # text replacement
 }
 
 # The programs that most likely catch a fault of a room, and are quick.
-programs_for() {
+likely_programs() {
   case $1 in
     files | cli) echo test_cli ;;
     capi) echo c_interface_test ;;
@@ -67,13 +67,14 @@ programs_for() {
 
 builds() { cmake --build "$build" "$@" >"$log" 2>&1; }
 
-# By one program, which ends at its first failure. The name of the test is the last one that ran.
+program_file() { find "$build" -name "$1" -type f -executable; }
+
+# By one program, which ends at its first failure.
 caught_by() { # program
-  local program status=0
-  program=$(find "$build" -name "$1" -type f -executable)
+  local program test status=0
+  program=$(program_file "$1")
   (cd "$build" && timeout "$seconds_for_a_program" "$program" --gtest_fail_fast) >"$log" 2>&1 || status=$?
   [ $status != 0 ] || return 1
-  local test
   test=$(grep -aoP '^\[  FAILED  \] \K\S+' "$log" | head -1 || true)
   [ -n "$test" ] || test=$(grep -aoP '^\[ RUN      \] \K\S+' "$log" | tail -1 || true)
   echo "caught by ${test:-$1}$([ $status != 124 ] || echo ' (it hangs)')"
@@ -87,10 +88,12 @@ caught_by_any() {
 }
 
 verdict() { # room
-  local programs program
-  read -ra programs <<<"$(programs_for "$1")"
-  builds --target "${programs[@]}" || { echo "does not build"; return; }
-  for program in "${programs[@]}"; do caught_by "$program" && return; done
+  local program
+  for program in $(likely_programs "$1"); do
+    [ -n "$(program_file "$program")" ] || continue
+    builds --target "$program" || { echo "does not build"; return; }
+    caught_by "$program" && return
+  done
   builds || { echo "does not build"; return; }
   caught_by_any || echo missed
 }
@@ -98,8 +101,8 @@ verdict() { # room
 renew
 faults "$@" | check
 trap restore EXIT
+builds || { echo "It does not build without a fault; see $log" >&2; exit 1; }
 if [ $# = 0 ]; then
-  builds || { echo "It does not build without a fault; see $log" >&2; exit 1; }
   ! caught_by_any >&2 || { echo "Without a fault, that is; see $log" >&2; exit 1; }
 fi
 faults "$@" | while IFS=$'\t' read -r name room text replacement; do
