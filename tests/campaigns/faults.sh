@@ -184,6 +184,7 @@ odd_names() {
   check 4 'cannot be written: File name too long' "$tool" compress data/flat.pgm "names/$long"
   check 4 'cannot be written: File name too long' "$tool" decompress data/flat.awf "names/$long.pgm"
   check 4 'cannot be written' "$tool" compress data/flat.pgm data/flat.pgm/new.awf
+  check 2 'OUT is an empty name' "$tool" compress data/flat.pgm ''
   check_names names
   # The longest name that there can be leaves no room for a longer one beside it.
   check 0 '' "$tool" compress data/flat.pgm "names/$most"
