@@ -8,6 +8,7 @@
 
 #include "base/number_text.h"
 #include "cli/commands.h"
+#include "cli/content.h"
 #include "cli/file_names.h"
 #include "cli/json_text.h"
 #include "cli/values.h"
@@ -76,6 +77,7 @@ ExitStatus RunInfo(const InfoArguments& arguments, Console& console) {
   console.SetInput(arguments.file);
   const FileKind kind = InputKind(arguments.file, arguments.formats.kind);
   const Bytes file = ReadInput(arguments.file, arguments.common.maxPixels);
+  CheckIsOfKind(file, kind, arguments.common.maxPixels);
   const FileInfo info = Inspect(file, kind, arguments.common.maxPixels);
   if (!arguments.common.json) {
     console.Print(TextOf(info));

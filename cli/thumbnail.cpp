@@ -2,6 +2,7 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/content.h"
 #include "cli/file_names.h"
 #include "cli/json_text.h"
 #include "cli/png_file.h"
@@ -59,6 +60,7 @@ ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
   console.SetInput(arguments.input);
   const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
   const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  CheckIsOfKind(file, kind, arguments.common.maxPixels);
   const Image picture = ReducedToFit(
       DecodeFor(arguments.size, file, kind, arguments.common.maxPixels), arguments.size);
   console.SetOutput(arguments.output);

@@ -1,7 +1,10 @@
 #include <string>
+#include <vector>
 
 #include "cli/commands.h"
+#include "cli/content.h"
 #include "cli/file_names.h"
+#include "cli/help.h"
 #include "cli/json_text.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
@@ -43,6 +46,7 @@ TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
   console.SetInput(arguments.input);
   const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
   const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  CheckIsOfKind(file, kind, arguments.common.maxPixels);
   TruncateResult result = Truncate(
       file, kind,
       {.rate = arguments.rate, .bytes = arguments.bytes, .maxPixels = arguments.common.maxPixels});
@@ -81,6 +85,8 @@ void AddTruncate(CLI::App& tool, Action& action) {
   AddFormatOption(command, arguments->formats, false);
   AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
+  command.formatter(std::make_shared<HelpFormatter>(
+      std::vector<std::string>{"[OPTIONS] IN OUT --rate BPP", "[OPTIONS] IN OUT --bytes N"}));
   command.footer(kExamples);
   SetAction<TruncateArguments>(command, action, arguments, &RunTruncate);
 }

@@ -26,7 +26,8 @@ inline std::uint8_t ScaledToByte(std::uint32_t sample, std::uint32_t maximum) {
   return static_cast<std::uint8_t>((std::uint64_t{sample} * 255 + maximum / 2) / maximum);
 }
 
-// What a reader says of an image whose pixels were coloured, or whose samples went up to `maximum`.
-std::string Alteration(bool coloured, std::uint32_t maximum);
+// What a reader says of an image whose pixels were coloured, whose samples went up to `maximum`, or
+// some of whose pixels let something through.
+std::string Alteration(bool coloured, std::uint32_t maximum, bool transparent = false);
 
 }  // namespace marovia
