@@ -68,7 +68,7 @@ bool ApplyPalette(const std::vector<Rgb>& palette, Image& image) {
     }
     const Rgb& colour = palette[sample];
     coloured = coloured || !colour.IsGrey();
-    sample = static_cast<std::uint8_t>(colour.Luma());
+    sample = LumaAsByte(colour, 255);
   }
   return coloured;
 }
@@ -89,7 +89,7 @@ bool ConvertRow(const BmpHeader& header, ByteView packed, std::span<std::uint8_t
     const std::uint32_t pixel = LittleEndian(packed.subspan(col * pixelBytes, pixelBytes));
     const Rgb colour{red.Of(pixel), green.Of(pixel), blue.Of(pixel)};
     coloured = coloured || !colour.IsGrey();
-    greys[col] = static_cast<std::uint8_t>(colour.Luma());
+    greys[col] = LumaAsByte(colour, 255);
   }
   return coloured;
 }
