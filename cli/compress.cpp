@@ -89,7 +89,7 @@ void ReportResult(const CompressArguments& arguments, const FileTask& task, cons
                      {"method", NameOf(MethodOf(options.kind))},
                      {"coding", NameOf(CodingOf(options.kind))},
                      {"lossless", arguments.lossless},
-                     {"wavelet", NameOf(options.wavelet)},
+                     {"wavelet", NameOf(result.wavelet)},
                      {"levels", result.levels},
                      {"rows", image.Rows()},
                      {"columns", image.Cols()},

@@ -14,7 +14,7 @@ _marovia_words() {
 # The values between which the option $3 of the command $2 chooses.
 _marovia_values() {
   "$1" "$2" --help 2>/dev/null |
-    sed -nE "s/^  (-[a-zA-Z],)?$3 ([^ ]+\|[^ ]+) .*/\2/p" | tr '|' '\n'
+    sed -nE "s/^  (-[a-zA-Z],)?$3 ([^ ]+\|[^ ]+)( .*)?$/\2/p" | tr '|' '\n'
 }
 
 _marovia() {

@@ -21,7 +21,7 @@ function __marovia_values
         string split ' ' 'awb awa awd awf awg pgm bmp'
     else if string match -q -- '--*' $option
         marovia (__marovia_command) --help 2>/dev/null |
-            string replace -fr "^  (?:-[a-zA-Z],)?$option ([^ ]+\|[^ ]+) .*" '$1' | string split '|'
+            string replace -fr "^  (?:-[a-zA-Z],)?$option ([^ ]+\|[^ ]+)(?: .*)?\$" '$1' | string split '|'
     end
 end
 
