@@ -42,9 +42,8 @@ void ReportResult(const TruncateArguments& arguments, const std::string& output,
 TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
   console.SetInput(arguments.input);
   const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
-  const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
   TruncateResult result = Truncate(
-      file, kind,
+      ReadInput(arguments.input, arguments.common.maxPixels), kind,
       {.rate = arguments.rate, .bytes = arguments.bytes, .maxPixels = arguments.common.maxPixels});
   if (result.rateHeld) console.Notice("holds no more than that already, so it stays as it is");
   return result;
