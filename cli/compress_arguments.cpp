@@ -17,13 +17,18 @@ FileKind ChosenKind(const CompressArguments& arguments) {
   return FileKind::kAwg;
 }
 
-WaveletKind ChosenWavelet(const CompressArguments& arguments) {
-  if (!arguments.lossless) return arguments.wavelet.value_or(WaveletKind::kDaub97);
-  const WaveletKind wavelet = arguments.wavelet.value_or(WaveletKind::kInteger53);
-  if (wavelet == WaveletKind::kDaub97)
+void CheckWavelet(const CompressArguments& arguments) {
+  if (arguments.bestWavelet && !arguments.lossless)
+    Fail(Errc::kInvalidArgument,
+         "--wavelet best goes with --lossless: it codes with both integer wavelets");
+  if (arguments.lossless && arguments.wavelet == WaveletKind::kDaub97)
     Fail(Errc::kInvalidArgument,
          "--lossless needs an integer wavelet: --wavelet 5/3 or --wavelet 2+2,2, not 9/7");
-  return wavelet;
+}
+
+void TakeWavelet(const std::string& text, CompressArguments& arguments) {
+  arguments.bestWavelet = text == "best";
+  if (!arguments.bestWavelet) arguments.wavelet = ParseWavelet(text);
 }
 
 // Whether an option says what no lossless file can be.
@@ -49,7 +54,9 @@ CompressArguments WithKindOf(const std::string& output, CompressArguments argume
 CompressOptions OptionsOf(const CompressArguments& arguments) {
   CompressOptions options;
   options.kind = ChosenKind(arguments);
-  options.wavelet = ChosenWavelet(arguments);
+  CheckWavelet(arguments);
+  options.wavelet = arguments.wavelet;
+  options.bestWavelet = arguments.bestWavelet;
   options.levels = arguments.levels;
   options.rate = arguments.rate.value_or(options.rate);
   options.bytes = arguments.bytes;
@@ -68,8 +75,10 @@ void AddCodingOptions(CLI::App& command, CompressArguments& arguments) {
                   "How symbols are written (by OUT, else arithmetic)",
                   [&](const std::string& text) { arguments.coding = ParseCoding(text); })
       ->group("Coding");
-  AddParsedOption(command, "--wavelet", "9/7|5/3|2+2,2", "The transform (9/7; 5/3 where lossless)",
-                  [&](const std::string& text) { arguments.wavelet = ParseWavelet(text); })
+  AddParsedOption(
+      command, "--wavelet", "9/7|5/3|2+2,2|best",
+      "The transform (9/7; 2+2,2 where lossless,\nor best: both, and the shorter is kept)",
+      [&](const std::string& text) { TakeWavelet(text, arguments); })
       ->group("Coding");
   AddParsedOption(command, "--levels", "N", "Levels of the transform (chosen by the size)",
                   [&](const std::string& text) { arguments.levels = ParseLevels(text); })

@@ -20,6 +20,7 @@ struct CompressArguments {
   std::optional<Method> method;
   std::optional<Coding> coding;
   std::optional<WaveletKind> wavelet;
+  bool bestWavelet = false;
   std::optional<int> levels;
   std::optional<double> rate;
   std::optional<std::int64_t> bytes;

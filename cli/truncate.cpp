@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/commands.h"
@@ -45,10 +46,10 @@ void ReportResult(const TruncateArguments& arguments, const std::string& output,
 TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
   console.SetInput(arguments.input);
   const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
-  const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
   CheckIsOfKind(file, kind, arguments.common.maxPixels);
   TruncateResult result = Truncate(
-      file, kind,
+      std::move(file), kind,
       {.rate = arguments.rate, .bytes = arguments.bytes, .maxPixels = arguments.common.maxPixels});
   if (result.rateHeld) console.Notice("holds no more than that already, so it stays as it is");
   return result;

@@ -68,7 +68,7 @@ bool ApplyPalette(const std::vector<Rgb>& palette, Image& image) {
     }
     const Rgb& colour = palette[sample];
     coloured = coloured || !colour.IsGrey();
-    sample = static_cast<std::uint8_t>(colour.Luma());
+    sample = LumaAsByte(colour, 255);
   }
   return coloured;
 }
@@ -111,7 +111,7 @@ bool ConvertRow(const BmpHeader& header, ByteView packed, std::span<std::uint8_t
     const Rgb colour{red.Of(pixel), green.Of(pixel), blue.Of(pixel)};
     coloured = coloured || !colour.IsGrey();
     alpha.See(pixel);
-    greys[col] = static_cast<std::uint8_t>(colour.Luma());
+    greys[col] = LumaAsByte(colour, 255);
   }
   return coloured;
 }

@@ -92,6 +92,10 @@ The images are those of Images/: $(awk -F '\t' '!seen[$1]++ { printf "%s%s (%s)"
 |---|---|---|---|---|---|
 $(awk -F '\t' '{ print "| " $1 " | " $4 " | " $6 " | " $5 " | " $8 " | " $9 " |" }' "$work/lossless")
 
+2+2,2 is what a lossless file gets unless told: most photographs come out up to 1 % shorter. Pages of
+text and drawings come out 3 to 25 % shorter with 5/3. \`--wavelet best\` codes with both at once and
+keeps the shorter file.
+
 Every one of them comes back bit for bit. So did all of a campaign over seeded random, structured,
 flat and hard-edged images of 3 to 256 pixels a side, with both integer wavelets and every number of
 levels:
