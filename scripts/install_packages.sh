@@ -60,8 +60,12 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || give_up "root rights are needed and there is no sudo"
   as_root=(sudo)
 fi
-echo "Installing ${missing[*]}" >&2
-export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get update -qq >&2 || give_up "the package lists cannot be updated"
-"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 ||
-  give_up "the packages cannot be installed"
+apt() {
+  "${BASH_SOURCE[0]%/*}/with_progress.sh" "$1" "${as_root[@]}" \
+    env DEBIAN_FRONTEND=noninteractive apt-get -q -o APT::Status-Fd=1 "${@:2}"
+}
+echo "${#missing[@]} packages are missing: ${missing[*]}" >&2
+apt "Updating the package lists" update || give_up "the package lists cannot be updated"
+fetch=(install -y --no-install-recommends "${missing[@]}")
+apt "Downloading them and what they need" "${fetch[@]}" --download-only &&
+  apt "Installing them" "${fetch[@]}" || give_up "the packages cannot be installed"
