@@ -11,7 +11,7 @@ build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev
 test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
   locales valgrind parallel appstream pkg-config python3 mandoc zsh fish)
 check_packages=(clang-format clang-tidy cppcheck)
-package_packages=(dpkg-dev lintian debootstrap)
+package_packages=(dpkg-dev file lintian debootstrap)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
 fuzz_packages=(clang)
