@@ -20,9 +20,11 @@ endif()
 add_library(marovia)
 add_library(Marovia::marovia ALIAS marovia)
 target_link_libraries(marovia PRIVATE $<BUILD_INTERFACE:marovia_options>)
-# The map decides what is seen from outside. Inside, calls stay as direct as in a static library.
-set_target_properties(marovia PROPERTIES CXX_VISIBILITY_PRESET default)
-target_compile_options(marovia PRIVATE -fno-semantic-interposition)
+if(BUILD_SHARED_LIBS)
+  # The map decides what is seen from outside. Inside, calls stay as direct as in a static library.
+  set_target_properties(marovia PROPERTIES CXX_VISIBILITY_PRESET default)
+  target_compile_options(marovia PRIVATE -fno-semantic-interposition)
+endif()
 
 # A folder of the codec; whoever links it links the library.
 function(marovia_codec_folder folder)

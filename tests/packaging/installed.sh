@@ -43,9 +43,11 @@ version=$("$marovia" --version | cut -d ' ' -f 2)
 grep -m 1 '^## ' "$root/CHANGELOG.md" | grep -q "^## $version - " || fail "CHANGELOG.md begins with another version"
 grep -m 1 '<release ' "$root/packaging/org.marovia.marovia.metainfo.xml" | grep -q "version=\"$version\"" ||
   fail "the newest release of the metainfo is of another version"
-for front in "$prefix"/bin/* $(find "$prefix" -name libqmarovia.so); do
+plugin=$(find "$prefix" -name libqmarovia.so)
+for front in "$prefix"/bin/* $plugin; do
   readelf -d "$front" | grep -q 'NEEDED.*libmarovia' || fail "$front does not use the library"
 done
+[ -z "$plugin" ] || ! readelf -V "$plugin" | grep PRIVATE || fail "the plugin uses more than the public interface"
 [ -f "$prefix/share/doc/marovia/LICENSE" ] || fail "the licence is not installed"
 
 # C reads the version in #if; older C++ is told what it lacks.
