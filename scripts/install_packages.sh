@@ -60,9 +60,11 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || give_up "root rights are needed and there is no sudo"
   as_root=(sudo)
 fi
+# How far apt is goes to a descriptor of its own: apt closes it to the scripts of the packages.
 apt() {
-  "${BASH_SOURCE[0]%/*}/with_progress.sh" "$1" "${as_root[@]}" \
-    env DEBIAN_FRONTEND=noninteractive apt-get -q -o APT::Status-Fd=1 "${@:2}"
+  # shellcheck disable=SC2016 # the inner shell is to see it
+  "${BASH_SOURCE[0]%/*}/with_progress.sh" "$1" "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    sh -c 'exec apt-get -q -o Dpkg::Use-Pty=0 -o APT::Status-Fd=3 "$@" 3>&1' apt "${@:2}"
 }
 echo "${#missing[@]} packages are missing: ${missing[*]}" >&2
 apt "Updating the package lists" update || give_up "the package lists cannot be updated"

@@ -5,7 +5,7 @@
 #   scripts/with_progress.sh WHAT COMMAND...
 #
 # How far it is, is read from what it says: ninja's "[3/70] ...", the "pmstatus:gcc:45.6:..." of
-# apt-get -o APT::Status-Fd=1.
+# apt's Status-Fd.
 set -euo pipefail
 what=$1
 shift
@@ -18,7 +18,7 @@ tell() {
 }
 
 follow() {
-  local line told='' now
+  local line told=0 now
   while IFS= read -r line; do
     if [[ $line =~ ^\[([0-9]+)/([0-9]+)\] ]]; then
       now=$((100 * BASH_REMATCH[1] / BASH_REMATCH[2]))
