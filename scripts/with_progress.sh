@@ -38,7 +38,7 @@ status=0
 "$@" 2>&1 | tee "$log" | follow || status=${PIPESTATUS[0]}
 if [ "$status" -ne 0 ]; then
   tell 'failed' $'\n'
-  cat "$log" >&2
+  grep -vE '^(dl|pm)status:' "$log" >&2 || true
   exit "$status"
 fi
 tell "done in $SECONDS s" $'\n'
