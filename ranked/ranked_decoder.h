@@ -1,0 +1,123 @@
+// The passes of a decompressor that visits the most probable coefficient next: what RankedEncoder
+// sends, taken back.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "coding/thresholds.h"
+#include "ranked/ranked_order.h"
+
+namespace marovia {
+
+template <class Symbols>
+class RankedDecoder {
+ public:
+  RankedDecoder(const RestingOrder& resting, const Symbols& symbols, std::int64_t budget)
+      : resting_(resting), order_(resting), symbols_(symbols), budget_(budget) {}
+
+  // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
+  // stream ended it.
+  bool Run(int /*pass*/, float threshold) {
+    threshold_ = threshold;
+    foundBefore_ = found_.size();
+    refinedCount_ = 0;
+    waiting_ = order_.Pending();
+    if (ReadRun()) order_.Visit(*this);
+    return !ended_ && !Spent() && Refine();
+  }
+
+  [[nodiscard]] std::int64_t FoundCount() const { return static_cast<std::int64_t>(found_.size()); }
+  [[nodiscard]] std::int64_t BitsRead() const { return symbols_.BitsRead(); }
+  // Whether the stream ended before the budget.
+  [[nodiscard]] bool StreamEnded() const { return streamEnded_; }
+
+  // Puts every value found into the middle of what the passes leave open. To be called once, at the
+  // end.
+  void PlaceInTheMiddle() {
+    for (std::size_t i = 0; i < found_.size(); ++i) {
+      const bool refined = i < refinedCount_ || i >= foundBefore_;
+      found_[i].value = LastRefinement(found_[i].value, threshold_, refined);
+    }
+  }
+
+  // Every value to its position in the grid, 0 where nothing is found.
+  void Scatter(std::span<float> grid) const {
+    std::fill(grid.begin(), grid.end(), 0.0F);
+    for (const Found& found : found_) grid[resting_.PositionOf(found.home)] = found.value;
+  }
+
+ private:
+  friend class RankedOrder;
+
+  struct Found {
+    Home home;
+    float value;
+  };
+
+  MAROVIA_INLINE bool Finds(Home) { return --run_ == 0; }
+
+  MAROVIA_INLINE int FirstOf(std::size_t, std::uint64_t homes) {
+    const auto count = static_cast<std::uint32_t>(CountBits(homes));
+    if (run_ > count) {
+      run_ -= count;
+      return 64;
+    }
+    return PlaceOfBit(homes, static_cast<int>(run_));
+  }
+
+  MAROVIA_INLINE bool Take(Home home) {
+    bool negative = false;
+    if (!symbols_.ReadSign(negative)) return Ended();
+    found_.push_back({home, negative ? -threshold_ : threshold_});
+    if (Spent()) {
+      ended_ = true;
+      return false;
+    }
+    return ReadRun();
+  }
+
+  // False where the run leads behind all homes that wait, too: the first part of the pass is over.
+  MAROVIA_INLINE bool ReadRun() {
+    if (!symbols_.ReadNumber(run_)) return Ended();
+    waiting_ -= run_;
+    return waiting_ >= 0;
+  }
+
+  [[nodiscard]] bool Spent() const { return symbols_.BitsRead() >= budget_; }
+
+  bool Ended() {
+    streamEnded_ = true;
+    ended_ = true;
+    return false;
+  }
+
+  bool Refine() {
+    for (std::size_t i = 0; i < foundBefore_; ++i) {
+      bool moves = false;
+      if (!symbols_.ReadRefinement(moves)) return Ended();
+      ++refinedCount_;
+      float& value = found_[i].value;
+      if (moves) value += std::copysign(threshold_, value);
+      if (Spent()) return false;
+    }
+    return true;
+  }
+
+  const RestingOrder& resting_;
+  RankedOrder order_;
+  Symbols symbols_;
+  std::int64_t budget_;
+
+  std::vector<Found> found_;      // in the order of discovery
+  std::size_t foundBefore_ = 0;   // in the passes before this one
+  std::size_t refinedCount_ = 0;  // in this pass
+  float threshold_ = 0;
+  std::uint32_t run_ = 0;     // homes to visit up to and with the next one found
+  std::int64_t waiting_ = 0;  // homes pending behind that one in this pass
+  bool ended_ = false;
+  bool streamEnded_ = false;
+};
+
+}  // namespace marovia
