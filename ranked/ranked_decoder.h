@@ -56,16 +56,19 @@ class RankedDecoder {
     float value;
   };
 
-  MAROVIA_INLINE bool Finds(Home) { return --run_ == 0; }
+  struct Search {
+    std::uint32_t run = 0;  // homes to visit up to and with the next one found
 
-  MAROVIA_INLINE int FirstOf(std::size_t, std::uint64_t homes) {
-    const auto count = static_cast<std::uint32_t>(CountBits(homes));
-    if (run_ > count) {
-      run_ -= count;
-      return 64;
+    MAROVIA_INLINE bool Finds(Home, unsigned visited) { return (run -= visited) == 0; }
+    MAROVIA_INLINE int FirstOf(std::size_t, std::uint64_t homes) {
+      const auto count = static_cast<std::uint32_t>(CountBits(homes));
+      if (run > count) {
+        run -= count;
+        return 64;
+      }
+      return PlaceOfBit(homes, static_cast<int>(run));
     }
-    return PlaceOfBit(homes, static_cast<int>(run_));
-  }
+  };
 
   MAROVIA_INLINE bool Take(Home home) {
     bool negative = false;
@@ -80,8 +83,8 @@ class RankedDecoder {
 
   // False where the run leads behind all homes that wait, too: the first part of the pass is over.
   MAROVIA_INLINE bool ReadRun() {
-    if (!symbols_.ReadNumber(run_)) return Ended();
-    waiting_ -= run_;
+    if (!symbols_.ReadNumber(search.run)) return Ended();
+    waiting_ -= search.run;
     return waiting_ >= 0;
   }
 
@@ -114,7 +117,7 @@ class RankedDecoder {
   std::size_t foundBefore_ = 0;   // in the passes before this one
   std::size_t refinedCount_ = 0;  // in this pass
   float threshold_ = 0;
-  std::uint32_t run_ = 0;     // homes to visit up to and with the next one found
+  Search search;
   std::int64_t waiting_ = 0;  // homes pending behind that one in this pass
   bool ended_ = false;
   bool streamEnded_ = false;

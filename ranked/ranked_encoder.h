@@ -27,7 +27,7 @@ class RankedEncoder {
     CountCandidates();
     if (pass == 1 && EndsBeforeFirstSymbol()) return false;
     const std::size_t before = refinements_.size();
-    run_ = 0;
+    search.run = 0;
     waiting_ = order_.Pending();
     if (candidateCount_ > 0) order_.Visit(*this);
     return EndPart() && Refine(before, pass);
@@ -44,24 +44,28 @@ class RankedEncoder {
  private:
   friend class RankedOrder;
 
-  MAROVIA_INLINE bool Finds(Home home) {
-    ++run_;
-    return candidates_.Has(home);
-  }
+  struct Search {
+    const HomeSet* candidates;  // what this pass finds as long as the budget lasts
+    std::uint32_t run = 0;      // homes visited since the last one found
 
-  MAROVIA_INLINE int FirstOf(std::size_t word, std::uint64_t homes) {
-    const std::uint64_t found = homes & candidates_.Word(word);
-    const std::uint64_t upToFirst = found ^ (found - 1);
-    run_ += static_cast<std::uint32_t>(CountBits(homes & upToFirst));
-    return found == 0 ? 64 : std::countr_zero(found);
-  }
+    MAROVIA_INLINE bool Finds(Home home, unsigned visited) {
+      run += visited;
+      return (visited & (candidates->Has(home) ? 1U : 0)) != 0;
+    }
+    MAROVIA_INLINE int FirstOf(std::size_t word, std::uint64_t homes) {
+      const std::uint64_t found = homes & candidates->Word(word);
+      const std::uint64_t upToFirst = found ^ (found - 1);
+      run += static_cast<std::uint32_t>(CountBits(homes & upToFirst));
+      return found == 0 ? 64 : std::countr_zero(found);
+    }
+  };
 
   // False behind the last one too: what is visited then is known by its number alone.
   MAROVIA_INLINE bool Take(Home home) {
-    symbols_.Found(run_, planes_.Negative(home));
+    symbols_.Found(search.run, planes_.Negative(home));
     refinements_.push_back(planes_.Refinements(home));
-    waiting_ -= run_;
-    run_ = 0;
+    waiting_ -= search.run;
+    search.run = 0;
     if (Spent()) return false;
     candidates_.Remove(home);
     --candidateCount_;
@@ -112,10 +116,10 @@ class RankedEncoder {
   Symbols symbols_;
   EncoderPlan plan_;
 
-  HomeSet candidates_;  // what this pass finds as long as the budget lasts
+  HomeSet candidates_;
+  Search search{&candidates_};
   int candidateCount_ = 0;
   std::vector<std::uint32_t> refinements_;  // of what is found, in the order of discovery
-  std::uint32_t run_ = 0;                   // homes visited since the last one found
   std::int64_t waiting_ = 0;                // homes pending behind the last one found in this pass
   bool regionOnly_ = false;
 };

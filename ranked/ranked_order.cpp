@@ -23,7 +23,7 @@ void RankedOrder::FillQueues() {
       const Home home = static_cast<Home>(i * 64) + static_cast<Home>(std::countr_zero(waiting));
       const unsigned score = states_[home] & kScore;
       states_[home] = static_cast<std::uint8_t>(score);
-      queues_.Join(score, home, true);
+      queues_.Filled(queues_.Join(score, home));
     }
   }
 }

@@ -22,11 +22,12 @@ class RankedOrder {
 
   // One pass over the pending homes. The finder is asked
   //
-  //   finder.Finds(home)           whether a home, visited now, is found
-  //   finder.FirstOf(word, homes)  the same of some homes of a word of a set at once: the place of
-  //                                the first that is found, or 64; what lies behind it is not
-  //                                visited
-  //   finder.Take(home)            what to do with one; false where none is left to find
+  //   finder.search.Finds(home, 1)  whether a home, visited now, is found; never if it is 0
+  //   finder.search.FirstOf(word, homes)
+  //                                 the same of some homes of a word of a set at once: the place of
+  //                                 the first that is found, or 64; what lies behind it is not
+  //                                 visited
+  //   finder.Take(home)             what to do with one; false where none is left to find
   template <class Finder>
   void Visit(Finder& finder);
 
@@ -35,6 +36,7 @@ class RankedOrder {
   static constexpr unsigned kScore = 15;
   static constexpr unsigned kFound = 16;
   static constexpr unsigned kVisited = 32;  // in this pass
+  static constexpr Home kNone = ~Home{0};
 
   void FillQueues();
   template <class Finder>
@@ -43,7 +45,7 @@ class RankedOrder {
   bool VisitUnraised(Finder& finder);
   template <class Finder>
   bool Take(Home home, Finder& finder);
-  MAROVIA_INLINE void Raise(Home home, unsigned amount);
+  void RaiseKin(Home home);
 
   const RestingOrder& resting_;
   std::vector<std::uint8_t> states_;
@@ -66,17 +68,19 @@ void RankedOrder::Visit(Finder& finder) {
 
 template <class Finder>
 bool RankedOrder::VisitQueue(unsigned score, Finder& finder) {
-  Home found = 0;
-  bool any = false;
+  std::uint8_t* const states = states_.data();
+  auto search = finder.search;
+  Home found = kNone;
   queues_.TakeUntil(score, [&](Home home) MAROVIA_INLINE_LAMBDA {
     // A home that rose, was visited or found has another state.
-    if (states_[home] != score) return false;
-    states_[home] = static_cast<std::uint8_t>(score | kVisited);
-    if (!finder.Finds(home)) return false;
+    const unsigned waits = states[home] == score ? 1 : 0;
+    states[home] = static_cast<std::uint8_t>(states[home] | waits * kVisited);
+    if (!search.Finds(home, waits)) return false;
     found = home;
-    return any = true;
+    return true;
   });
-  return !any || Take(found, finder);
+  finder.search = search;
+  return found == kNone || Take(found, finder);
 }
 
 // The homes without a score wait in the order of their numbers, so they need no queue.
@@ -87,7 +91,7 @@ bool RankedOrder::VisitUnraised(Finder& finder) {
     const std::uint64_t homes = pending_.Word(i) & ~raised_.Word(i) & behind;
     behind = ~std::uint64_t{0};
     if (homes == 0) continue;
-    const int place = finder.FirstOf(i, homes);
+    const int place = finder.search.FirstOf(i, homes);
     if (place == 64) continue;
     const Home home = static_cast<Home>(i * 64) + static_cast<Home>(place);
     unraisedFrom_ = home + 1;
@@ -101,20 +105,30 @@ bool RankedOrder::Take(Home home, Finder& finder) {
   states_[home] |= kFound;
   pending_.Remove(home);
   --pendingCount_;
+  // The states of the children lie far off: they come while the home itself is coded.
+  const std::size_t children = 4 * std::size_t{home};
+  if (children < states_.size()) __builtin_prefetch(&states_[children], 1);
   const bool goesOn = finder.Take(home);
-  resting_.ForKin(
-      home, [this](Home other, unsigned amount) MAROVIA_INLINE_LAMBDA { Raise(other, amount); });
+  RaiseKin(home);
   queues_.Tidy([this](unsigned score, Home other) { return states_[other] == score; });
   return goesOn;
 }
 
-MAROVIA_INLINE void RankedOrder::Raise(Home home, unsigned amount) {
-  const unsigned old = states_[home];
-  const bool passed = (old & kScore) == 0 && home < unraisedFrom_;
-  const unsigned now = (old + amount) | (passed ? kVisited : 0);
-  states_[home] = static_cast<std::uint8_t>(now);
-  raised_.Insert(home);
-  queues_.Join(now & kScore, home, now <= kScore);
+// Whether a home still waits can't be foretold, so there is no branch on it.
+inline void RankedOrder::RaiseKin(Home home) {
+  std::uint8_t* const states = states_.data();
+  std::uint64_t* const raised = &raised_.Word(0);
+  const Home unraisedFrom = unraisedFrom_;
+  std::uint64_t filled = 0;
+  resting_.ForKin(home, [&](Home other, unsigned amount) MAROVIA_INLINE_LAMBDA {
+    const unsigned old = states[other];
+    const unsigned passed = ((old - 1) & (other - unraisedFrom)) >> 31;
+    const unsigned now = (old + amount) | passed * kVisited;
+    states[other] = static_cast<std::uint8_t>(now);
+    raised[other / 64] |= std::uint64_t{1} << (other % 64);
+    filled |= queues_.Join(now, other);
+  });
+  queues_.Filled(filled);
 }
 
 }  // namespace marovia

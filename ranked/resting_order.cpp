@@ -26,6 +26,12 @@ RestingOrder::RestingOrder(const BandGrid& grid) : grid_(grid) {
                        within & kColumnBits, within & ~kColumnBits});
     banded_ = 4 * levels_.back().bandSize;
   }
+  for (std::size_t bits = 0; bits < highestLevels_.size(); ++bits) {
+    const std::uint64_t most = (std::uint64_t{1} << bits) - 1;
+    while (highestLevels_[bits] + 1U < levels_.size() &&
+           levels_[highestLevels_[bits] + 1U].bandSize <= most)
+      ++highestLevels_[bits];
+  }
   const auto cols = static_cast<std::uint32_t>(grid.cols);
   for (Home place = 0; place < tileSize / 4; ++place) {
     offsets_.push_back(EvenBits(place >> 1) * cols + EvenBits(place));
@@ -75,7 +81,7 @@ Walk RestingOrder::Positions() const {
 std::uint32_t RestingOrder::PositionOf(Home home) const {
   if (home >= banded_) return LeftOverPosition(home - banded_);
   const Level& level = LevelOf(home);
-  const Home band = home / level.bandSize;
+  const Home band = BandOf(home, level);
   const Home place = home - band * level.bandSize;
   return TileCorner(level, band, place / level.tileSize) + offsets_[place % level.tileSize];
 }

@@ -13,6 +13,8 @@
 //                     10 11 14 15
 #pragma once
 
+#include <array>
+#include <bit>
 #include <span>
 #include <vector>
 
@@ -59,9 +61,14 @@ class RestingOrder {
 
   MAROVIA_INLINE static Steps StepsFrom(Home place, const Level& level);
   [[nodiscard]] const Level& LevelOf(Home home) const {
-    const Level* level = &levels_.back();
-    while (home < level->bandSize && level != levels_.data()) --level;
-    return *level;
+    // Those of as many bits belong to two levels at most.
+    const unsigned level = highestLevels_[static_cast<std::size_t>(std::bit_width(home))];
+    return levels_[level - (home < levels_[level].bandSize && level > 0 ? 1 : 0)];
+  }
+  // 0 is the low band, then right, lower and diagonal.
+  MAROVIA_INLINE static Home BandOf(Home home, const Level& level) {
+    return (home >= level.bandSize ? 1U : 0) + (home >= 2 * level.bandSize ? 1U : 0) +
+           (home >= 3 * level.bandSize ? 1U : 0);
   }
   [[nodiscard]] std::uint32_t LeftOverPosition(Home home) const;
   // Calls visit(home, position) for every home, in the order of their numbers but for what no band
@@ -72,7 +79,9 @@ class RestingOrder {
   [[nodiscard]] std::uint32_t TileCorner(const Level& level, unsigned band, Home tile) const;
 
   BandGrid grid_;
-  std::vector<Level> levels_;           // the coarsest first
+  std::vector<Level> levels_;  // the coarsest first
+  // By the number of bits of a home: the finest level that such a home may belong to.
+  std::array<std::uint8_t, 33> highestLevels_{};
   Home banded_ = 0;                     // homes that a band covers
   std::vector<std::uint32_t> offsets_;  // by place in a tile: its position from the tile's corner
   ScanOrder leftOver_;
@@ -103,10 +112,10 @@ template <class Raise>
 MAROVIA_INLINE void RestingOrder::ForKin(Home home, Raise raise) const {
   if (home >= banded_) return;
   const Level& level = LevelOf(home);
-  const Home band = home / level.bandSize;
+  const Home band = BandOf(home, level);
   const Steps steps = StepsFrom(home - band * level.bandSize, level);
   // Edges run upright in a right band, across in a lower one.
-  constexpr unsigned kUpright[] = {2, 3, 1, 2};
+  static constexpr unsigned kUpright[] = {2, 3, 1, 2};
   const unsigned upright = kUpright[band];
   if (steps.up != 0) {
     const Home above = home + steps.up;

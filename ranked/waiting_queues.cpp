@@ -3,37 +3,40 @@
 namespace marovia {
 
 WaitingQueues::WaitingQueues(std::size_t homes) : mostPages_(2 * homes / kPageHomes + 64) {
-  for (Queue& queue : queues_) Begin(queue, NewPage());
+  for (unsigned score = 0; score < kScores; ++score) Begin(score, NewPage());
+  for (unsigned state = kScores; state < kStates; ++state) AddPage(state);
 }
 
 void WaitingQueues::Clear() {
-  for (Queue& queue : queues_) {
-    while (queue.first != queue.last) DropPage(queue);
-    Begin(queue, queue.first);
+  for (unsigned score = 0; score < kScores; ++score) {
+    Head& head = heads_[score];
+    while (head.first != head.last) DropPage(head);
+    Begin(score, head.first);
   }
   filled_ = 0;
 }
 
-void WaitingQueues::Begin(Queue& queue, Page* page) {
-  queue.first = queue.last = page;
-  queue.to = page->homes.data();
-  queue.from = queue.to;
-  queue.end = queue.to + kPageHomes;
+void WaitingQueues::Begin(unsigned score, Page* page) {
+  Home* homes = page->homes.data();
+  heads_[score] = {homes, page, page};
+  tails_[score] = {homes, homes + kPageHomes};
 }
 
-void WaitingQueues::AddPage(Queue& queue) {
-  Page* page = NewPage();
-  queue.last->next = page;
-  queue.last = page;
-  queue.to = page->homes.data();
-  queue.end = queue.to + kPageHomes;
+void WaitingQueues::AddPage(unsigned state) {
+  Page* page = &closed_;
+  if (state < kScores) {
+    page = NewPage();
+    heads_[state].last->next = page;
+    heads_[state].last = page;
+  }
+  tails_[state] = {page->homes.data(), page->homes.data() + kPageHomes};
 }
 
 // The first page has been read.
-void WaitingQueues::DropPage(Queue& queue) {
-  Page* page = queue.first;
-  queue.first = page->next;
-  queue.from = queue.first->homes.data();
+void WaitingQueues::DropPage(Head& head) {
+  Page* page = head.first;
+  head.first = page->next;
+  head.from = head.first->homes.data();
   page->next = free_;
   free_ = page;
   --pagesInUse_;

@@ -15,24 +15,28 @@ namespace marovia {
 // rises or is visited: who takes it tells that it is stale.
 class WaitingQueues {
  public:
+  // A home waits if its state is below kScores: then it is its score. Those of other states join a
+  // queue that nobody takes from, which costs less than to ask.
   static constexpr unsigned kScores = 16;
+  static constexpr unsigned kStates = 64;
 
   // At most `homes` entries are not stale at any time.
   explicit WaitingQueues(std::size_t homes);
 
-  // Without a branch on `waits`, which can't be foretold.
-  MAROVIA_INLINE void Join(unsigned score, Home home, bool waits) {
-    Queue& queue = queues_[score];
-    *queue.to = home;
-    queue.to += waits ? 1 : 0;
-    filled_ |= (waits ? 1U : 0U) << score;
-    if (queue.to == queue.end) [[unlikely]]
-      AddPage(queue);
+  // A home of that state joins its queue. Returns the queue's bit of what is to be given to Filled
+  // before a queue is asked for.
+  MAROVIA_INLINE std::uint64_t Join(unsigned state, Home home) {
+    Tail& tail = tails_[state];
+    *tail.to++ = home;
+    if (tail.to == tail.end) [[unlikely]]
+      AddPage(state);
+    return std::uint64_t{1} << state;
   }
+  void Filled(std::uint64_t states) { filled_ |= states & kWaiting; }
 
   // The highest score with entries, 0 where there are none.
   [[nodiscard]] unsigned Highest() const {
-    return static_cast<unsigned>(std::bit_width(filled_ | 1U)) - 1;
+    return static_cast<unsigned>(std::bit_width(filled_ | 1)) - 1;
   }
 
   // Takes entries of a queue until visit(home) returns true or the queue is empty. Nothing may join
@@ -50,30 +54,35 @@ class WaitingQueues {
   void Clear();
 
  private:
+  static constexpr std::uint64_t kWaiting = (1U << kScores) - 1;
   static constexpr std::size_t kPageHomes = 254;
   struct Page {
     Page* next = nullptr;
     std::array<Home, kPageHomes> homes;
   };
-  // From `from` in the first page to `to` in the last, which has room for one more.
-  struct Queue {
+  // Where the next entry goes, in the last page, which has room for one more.
+  struct Tail {
     Home* to;
-    Home* end;  // of the last page
-    const Home* from;
+    Home* end;  // of the page
+  };
+  struct Head {
+    const Home* from;  // in the first page
     Page* first;
     Page* last;
   };
 
-  void AddPage(Queue& queue);
-  void DropPage(Queue& queue);
+  void AddPage(unsigned state);
+  void DropPage(Head& head);
   Page* NewPage();
-  static void Begin(Queue& queue, Page* page);
+  void Begin(unsigned score, Page* page);
   template <class Fresh>
   void TidyAll(Fresh fresh);
 
-  std::array<Queue, kScores> queues_{};
-  unsigned filled_ = 0;  // a bit a score
+  std::array<Tail, kStates> tails_{};
+  std::array<Head, kScores> heads_{};
+  std::uint64_t filled_ = 0;  // a bit a score
   std::vector<std::unique_ptr<Page>> pages_;
+  Page closed_;  // for states that do not wait
   Page* free_ = nullptr;
   std::size_t pagesInUse_ = 0;
   std::size_t mostPages_;
@@ -81,32 +90,32 @@ class WaitingQueues {
 
 template <class Visit>
 MAROVIA_INLINE void WaitingQueues::TakeUntil(unsigned score, Visit visit) {
-  Queue& queue = queues_[score];
+  Head& head = heads_[score];
   while (true) {
-    const bool whole = queue.first != queue.last;
-    const Home* const end = whole ? queue.first->homes.data() + kPageHomes : queue.to;
-    for (const Home* from = queue.from; from != end;) {
+    const bool whole = head.first != head.last;
+    const Home* const end = whole ? head.first->homes.data() + kPageHomes : tails_[score].to;
+    for (const Home* from = head.from; from != end;) {
       if (!visit(*from++)) continue;
-      queue.from = from;
-      if (from == end && whole) DropPage(queue);
+      head.from = from;
+      if (from == end && whole) DropPage(head);
       return;
     }
     if (!whole) break;
-    DropPage(queue);
+    DropPage(head);
   }
-  Begin(queue, queue.first);
-  filled_ &= ~(1U << score);
+  Begin(score, head.first);
+  filled_ &= ~(std::uint64_t{1} << score);
 }
 
 template <class Fresh>
 void WaitingQueues::TidyAll(Fresh fresh) {
   for (unsigned score = 1; score < kScores; ++score) {
-    Queue& queue = queues_[score];
-    const Home* const end = queue.to;
-    while (queue.from != end) {
-      const Home home = *queue.from++;
-      if (queue.from == queue.first->homes.data() + kPageHomes) DropPage(queue);
-      Join(score, home, fresh(score, home));
+    Head& head = heads_[score];
+    const Home* const end = tails_[score].to;
+    while (head.from != end) {
+      const Home home = *head.from++;
+      if (head.from == head.first->homes.data() + kPageHomes) DropPage(head);
+      if (fresh(score, home)) Join(score, home);
     }
   }
 }
