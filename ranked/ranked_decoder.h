@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
+#include <deque>
 
 #include "coding/thresholds.h"
 #include "ranked/ranked_order.h"
@@ -36,9 +36,11 @@ class RankedDecoder {
   // Puts every value found into the middle of what the passes leave open. To be called once, at the
   // end.
   void PlaceInTheMiddle() {
-    for (std::size_t i = 0; i < found_.size(); ++i) {
+    std::size_t i = 0;
+    for (Found& found : found_) {
       const bool refined = i < refinedCount_ || i >= foundBefore_;
-      found_[i].value = LastRefinement(found_[i].value, threshold_, refined);
+      found.value = LastRefinement(found.value, threshold_, refined);
+      ++i;
     }
   }
 
@@ -97,15 +99,16 @@ class RankedDecoder {
   }
 
   bool Refine() {
-    for (std::size_t i = 0; i < foundBefore_; ++i) {
-      bool moves = false;
-      if (!symbols_.ReadRefinement(moves)) return Ended();
-      ++refinedCount_;
-      float& value = found_[i].value;
-      if (moves) value += std::copysign(threshold_, value);
-      if (Spent()) return false;
-    }
-    return true;
+    return RunOnCopy(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
+      for (auto found = found_.begin(); refinedCount_ < foundBefore_; ++found) {
+        bool moves = false;
+        if (!symbols.ReadRefinement(moves)) return Ended();
+        ++refinedCount_;
+        found->value += std::copysign(moves ? threshold_ : 0, found->value);
+        if (symbols.BitsRead() >= budget_) return false;
+      }
+      return true;
+    });
   }
 
   const RestingOrder& resting_;
@@ -113,7 +116,7 @@ class RankedDecoder {
   Symbols symbols_;
   std::int64_t budget_;
 
-  std::vector<Found> found_;      // in the order of discovery
+  std::deque<Found> found_;       // in the order of discovery; grows without being copied
   std::size_t foundBefore_ = 0;   // in the passes before this one
   std::size_t refinedCount_ = 0;  // in this pass
   float threshold_ = 0;

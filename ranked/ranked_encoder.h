@@ -2,7 +2,7 @@
 #pragma once
 
 #include <algorithm>
-#include <vector>
+#include <deque>
 
 #include "coding/bit_planes.h"
 #include "coding/pass_plan.h"
@@ -103,8 +103,9 @@ class RankedEncoder {
 
   bool Refine(std::size_t count, int pass) {
     return RunOnCopy(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
-      for (std::size_t i = 0; i < count; ++i) {
-        symbols.Refine((refinements_[i] >> (BitPlanes::kRefinementPlace - pass) & 1) != 0);
+      auto bits = refinements_.begin();
+      for (std::size_t i = 0; i < count; ++i, ++bits) {
+        symbols.Refine((*bits >> (BitPlanes::kRefinementPlace - pass) & 1) != 0);
         if (symbols.BitsSpent() >= plan_.budget) return false;
       }
       return true;
@@ -119,8 +120,9 @@ class RankedEncoder {
   HomeSet candidates_;
   Search search{&candidates_};
   int candidateCount_ = 0;
-  std::vector<std::uint32_t> refinements_;  // of what is found, in the order of discovery
-  std::int64_t waiting_ = 0;                // homes pending behind the last one found in this pass
+  // Of what is found, in the order of discovery; grows without being copied.
+  std::deque<std::uint32_t> refinements_;
+  std::int64_t waiting_ = 0;  // homes pending behind the last one found in this pass
   bool regionOnly_ = false;
 };
 

@@ -2,7 +2,7 @@
 
 namespace marovia {
 
-WaitingQueues::WaitingQueues(std::size_t homes) : mostPages_(2 * homes / kPageHomes + 64) {
+WaitingQueues::WaitingQueues(std::size_t homes) : mostPages_(homes * 3 / 2 / kPageHomes + 64) {
   for (unsigned score = 0; score < kScores; ++score) Begin(score, NewPage());
   for (unsigned state = kScores; state < kStates; ++state) AddPage(state);
 }
