@@ -31,6 +31,7 @@ constexpr const char* kExamples =
     "the coding, and is added where OUT has none:\n"
     "  .awb  wdr, binary        .awa  wdr, arithmetic\n"
     "  .awd  aswdr, binary      .awf  aswdr, arithmetic      .awg  lossless\n"
+    "  .awc  aswdr2, binary\n"
     "IN and OUT may be - for standard input and output.\n";
 
 Image ReadSource(const CompressArguments& arguments, const std::string& input, Console& console) {

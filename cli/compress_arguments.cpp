@@ -10,9 +10,10 @@ namespace {
 
 FileKind ChosenKind(const CompressArguments& arguments) {
   const Method method = arguments.method.value_or(Method::kAswdr);
-  const Coding coding = arguments.coding.value_or(Coding::kArithmetic);
+  const Coding coding =
+      arguments.coding.value_or(method == Method::kAswdr2 ? Coding::kBinary : Coding::kArithmetic);
   if (!arguments.lossless) return KindOf(method, coding);
-  if (method == Method::kWdr || coding == Coding::kBinary)
+  if (method != Method::kAswdr || coding == Coding::kBinary)
     Fail(Errc::kInvalidArgument, "--lossless works with --method aswdr --coding arithmetic only");
   return FileKind::kAwg;
 }
@@ -43,7 +44,7 @@ CompressOptions OptionsOf(const CompressArguments& arguments) {
 }
 
 void AddCodingOptions(CLI::App& command, CompressArguments& arguments) {
-  AddParsedOption(command, "--method", "wdr|aswdr", "How positions are coded (aswdr)",
+  AddParsedOption(command, "--method", "wdr|aswdr|aswdr2", "How positions are coded (aswdr)",
                   [&](const std::string& text) { arguments.method = ParseMethod(text); })
       ->group("Coding");
   AddParsedOption(command, "--coding", "binary|arithmetic", "How symbols are written (arithmetic)",
