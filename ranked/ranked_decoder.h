@@ -24,7 +24,7 @@ class RankedDecoder {
     foundBefore_ = found_.size();
     refinedCount_ = 0;
     waiting_ = order_.Pending();
-    if (ReadRun()) order_.Visit(*this);
+    if (ReadRun()) order_.Visit(search_, [this](Home home) { return Read(home); });
     return !ended_ && !Spent() && Refine();
   }
 
@@ -51,8 +51,6 @@ class RankedDecoder {
   }
 
  private:
-  friend class RankedOrder;
-
   struct Found {
     Home home;
     float value;
@@ -72,7 +70,7 @@ class RankedDecoder {
     }
   };
 
-  MAROVIA_INLINE bool Take(Home home) {
+  MAROVIA_INLINE bool Read(Home home) {
     bool negative = false;
     if (!symbols_.ReadSign(negative)) return Ended();
     found_.push_back({home, negative ? -threshold_ : threshold_});
@@ -85,8 +83,8 @@ class RankedDecoder {
 
   // False where the run leads behind all homes that wait, too: the first part of the pass is over.
   MAROVIA_INLINE bool ReadRun() {
-    if (!symbols_.ReadNumber(search.run)) return Ended();
-    waiting_ -= search.run;
+    if (!symbols_.ReadNumber(search_.run)) return Ended();
+    waiting_ -= search_.run;
     return waiting_ >= 0;
   }
 
@@ -120,7 +118,7 @@ class RankedDecoder {
   std::size_t foundBefore_ = 0;   // in the passes before this one
   std::size_t refinedCount_ = 0;  // in this pass
   float threshold_ = 0;
-  Search search;
+  Search search_;
   std::int64_t waiting_ = 0;  // homes pending behind that one in this pass
   bool ended_ = false;
   bool streamEnded_ = false;

@@ -27,9 +27,9 @@ class RankedEncoder {
     CountCandidates();
     if (pass == 1 && EndsBeforeFirstSymbol()) return false;
     const std::size_t before = refinements_.size();
-    search.run = 0;
+    search_.run = 0;
     waiting_ = order_.Pending();
-    if (candidateCount_ > 0) order_.Visit(*this);
+    if (candidateCount_ > 0) order_.Visit(search_, [this](Home home) { return Send(home); });
     return EndPart() && Refine(before, pass);
   }
 
@@ -42,8 +42,6 @@ class RankedEncoder {
   [[nodiscard]] std::int64_t BitsSent() const { return symbols_.BitsSent(); }
 
  private:
-  friend class RankedOrder;
-
   struct Search {
     const HomeSet* candidates;  // what this pass finds as long as the budget lasts
     std::uint32_t run = 0;      // homes visited since the last one found
@@ -61,11 +59,11 @@ class RankedEncoder {
   };
 
   // False behind the last one too: what is visited then is known by its number alone.
-  MAROVIA_INLINE bool Take(Home home) {
-    symbols_.Found(search.run, planes_.Negative(home));
+  MAROVIA_INLINE bool Send(Home home) {
+    symbols_.Found(search_.run, planes_.Negative(home));
     refinements_.push_back(planes_.Refinements(home));
-    waiting_ -= search.run;
-    search.run = 0;
+    waiting_ -= search_.run;
+    search_.run = 0;
     if (Spent()) return false;
     candidates_.Remove(home);
     --candidateCount_;
@@ -118,7 +116,7 @@ class RankedEncoder {
   EncoderPlan plan_;
 
   HomeSet candidates_;
-  Search search{&candidates_};
+  Search search_{&candidates_};
   int candidateCount_ = 0;
   // Of what is found, in the order of discovery; grows without being copied.
   std::deque<std::uint32_t> refinements_;

@@ -20,31 +20,33 @@ class RankedOrder {
   // Not found yet.
   [[nodiscard]] std::int64_t Pending() const { return pendingCount_; }
 
-  // One pass over the pending homes. The finder is asked
+  // The first part of a pass. A search is a small value that says what it finds, in either
+  // direction:
   //
-  //   finder.search.Finds(home, 1)  whether a home, visited now, is found; never if it is 0
-  //   finder.search.FirstOf(word, homes)
-  //                                 the same of some homes of a word of a set at once: the place of
-  //                                 the first that is found, or 64; what lies behind it is not
-  //                                 visited
-  //   finder.Take(home)             what to do with one; false where none is left to find
-  template <class Finder>
-  void Visit(Finder& finder);
+  //   search.Finds(home, 1)       whether a home, visited now, is found; with 0 it is not visited
+  //   search.FirstOf(word, homes) the same of some homes of one word of a set at once: the place of
+  //                               the first that is found, or 64; what lies behind it is not
+  //                               visited
+  //
+  // onFound(home) is called for each that is found, and returns false where it was the last.
+  template <class Search, class OnFound>
+  void Visit(Search& search, OnFound onFound);
 
  private:
-  // Of a home; the score, which never exceeds 15, is in the lowest bits.
+  // The state of a home: its score, which never exceeds 15, and one of these. A pending home that
+  // waits has its score alone.
   static constexpr unsigned kScore = 15;
   static constexpr unsigned kFound = 16;
   static constexpr unsigned kVisited = 32;  // in this pass
   static constexpr Home kNone = ~Home{0};
 
   void FillQueues();
-  template <class Finder>
-  bool VisitQueue(unsigned score, Finder& finder);
-  template <class Finder>
-  bool VisitUnraised(Finder& finder);
-  template <class Finder>
-  bool Take(Home home, Finder& finder);
+  template <class Search, class OnFound>
+  bool VisitQueue(unsigned score, Search& search, OnFound onFound);
+  template <class Search, class OnFound>
+  bool VisitUnraised(Search& search, OnFound onFound);
+  template <class OnFound>
+  bool Take(Home home, OnFound onFound);
   void RaiseKin(Home home);
 
   const RestingOrder& resting_;
@@ -56,59 +58,59 @@ class RankedOrder {
   std::int64_t pendingCount_;
 };
 
-template <class Finder>
-void RankedOrder::Visit(Finder& finder) {
+template <class Search, class OnFound>
+void RankedOrder::Visit(Search& search, OnFound onFound) {
   FillQueues();
   bool goesOn = true;
   while (goesOn) {
     const unsigned score = queues_.Highest();
-    goesOn = score > 0 ? VisitQueue(score, finder) : VisitUnraised(finder);
+    goesOn = score > 0 ? VisitQueue(score, search, onFound) : VisitUnraised(search, onFound);
   }
 }
 
-template <class Finder>
-bool RankedOrder::VisitQueue(unsigned score, Finder& finder) {
+template <class Search, class OnFound>
+bool RankedOrder::VisitQueue(unsigned score, Search& search, OnFound onFound) {
   std::uint8_t* const states = states_.data();
-  auto search = finder.search;
+  Search local = search;
   Home found = kNone;
   queues_.TakeUntil(score, [&](Home home) MAROVIA_INLINE_LAMBDA {
     // A home that rose, was visited or found has another state.
     const unsigned waits = states[home] == score ? 1 : 0;
     states[home] = static_cast<std::uint8_t>(states[home] | waits * kVisited);
-    if (!search.Finds(home, waits)) return false;
+    if (!local.Finds(home, waits)) return false;
     found = home;
     return true;
   });
-  finder.search = search;
-  return found == kNone || Take(found, finder);
+  search = local;
+  return found == kNone || Take(found, onFound);
 }
 
 // The homes without a score wait in the order of their numbers, so they need no queue.
-template <class Finder>
-bool RankedOrder::VisitUnraised(Finder& finder) {
+template <class Search, class OnFound>
+bool RankedOrder::VisitUnraised(Search& search, OnFound onFound) {
   std::uint64_t behind = ~std::uint64_t{0} << (unraisedFrom_ % 64);
   for (std::size_t i = unraisedFrom_ / 64; i < pending_.WordCount(); ++i) {
     const std::uint64_t homes = pending_.Word(i) & ~raised_.Word(i) & behind;
     behind = ~std::uint64_t{0};
     if (homes == 0) continue;
-    const int place = finder.search.FirstOf(i, homes);
+    const int place = search.FirstOf(i, homes);
     if (place == 64) continue;
     const Home home = static_cast<Home>(i * 64) + static_cast<Home>(place);
     unraisedFrom_ = home + 1;
-    return Take(home, finder);
+    return Take(home, onFound);
   }
   return false;
 }
 
-template <class Finder>
-bool RankedOrder::Take(Home home, Finder& finder) {
+template <class OnFound>
+bool RankedOrder::Take(Home home, OnFound onFound) {
   states_[home] |= kFound;
   pending_.Remove(home);
   --pendingCount_;
   // The states of the children lie far off: they come while the home itself is coded.
   const std::size_t children = 4 * std::size_t{home};
   if (children < states_.size()) __builtin_prefetch(&states_[children], 1);
-  const bool goesOn = finder.Take(home);
+  const bool goesOn = onFound(home);
   RaiseKin(home);
   queues_.Tidy([this](unsigned score, Home other) { return states_[other] == score; });
   return goesOn;
@@ -122,6 +124,7 @@ inline void RankedOrder::RaiseKin(Home home) {
   std::uint64_t filled = 0;
   resting_.ForKin(home, [&](Home other, unsigned amount) MAROVIA_INLINE_LAMBDA {
     const unsigned old = states[other];
+    // Homes before unraisedFrom were visited without a score: their state is 0 still.
     const unsigned passed = ((old - 1) & (other - unraisedFrom)) >> 31;
     const unsigned now = (old + amount) | passed * kVisited;
     states[other] = static_cast<std::uint8_t>(now);
