@@ -94,7 +94,7 @@ static void OptionsReachTheCodec(void) {
   marovia_free(file.data);
   options.psnr = -1;
   CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_INVALID_ARGUMENT);
-  CHECK(strcmp(marovia_extension(MAROVIA_AWD), "awd") == 0);
+  CHECK(strcmp(marovia_extension(MAROVIA_AWC), "awc") == 0);
   CHECK(marovia_extension(5) == NULL && marovia_kind_of_extension("awz") == -1);
 }
 

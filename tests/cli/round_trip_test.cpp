@@ -39,6 +39,7 @@ TEST_F(Tool, TakesEveryOptionOfTheCoders) {
       {{"--method", "wdr", "--coding", "binary"}, "awb"},
       {{"--method", "wdr"}, "awa"},
       {{"--coding", "binary"}, "awd"},
+      {{"--method", "aswdr2"}, "awc"},
       {{}, "awf"}};
   for (const auto& [coding, kind] : codings) {
     for (const char* wavelet : {"9/7", "5/3", "2+2,2"}) {

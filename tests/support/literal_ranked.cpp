@@ -13,11 +13,9 @@ RankedWalk::RankedWalk(int levels, int rows, int cols)
       visited_(rows, cols) {
   AppendRaster({0, 0}, lowRows_, lowCols_);
   std::size_t parent = resting_.size();
-  if (levels > 0) {
-    AppendRaster({0, lowCols_}, lowRows_, lowCols_);
-    AppendRaster({lowRows_, 0}, lowRows_, lowCols_);
-    AppendRaster({lowRows_, lowCols_}, lowRows_, lowCols_);
-  }
+  AppendRaster({0, lowCols_}, lowRows_, lowCols_);
+  AppendRaster({lowRows_, 0}, lowRows_, lowCols_);
+  AppendRaster({lowRows_, lowCols_}, lowRows_, lowCols_);
   for (int level = 2; level <= levels; ++level) {
     for (const std::size_t end = resting_.size(); parent < end; ++parent) {
       const Position p = resting_[parent];
@@ -87,8 +85,7 @@ void RankedWalk::Find(Position p) {
   if (place.band != Band::kLower) Raise({place.rows + r, c}, 1);
   if (place.band != Band::kDiagonal) Raise({place.rows + r, place.cols + c}, 1);
 
-  const bool finest = PlaceOf({2 * p.row, 2 * p.col}).band == Band::kNone;
-  if (finest) return;
+  if (PlaceOf({2 * p.row, 2 * p.col}).band == Band::kNone) return;
   for (int i = 0; i < 4; ++i) Raise({2 * p.row + i / 2, 2 * p.col + i % 2}, 1);
 }
 
