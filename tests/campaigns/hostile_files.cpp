@@ -152,8 +152,7 @@ std::vector<HostileFile> HostileFiles(int rows, int cols, FileKind kind) {
     files.push_back({name, kind, std::move(file), rows, cols});
   };
   // As raw bits, a run that refines everything would leave the 32 bits that count them.
-  const bool raw =
-      kind == FileKind::kAwb || kind == FileKind::kAwd || kind == FileKind::kAwc;
+  const bool raw = kind == FileKind::kAwb || kind == FileKind::kAwd || kind == FileKind::kAwc;
   const bool isLong = raw && std::int64_t{rows} * cols * 34 > std::numeric_limits<int>::max();
   const auto addFinds = [&](const std::string& name, float first, float second, float others) {
     if (isLong && (first > 0.1F || others > 0.01F)) return;

@@ -69,8 +69,8 @@ TEST(SizeNote, IsThereWhereSidesWerePaddedAndRulesTheSize) {
                {{2, 9}, 1, {4, 9}},     {{30, 50}, 3, {32, 56}}, {{3, 3}, 1, {3, 3}}};
   for (const auto& c : cases) {
     const Image image = test::NamedImage("blobs", c.sides.rows, c.sides.cols);
-    for (const FileKind kind :
-         {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
+    for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                                FileKind::kAwg, FileKind::kAwc}) {
       Bytes file = Compress(image, {kind, kInteger53, c.levels, 40}).file;
       const FileInfo info = Inspect(file, kind);
       EXPECT_TRUE((Sides{info.rows, info.cols}) == c.sides);
