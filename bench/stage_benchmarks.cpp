@@ -194,8 +194,8 @@ void RegisterStages(const Source& source) {
   RegisterOrder("adaptive", ScanKind::kAdaptive, coefficients);
   RegisterPlanes(coefficients);
   RegisterRebuild(coefficients);
-  for (const FileKind kind :
-       {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                              FileKind::kAwg, FileKind::kAwc}) {
     RegisterPasses(kind, source);
   }
   RegisterCoder<FirstSetup, TernaryContext<FirstSetup>>("symbol of three, 11 bits:", 3);

@@ -30,7 +30,7 @@ constexpr marovia_decompress_options kDecompressDefaults = {
     .size = sizeof(marovia_decompress_options), .rate = 0, .max_pixels = kDefaultMaxPixels};
 
 FileKind KindOf(std::int32_t kind) {
-  if (kind < MAROVIA_AWB || kind > MAROVIA_AWG)
+  if (kind < MAROVIA_AWB || kind > MAROVIA_AWC)
     Fail(Errc::kInvalidArgument, "There is no kind of file " + std::to_string(kind) + ".");
   return static_cast<FileKind>(kind);
 }
@@ -135,7 +135,7 @@ const char* marovia_version() {
 }
 
 const char* marovia_extension(std::int32_t kind) {
-  if (kind < MAROVIA_AWB || kind > MAROVIA_AWG) return nullptr;
+  if (kind < MAROVIA_AWB || kind > MAROVIA_AWC) return nullptr;
   return Extension(static_cast<FileKind>(kind)).data();
 }
 

@@ -31,6 +31,7 @@ constexpr const char* kExamples =
     "  .awd  ASWDR, raw bits\n"
     "  .awf  ASWDR, arithmetic coding: the best pictures at a given size\n"
     "  .awg  ASWDR, arithmetic coding: lossless\n"
+    "  .awc  the second ASWDR, raw bits: nearly as good as .awf\n"
     "\n"
     "IN and OUT may be - for standard input and output; what is written is then\n"
     "an .awf unless options say otherwise.\n";

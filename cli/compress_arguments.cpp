@@ -10,9 +10,10 @@ namespace {
 
 FileKind ChosenKind(const CompressArguments& arguments) {
   const Method method = arguments.method.value_or(Method::kAswdr);
-  const Coding coding = arguments.coding.value_or(Coding::kArithmetic);
+  const Coding coding =
+      arguments.coding.value_or(method == Method::kAswdr2 ? Coding::kBinary : Coding::kArithmetic);
   if (!arguments.lossless) return KindOf(method, coding);
-  if (method == Method::kWdr || coding == Coding::kBinary)
+  if (method != Method::kAswdr || coding == Coding::kBinary)
     Fail(Errc::kInvalidArgument, "--lossless works with --method aswdr --coding arithmetic only");
   return FileKind::kAwg;
 }
@@ -34,7 +35,8 @@ void TakeWavelet(const std::string& text, CompressArguments& arguments) {
 // Whether an option says what no lossless file can be.
 bool MakesLossy(const CompressArguments& arguments) {
   return arguments.rate || arguments.bytes || arguments.psnr || arguments.ratio ||
-         arguments.method == Method::kWdr || arguments.coding == Coding::kBinary;
+         arguments.method == Method::kWdr || arguments.method == Method::kAswdr2 ||
+         arguments.coding == Coding::kBinary;
 }
 
 }  // namespace
@@ -68,7 +70,8 @@ CompressOptions OptionsOf(const CompressArguments& arguments) {
 }
 
 void AddCodingOptions(CLI::App& command, CompressArguments& arguments) {
-  AddParsedOption(command, "--method", "wdr|aswdr", "How positions are coded (by OUT, else aswdr)",
+  AddParsedOption(command, "--method", "wdr|aswdr|aswdr2",
+                  "How positions are coded (by OUT, else aswdr)",
                   [&](const std::string& text) { arguments.method = ParseMethod(text); })
       ->group("Coding");
   AddParsedOption(command, "--coding", "binary|arithmetic",

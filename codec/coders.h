@@ -10,7 +10,7 @@
 
 namespace marovia {
 
-enum class ScanKind { kFixed, kAdaptive };
+enum class ScanKind { kFixed, kAdaptive, kRanked };
 enum class SymbolKind { kBits, kWdr, kAswdr };
 
 struct Coder {
@@ -31,6 +31,7 @@ struct Coder {
 
 const Coder& CoderOf(FileKind kind);
 
+// Not for kRanked, whose passes have an order of their own.
 std::unique_ptr<VisitingOrder> MakeOrder(ScanKind scan, const BandGrid& grid);
 
 }  // namespace marovia

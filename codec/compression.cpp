@@ -13,6 +13,7 @@
 #include "coding/pass_encoder.h"
 #include "coding/wdr_symbols.h"
 #include "measures/region.h"
+#include "ranked/ranked_encoder.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/scaling.h"
 #include "wavelet/transform.h"
@@ -80,34 +81,39 @@ Grid<std::uint8_t> Compression::SetRegion(const Region& region, float share) {
 
 PassReport Compression::WritePasses(const PassListener& onPass) {
   file_ = WriteHeader(header_);
-  const int charge = region_ ? coder_.regionCharge : coder_.encoderCharge;
+  const Sides coded = header_.CodedSides();
+  const BandGrid grid{coded.rows, coded.cols, header_.levels};
+  if (coder_.scan == ScanKind::kRanked) {
+    const RestingOrder order(grid);
+    return WriteWith<RankedEncoder, BitSymbolWriter>(order, onPass);
+  }
+  const auto order = MakeOrder(coder_.scan, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
-      return WriteWith<BitSymbolWriter>(charge, onPass);
+      return WriteWith<PassEncoder, BitSymbolWriter>(*order, onPass);
     case SymbolKind::kWdr:
-      return WriteWith<WdrSymbolWriter>(charge, onPass);
+      return WriteWith<PassEncoder, WdrSymbolWriter>(*order, onPass);
     case SymbolKind::kAswdr:
       break;
   }
-  return WriteWith<AswdrSymbolWriter>(charge, onPass);
+  return WriteWith<PassEncoder, AswdrSymbolWriter>(*order, onPass);
 }
 
-template <class Symbols>
-PassReport Compression::WriteWith(int charge, const PassListener& onPass) {
-  const Sides coded = header_.CodedSides();
-  const auto order = MakeOrder(coder_.scan, {coded.rows, coded.cols, header_.levels});
-  const BitPlanes planes(order->Gather(coefficients_.Samples()), header_.exponent);
+template <template <class> class Encoder, class Symbols, class Order>
+PassReport Compression::WriteWith(Order& order, const PassListener& onPass) {
+  const BitPlanes planes(order.Gather(coefficients_.Samples()), header_.exponent);
   coefficients_ = {};
 
   EncoderPlan plan{.budget = header_.budget ? *header_.budget : kNoLimit,
                    .testBeforeFirstSymbol = coder_.symbols != SymbolKind::kAswdr};
   std::optional<HomeSet> regionHomes;
   if (region_) {
-    regionHomes = HomesIn(mask_, order->Positions());
+    regionHomes = HomesIn(mask_, order.Positions());
     plan.region = &*regionHomes;
     plan.switchPoint = switchPoint_;
   }
-  PassEncoder<Symbols> passes(planes, *order, Symbols(charge, file_), plan);
+  const int charge = region_ ? coder_.regionCharge : coder_.encoderCharge;
+  Encoder<Symbols> passes(planes, order, Symbols(charge, file_), plan);
   const auto report = [&](const PassState& state) {
     return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
                       ToInt32(static_cast<double>(passes.BitsSent()))};

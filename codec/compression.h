@@ -37,8 +37,8 @@ class Compression {
   [[nodiscard]] const FileHeader& Header() const { return header_; }
 
  private:
-  template <class Symbols>
-  PassReport WriteWith(int charge, const PassListener& onPass);
+  template <template <class> class Encoder, class Symbols, class Order>
+  PassReport WriteWith(Order& order, const PassListener& onPass);
 
   const Coder& coder_;
   const Image& image_;

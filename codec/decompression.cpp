@@ -11,6 +11,7 @@
 #include "coding/pass_decoder.h"
 #include "coding/pass_plan.h"
 #include "coding/wdr_symbols.h"
+#include "ranked/ranked_decoder.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/scaling.h"
 #include "wavelet/transform.h"
@@ -41,21 +42,26 @@ bool Decompression::HoldBudget(std::int32_t bits) {
 }
 
 PassReport Decompression::ReadPasses(const PassListener& onPass) {
+  const BandGrid grid{info_.codedRows, info_.codedCols, info_.levels};
+  if (coder_.scan == ScanKind::kRanked) {
+    const RestingOrder order(grid);
+    return ReadWith<RankedDecoder, BitSymbolReader>(order, onPass);
+  }
+  const auto order = MakeOrder(coder_.scan, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
-      return ReadWith<BitSymbolReader>(onPass);
+      return ReadWith<PassDecoder, BitSymbolReader>(*order, onPass);
     case SymbolKind::kWdr:
-      return ReadWith<WdrSymbolReader>(onPass);
+      return ReadWith<PassDecoder, WdrSymbolReader>(*order, onPass);
     case SymbolKind::kAswdr:
       break;
   }
-  return ReadWith<AswdrSymbolReader>(onPass);
+  return ReadWith<PassDecoder, AswdrSymbolReader>(*order, onPass);
 }
 
-template <class Symbols>
-PassReport Decompression::ReadWith(const PassListener& onPass) {
-  const auto order = MakeOrder(coder_.scan, {info_.codedRows, info_.codedCols, info_.levels});
-  PassDecoder<Symbols> passes(*order, Symbols(coder_.decoderCharge, stream_), budget_);
+template <template <class> class Decoder, class Symbols, class Order>
+PassReport Decompression::ReadWith(Order& order, const PassListener& onPass) {
+  Decoder<Symbols> passes(order, Symbols(coder_.decoderCharge, stream_), budget_);
   const auto report = [&](const PassState& state) {
     return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
                       ToInt32(static_cast<double>(passes.BitsRead()))};
@@ -77,7 +83,7 @@ PassReport Decompression::ReadWith(const PassListener& onPass) {
   if (open) passes.PlaceInTheMiddle();
 
   coefficients_ = Grid<float>(info_.codedRows, info_.codedCols, Unfilled{});
-  order->Scatter(passes.Values(), coefficients_.Samples());
+  passes.Scatter(coefficients_.Samples());
   return report(last);
 }
 

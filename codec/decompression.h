@@ -36,8 +36,8 @@ class Decompression {
   Image Invert();
 
  private:
-  template <class Symbols>
-  PassReport ReadWith(const PassListener& onPass);
+  template <template <class> class Decoder, class Symbols, class Order>
+  PassReport ReadWith(Order& order, const PassListener& onPass);
 
   const Coder& coder_;
   FileInfo info_;

@@ -34,6 +34,7 @@ enum class FileKind {
   kAwd,  // ASWDR, raw bits
   kAwf,  // ASWDR, arithmetic coding
   kAwg,  // ASWDR, arithmetic coding, lossless
+  kAwc,  // ASWDR, second version, raw bits
 };
 
 // "awb" ... "awg", and back (lower case, without a point).

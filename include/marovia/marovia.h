@@ -52,7 +52,8 @@ typedef enum marovia_kind {
   MAROVIA_AWA = 1, /* WDR, arithmetic coding */
   MAROVIA_AWD = 2, /* ASWDR, raw bits */
   MAROVIA_AWF = 3, /* ASWDR, arithmetic coding */
-  MAROVIA_AWG = 4  /* ASWDR, arithmetic coding, lossless */
+  MAROVIA_AWG = 4, /* ASWDR, arithmetic coding, lossless */
+  MAROVIA_AWC = 5  /* ASWDR, second version, raw bits */
 } marovia_kind;
 
 typedef enum marovia_wavelet {

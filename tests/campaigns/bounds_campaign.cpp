@@ -84,7 +84,7 @@ class Table {
 
 int PrintTable(int rows, int cols, double times) {
   Table table(times);
-  for (int kind = 0; kind < 5; ++kind) {
+  for (int kind = 0; kind < 6; ++kind) {
     for (const HostileFile& hostile : test::HostileFiles(rows, cols, static_cast<FileKind>(kind))) {
       table.Add(std::string(Extension(hostile.kind)) + ": " + hostile.name, hostile,
                 [&] { Decompress(hostile.file, hostile.kind); });
@@ -105,7 +105,7 @@ void Change(Script& script, std::mt19937& random) {
   const int pixels = script.rows * script.cols;
   switch (RandomBelow(random, 12)) {
     case 0:
-      script.kind = static_cast<FileKind>(RandomBelow(random, 5));
+      script.kind = static_cast<FileKind>(RandomBelow(random, 6));
       break;
     case 1:
       script.wavelet = static_cast<WaveletKind>(1 + RandomBelow(random, 3));

@@ -9,7 +9,7 @@ cd "$(dirname "$0")/../.."
 
 flips=${1:-100000}
 [ $# -eq 0 ] || shift
-[ $# -gt 0 ] || set -- awg awb awa awd awf
+[ $# -gt 0 ] || set -- awg awb awa awd awf awc
 out=build/campaigns
 mkdir -p "$out"
 {

@@ -153,7 +153,7 @@ std::vector<HostileFile> HostileFiles(int rows, int cols, FileKind kind) {
     files.push_back({name, kind, std::move(file), rows, cols});
   };
   // As raw bits, a run that refines everything would leave the 32 bits that count them.
-  const bool raw = kind == FileKind::kAwb || kind == FileKind::kAwd;
+  const bool raw = kind == FileKind::kAwb || kind == FileKind::kAwd || kind == FileKind::kAwc;
   const bool isLong = raw && std::int64_t{rows} * cols * 34 > std::numeric_limits<int>::max();
   const auto addFinds = [&](const std::string& name, float first, float second, float others) {
     if (isLong && (first > 0.1F || others > 0.01F)) return;
@@ -166,6 +166,7 @@ std::vector<HostileFile> HostileFiles(int rows, int cols, FileKind kind) {
   addFinds("all found at once and refined", 1, 0, 0);
   script.scattered = true;
   addFinds("all found in two passes and refined", 0.5, 1, 0);
+  addFinds("some found at once, then one at the end of each pass", 0.07F, -1, -1);
   // The rest is cheaper, and takes long to write.
   if (rows * cols <= kManyPixels) {
     addFinds("a hundredth found in each pass", 0.01F, 0.01F, 0.01F);

@@ -100,8 +100,8 @@ static void OptionsReachTheCodec(void) {
   options.wavelet = 0;
   options.psnr = -1;
   CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_INVALID_ARGUMENT);
-  CHECK(strcmp(marovia_extension(MAROVIA_AWD), "awd") == 0);
-  CHECK(marovia_extension(5) == NULL && marovia_kind_of_extension("awz") == -1);
+  CHECK(strcmp(marovia_extension(MAROVIA_AWC), "awc") == 0);
+  CHECK(marovia_extension(MAROVIA_AWC + 1) == NULL && marovia_kind_of_extension("awz") == -1);
 }
 
 /* Every refusal: its status, a message, and nothing handed out. */

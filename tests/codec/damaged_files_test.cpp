@@ -19,7 +19,7 @@ using test::CodeOf;
 constexpr double kBeyondEveryFile = 100;
 
 bool IsRaw(FileKind kind) {
-  return kind == kAwb || kind == kAwd;
+  return kind == kAwb || kind == kAwd || kind == kAwc;
 }
 
 void CheckCut(ByteView cut, FileKind kind, bool whole) {
@@ -35,7 +35,7 @@ void CheckCut(ByteView cut, FileKind kind, bool whole) {
 
 TEST(CutFiles, DecodeFromTheEndOfTheirHeaderOnAndTellWhetherBitsAreMissing) {
   const Image image = test::NamedImage("blobs", 24, 32);
-  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg}) {
+  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg, kAwc}) {
     for (const WaveletKind wavelet : {kDaub97, kInteger53}) {
       if (kind == kAwg && wavelet == kDaub97) continue;
       const Bytes file = Compress(image, {kind, wavelet, 2, 1.3}).file;
@@ -57,7 +57,7 @@ TEST(CutFiles, DecodeFromTheEndOfTheirHeaderOnAndTellWhetherBitsAreMissing) {
 // A file cut to half its length must not pass for a whole one.
 TEST(CutFiles, OfEveryKindAreTruncatedAtHalfTheirLength) {
   const Image image = test::NamedImage("rings", 45, 48);
-  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg}) {
+  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg, kAwc}) {
     const Bytes file = Compress(image, {kind, kInteger53, 3, 2}).file;
     const DecompressResult half = Decompress(ByteView(file).first(file.size() / 2), kind);
     EXPECT_TRUE(half.truncated) << Extension(kind);

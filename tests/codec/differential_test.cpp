@@ -21,7 +21,7 @@ namespace {
 using test::RandomBelow;
 
 constexpr std::uint32_t kCombinations =
-    5 * 3 * 2 * 2;  // kinds, wavelets, region or not, fit or not
+    6 * 3 * 2 * 2;  // kinds, wavelets, region or not, fit or not
 constexpr double kBeyondEveryFile = 100;
 constexpr std::size_t kShortestHeader = 10;
 
@@ -68,14 +68,14 @@ std::string Describe(std::uint32_t seed, const Case& made) {
 Case MakeCase(std::uint32_t seed, std::mt19937& random) {
   Case made;
   literal::Settings& settings = made.settings;
-  settings.kind = static_cast<FileKind>(seed % 5);
-  settings.wavelet = static_cast<WaveletKind>(1 + seed / 5 % 3);
+  settings.kind = static_cast<FileKind>(seed % 6);
+  settings.wavelet = static_cast<WaveletKind>(1 + seed / 6 % 3);
   settings.levels = 1 + RandomBelow(random, 6);
-  const bool fits = seed / 30 % 2 == 0;
+  const bool fits = seed / 36 % 2 == 0;
   const int rows = RandomSide(random, fits, settings.levels);
   const int cols = RandomSide(random, fits, settings.levels);
   settings.rate = RandomRate(random, rows, cols);
-  if (seed / 15 % 2 == 1) {
+  if (seed / 18 % 2 == 1) {
     settings.region = RandomRegion(random, rows, cols);
     settings.share = static_cast<float>(RandomBelow(random, 120) - 10) / 100;
   }

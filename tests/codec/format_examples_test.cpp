@@ -79,7 +79,8 @@ struct Decision {
 using Pass = std::vector<Decision>;
 using enum What;
 
-// In the fixed order of visiting, and in the adaptive one, which has the right band first.
+// In the fixed order of visiting, in the adaptive one, which has the right band first,
+// and in the ranked one.
 const std::vector<Pass> kFixedPasses = {
     {{kNumber, 5}, {kSign, 0}, {kNumber, 61}},
     {{kNumber, 17}, {kSign, 1}, {kNumber, 48}, {kRefinement, 0}},
@@ -89,6 +90,11 @@ const std::vector<Pass> kAdaptivePasses = {
     {{kNumber, 5}, {kSign, 0}, {kNumber, 61}},
     {{kNumber, 33}, {kSign, 1}, {kNumber, 32}, {kRefinement, 0}},
     {{kNumber, 21}, {kSign, 0}, {kNumber, 43}, {kRefinement, 0}, {kRefinement, 1}},
+    {{kNumber, 63}, {kRefinement, 0}, {kRefinement, 0}, {kRefinement, 0}}};
+const std::vector<Pass> kRankedPasses = {
+    {{kNumber, 6}, {kSign, 0}, {kNumber, 60}},
+    {{kNumber, 33}, {kSign, 1}, {kNumber, 32}, {kRefinement, 0}},
+    {{kNumber, 31}, {kSign, 0}, {kNumber, 33}, {kRefinement, 0}, {kRefinement, 1}},
     {{kNumber, 63}, {kRefinement, 0}, {kRefinement, 0}, {kRefinement, 0}}};
 
 // The bits of a pass, a blank after each number's digits and each decision.
@@ -183,8 +189,8 @@ TEST(FileFormat, ListsTheImageAndItsCoefficients) {
 }
 
 TEST(FileFormat, ListsTheFilesOfAllKinds) {
-  for (const FileKind kind :
-       {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                              FileKind::kAwg, FileKind::kAwc}) {
     ExpectInDocument(Hex(ExampleFile(kind)) + "\n");
     EXPECT_TRUE(Decompress(ExampleFile(kind), kind).image == ExampleImage());
   }
@@ -192,7 +198,8 @@ TEST(FileFormat, ListsTheFilesOfAllKinds) {
 
 TEST(FileFormat, ListsTheBitsOfEachPass) {
   for (const auto& [kind, passes] :
-       {std::pair{FileKind::kAwb, kFixedPasses}, std::pair{FileKind::kAwd, kAdaptivePasses}}) {
+       {std::pair{FileKind::kAwb, kFixedPasses}, std::pair{FileKind::kAwd, kAdaptivePasses},
+        std::pair{FileKind::kAwc, kRankedPasses}}) {
     std::string bits;
     for (const Pass& pass : passes) bits += BitsOf(pass);
     ExpectInDocument(bits);

@@ -19,8 +19,8 @@ namespace {
 using enum WaveletKind;
 using test::CodeOf;
 
-constexpr FileKind kKinds[] = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
-                               FileKind::kAwg};
+constexpr FileKind kKinds[] = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd,
+                               FileKind::kAwf, FileKind::kAwg, FileKind::kAwc};
 
 TEST(Lossless, ImagesOfEverySizeComeBackFromEveryLevel) {
   std::mt19937 random(8);

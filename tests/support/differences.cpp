@@ -49,7 +49,7 @@ std::string DifferenceOfFailure(bool succeeds) {
 // An arithmetic decoder reads ahead, so that the last bits it asks for may lie behind a whole file.
 bool TruncatedAlike(const DecompressResult& decoded, const literal::Decoded& expected) {
   const FileKind kind = decoded.info.kind;
-  if (kind == FileKind::kAwb || kind == FileKind::kAwd) {
+  if (kind == FileKind::kAwb || kind == FileKind::kAwd || kind == FileKind::kAwc) {
     return decoded.truncated == expected.missingBits;
   }
   return decoded.truncated || !expected.missingBits || decoded.info.fillsBudget;

@@ -30,9 +30,9 @@ std::vector<std::vector<std::string>> ReadTable(const std::string& path, std::si
 }
 
 FileKind ReadKind(const std::string& extension) {
-  const std::string last = "abdfg";  // of awa, awb, awd, awf, awg
-  constexpr FileKind kKinds[] = {FileKind::kAwa, FileKind::kAwb, FileKind::kAwd, FileKind::kAwf,
-                                 FileKind::kAwg};
+  const std::string last = "abcdfg";  // of awa, awb, awc, awd, awf, awg
+  constexpr FileKind kKinds[] = {FileKind::kAwa, FileKind::kAwb, FileKind::kAwc,
+                                 FileKind::kAwd, FileKind::kAwf, FileKind::kAwg};
   return kKinds[last.find(extension.at(2))];
 }
 

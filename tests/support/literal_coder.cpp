@@ -39,7 +39,7 @@ int SupportOfWavelet(WaveletKind wavelet) {
 }  // namespace
 
 bool IsAdaptive(FileKind kind) {
-  return kind != FileKind::kAwb && kind != FileKind::kAwa;
+  return kind == FileKind::kAwd || kind == FileKind::kAwf || kind == FileKind::kAwg;
 }
 
 bool LoopTest(WaveletKind wavelet, int pass, float threshold) {

@@ -11,6 +11,8 @@
 #include "marovia/grid.h"
 #include "marovia/image.h"
 
+#include "tests/support/literal_ranked.h"
+
 namespace marovia::literal {
 
 struct Settings {
@@ -47,6 +49,31 @@ Decoded Decompress(ByteView file, FileKind kind, double rate);
 inline constexpr int kMostPasses = 32;
 
 bool IsAdaptive(FileKind kind);
+
+// Calls visit(p) for every position along the links, or for every pending one of a ranked walk.
+template <class Visit>
+void ForPass(FileKind kind, const ScanOrder& order, int steps, RankedWalk& ranked, Visit visit) {
+  if (kind == FileKind::kAwc) {
+    ranked.BeginPass();
+    while (const auto p = ranked.Next()) visit(*p);
+    return;
+  }
+  Position p;
+  for (int step = 0; step < steps; ++step, p = order.Next(p)) visit(p);
+}
+
+// Calls visit(p), until it returns false, for every position along the links, or for those that a
+// ranked walk has found.
+template <class Visit>
+void ForFound(FileKind kind, const ScanOrder& order, int steps, const RankedWalk& ranked,
+              Visit visit) {
+  Position p;
+  const auto count = kind == FileKind::kAwc ? static_cast<int>(ranked.Found().size()) : steps;
+  for (int step = 0; step < count; ++step, p = order.Next(p)) {
+    const auto at = static_cast<std::size_t>(step);
+    if (!visit(kind == FileKind::kAwc ? ranked.Found()[at] : p)) return;
+  }
+}
 
 // The test at the end of a pass of the coders that have a budget.
 bool LoopTest(WaveletKind wavelet, int pass, float threshold);

@@ -52,7 +52,8 @@ class Encoder {
         steps_(image.Rows() * image.Cols()),
         quantized_(image.Rows(), image.Cols()),
         mask_(image.Rows(), image.Cols(), 1),
-        order_(image.Rows(), image.Cols()) {
+        order_(image.Rows(), image.Cols()),
+        ranked_(0, 1, 1) {
     Prepare(image);
   }
 
@@ -82,6 +83,7 @@ class Encoder {
     threshold_ = std::ldexp(1.0F, result_.exponent);
     order_ = IsAdaptive(settings_.kind) ? CreateScanOrder(result_.levels, rows, cols)
                                         : CreateScanOrderHF(result_.levels, rows, cols);
+    ranked_ = RankedWalk(result_.levels, rows, cols);
     WriteHeader(rows, cols);
     if (settings_.region) PrepareRegion(image);
   }
@@ -126,10 +128,9 @@ class Encoder {
 
   void SignificancePart() {
     std::int32_t run = 1;
-    Position p;
-    for (int step = 0; step < steps_; ++step, p = order_.Next(p)) {
+    ForPass(settings_.kind, order_, steps_, ranked_, [&](Position p) {
       TestRegionSwitch();
-      if (FoundEarlier(p)) continue;
+      if (FoundEarlier(p)) return;
       const float c = Weight(p) * transform_(p.row, p.col);
       const bool found = std::fabs(c) >= threshold_;
       if (found) {
@@ -138,20 +139,20 @@ class Encoder {
         symbols_->Sign(c < 0);
         quantized_(p.row, p.col) = c < 0 ? -threshold_ : threshold_;
         run = 1;
+        if (settings_.kind == FileKind::kAwc) ranked_.Find(p);
       } else {
         ++run;
       }
       // This one kind looks at its budget only where it has spent something.
       if (found || settings_.kind != FileKind::kAwf) TestBudget();
-    }
+    });
     symbols_->Number(run + 1);
     TestBudget();
   }
 
   void RefinementPart() {
     std::int32_t refined = 0;
-    Position p;
-    for (int step = 0; step < steps_; ++step, p = order_.Next(p)) {
+    ForFound(settings_.kind, order_, steps_, ranked_, [&](Position p) {
       float& q = quantized_(p.row, p.col);
       if (std::fabs(q) >= previous_) {
         ++refined;
@@ -160,9 +161,10 @@ class Encoder {
         symbols_->Refinement(moved);
         TestBudget();
       }
-      if (refined == before_) return;
+      if (refined == before_) return false;
       TestBudget();
-    }
+      return true;
+    });
   }
 
   bool FoundEarlier(Position p) const {
@@ -192,6 +194,7 @@ class Encoder {
   Grid<float> quantized_;
   Grid<std::int16_t> mask_;
   ScanOrder order_;
+  RankedWalk ranked_;
   std::unique_ptr<SymbolWriter> symbols_;
   std::int32_t budget_ = 0;
   std::int32_t switchPoint_ = 0;

@@ -116,6 +116,7 @@ class Decoder {
         order_(IsAdaptive(kind)
                    ? CreateScanOrder(header_.levels, header_.codedRows, header_.codedCols)
                    : CreateScanOrderHF(header_.levels, header_.codedRows, header_.codedCols)),
+        ranked_(header_.levels, header_.codedRows, header_.codedCols),
         symbols_(MakeSymbolReader(kind, file, header_.size, Charge(kind))),
         threshold_(std::ldexp(1.0F, header_.exponent)) {}
 
@@ -152,24 +153,23 @@ class Decoder {
   void SignificancePart() {
     std::int32_t number = symbols_->Number();
     std::int32_t run = 1;
-    Position p;
-    for (int step = 0; step < steps_; ++step, p = order_.Next(p)) {
-      if (quantized_(p.row, p.col) != 0) continue;
+    ForPass(kind_, order_, steps_, ranked_, [&](Position p) {
+      if (quantized_(p.row, p.col) != 0) return;
       if (run != number) {
         ++run;
-        continue;
+        return;
       }
       quantized_(p.row, p.col) = symbols_->Sign() ? -threshold_ : threshold_;
       ++significant_;
+      if (kind_ == FileKind::kAwc) ranked_.Find(p);
       run = 1;
       TestBudget();
       number = symbols_->Number();
-    }
+    });
   }
 
   void RefinementPart() {
-    Position p;
-    for (int step = 0; step < steps_; ++step, p = order_.Next(p)) {
+    ForFound(kind_, order_, steps_, ranked_, [&](Position p) {
       float& q = quantized_(p.row, p.col);
       if (std::fabs(q) >= previous_) {
         const bool moved = symbols_->Refinement();
@@ -177,9 +177,10 @@ class Decoder {
         ++refined_;
         TestBudget();
       }
-      if (refined_ == before_) return;
+      if (refined_ == before_) return false;
       TestBudget();
-    }
+      return true;
+    });
   }
 
   // Whether the values are left at the lower ends of intervals that are still open.
@@ -190,10 +191,10 @@ class Decoder {
 
   void PlaceFinally() {
     std::int32_t counter = 0;
-    Position p;
-    for (int step = 0; step < steps_; ++step, p = order_.Next(p)) {
+    ForFound(kind_, order_, steps_, ranked_, [&](Position p) {
       LastRefinement(quantized_(p.row, p.col), counter);
-    }
+      return true;
+    });
   }
 
   void LastRefinement(float& q, std::int32_t& counter) const {
@@ -222,6 +223,7 @@ class Decoder {
   int steps_;
   Grid<float> quantized_;
   ScanOrder order_;
+  RankedWalk ranked_;
   std::unique_ptr<SymbolReader> symbols_;
   Decoded result_;
   int pass_ = 0;

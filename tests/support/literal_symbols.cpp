@@ -196,7 +196,7 @@ std::int32_t SymbolReader::Number() {
 }
 
 std::unique_ptr<SymbolWriter> MakeSymbolWriter(FileKind kind, Bytes& file, std::int32_t charge) {
-  if (kind == FileKind::kAwb || kind == FileKind::kAwd) {
+  if (kind == FileKind::kAwb || kind == FileKind::kAwd || kind == FileKind::kAwc) {
     return std::make_unique<BinaryWriter>(file, charge);
   }
   if (kind == FileKind::kAwa) return std::make_unique<WdrWriter>(file, charge);
@@ -205,7 +205,7 @@ std::unique_ptr<SymbolWriter> MakeSymbolWriter(FileKind kind, Bytes& file, std::
 
 std::unique_ptr<SymbolReader> MakeSymbolReader(FileKind kind, ByteView file, std::size_t start,
                                                std::int32_t charge) {
-  if (kind == FileKind::kAwb || kind == FileKind::kAwd) {
+  if (kind == FileKind::kAwb || kind == FileKind::kAwd || kind == FileKind::kAwc) {
     return std::make_unique<BinaryReader>(file, start, charge);
   }
   if (kind == FileKind::kAwa) return std::make_unique<WdrReader>(file, start, charge);
