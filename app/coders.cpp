@@ -6,8 +6,14 @@
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
+#include "coding/file_header.h"
 
 namespace marovia {
+namespace {
+
+constexpr const char* kRateHeld = "Bpp value too large, decompressing at largest possible rate.";
+
+}  // namespace
 
 // clang-format off
 void frmMain::Compress_WDR_Binary()                { Compress(FileKind::kAwb, Emphasis::kNone); }
@@ -25,8 +31,8 @@ void frmMain::DeCompress_WDR_Arithmetic()          { DeCompress(FileKind::kAwa);
 void frmMain::DeCompress_ASWDR_Binary_Ver1()       { DeCompress(FileKind::kAwd); }
 void frmMain::DeCompress_ASWDR_Arithmetic_Ver1()   { DeCompress(FileKind::kAwf); }
 void frmMain::DeCompress_ASWDR_Ver1_Lossless()     { DeCompress(FileKind::kAwg); }
-void frmMain::Compress_ASWDR_Binary_Ver2()         { SendMessage("Procedure not available yet."); }
-void frmMain::DeCompress_ASWDR_Binary_Ver2()       { SendMessage("Procedure not available yet."); }
+void frmMain::Compress_ASWDR_Binary_Ver2()         { Note("Procedure not available yet."); }
+void frmMain::DeCompress_ASWDR_Binary_Ver2()       { Note("Procedure not available yet."); }
 // clang-format on
 
 void frmMain::Compress(FileKind kind, Emphasis emphasis) {
@@ -42,7 +48,7 @@ void frmMain::Compress(FileKind kind, Emphasis emphasis) {
 void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emphasis emphasis) {
   file_ = fileName;
   Compression run(coder, *state.SourceImage, state.WaveletKind, state.padToFit);
-  if (!WriteHeaderStart(run, coder)) return WriteChosenFile(fileName, run.File());
+  if (!WriteHeaderStart(run, coder)) return;
   WriteTransform(run, coder);
   if (emphasis == Emphasis::kRegion) SetRegion(run);
 
@@ -51,6 +57,7 @@ void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emph
   };
   const PassReport closing = run.WritePasses(report);
   WriteChosenFile(fileName, run.File());
+  state.packedFile = fileName;
   report(closing);
   ReportCompressedFile(fileName, coder);
   SetPointer(Pointer::kDefault);
@@ -58,9 +65,9 @@ void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emph
   mnuDecompress_Click();
 }
 
-// False where the number of levels was refused: the file then ends with its budget.
+// False where the number of levels was refused.
 bool frmMain::WriteHeaderStart(Compression& run, const Coder& coder) {
-  if (coder.HasBudget()) run.WriteBudget(LeadingNumber(txtBitRate.text));
+  if (coder.HasBudget()) run.WriteBudgetBits(BudgetFor({state.NumRows, state.NumCols}));
   const std::int16_t levels = coder.lossless ? SetNumberOfLevelsLossless() : SetNumberOfLevels();
   if (levels < 0) return false;
   run.WriteLevels(levels);
@@ -68,17 +75,17 @@ bool frmMain::WriteHeaderStart(Compression& run, const Coder& coder) {
 }
 
 void frmMain::WriteTransform(Compression& run, const Coder& coder) {
+  SetPointer(Pointer::kBusy);
   SendMessage("Transforming image...");
   const Grid<float>& coefficients =
       coder.lossless ? TransformTheImageLossless(run) : TransformTheImage(run);
-  SetPointer(Pointer::kBusy);
   run.WriteMean();
   state.TransformArray = coefficients;
   run.WriteThreshold();
 }
 
 // The mask is shown in place of a reconstruction, white where the coefficients belong to the
-// region.
+// region, without what padding added to it.
 void frmMain::SetRegion(Compression& run) {
   const Region region = GetROICoordinates();
   const auto share = static_cast<float>(std::clamp(LeadingNumber(txtROIPercent.text), -1.0, 1.0));
@@ -88,7 +95,7 @@ void frmMain::SetRegion(Compression& run) {
   }
   Image mask = run.SetRegion(region, share);
   std::ranges::for_each(mask.Samples(), [](std::uint8_t& sample) { sample *= 255; });
-  state.ReconstructedImage = std::move(mask);
+  state.ReconstructedImage = Cropped(mask, {state.NumRows, state.NumCols});
   DisplayImageRec();
 }
 
@@ -96,16 +103,17 @@ void frmMain::DeCompress(FileKind kind) {
   std::string fileName;
   if (GetCompressedFileName(fileName, Extension(kind)) == -1) return;
   SendMessage("Decompressing...");
-  Decode(ReadChosenFile(fileName), kind);
+  Decode(ReadChosenFile(fileName), kind, Extent::kAtRate);
 }
 
-void frmMain::Decode(ByteView file, FileKind kind) {
+void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
   SetPointer(Pointer::kBusy);
   Decompression run(file, kind, kDefaultMaxPixels);
   ShowHeader(run.Info());
   const Coder& coder = run.TheCoder();
-  if (coder.HasBudget() && run.SetRate(LeadingNumber(txtBitRate.text)))
-    AppendToReport("Bpp value too large, decompressing at largest possible rate.\r\n");
+  const bool held = coder.HasBudget() && extent == Extent::kAtRate &&
+                    run.HoldBudget(BudgetFor({run.Info().rows, run.Info().cols}));
+  if (held) AppendToReport(kRateHeld + std::string("\r\n"));
 
   const auto report = [this](const PassReport& pass) {
     ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
@@ -115,9 +123,18 @@ void frmMain::Decode(ByteView file, FileKind kind) {
   SendMessage("Inverse transforming...");
   coder.lossless ? InvertTheTransformQuantLossless(run) : InvertTheTransformQuant(run);
   SendMessage("Image decompressed.");
+  if (held) AppendToReport(std::string("\r\n") + kRateHeld);
   if (run.Truncated())
     AppendToReport("\r\nThe file is cut short: bits that were asked for are missing.");
+  state.packedFile = file_;
   SetPointer(Pointer::kDefault);
+}
+
+// One row of all pixels is rounded once.
+std::int32_t frmMain::BudgetFor(const Sides& sides) const {
+  const double rate = LeadingNumber(txtBitRate.text);
+  return state.exactRate ? BitBudget(rate, 1, sides.rows * sides.cols)
+                         : BitBudget(rate, sides.rows, sides.cols);
 }
 
 void frmMain::ShowHeader(const FileInfo& info) {

@@ -66,6 +66,11 @@ bool Decompression::SetRate(double rate) {
   return choice.held;
 }
 
+bool Decompression::HoldBudget(std::int32_t bits) {
+  budget_ = std::min(*info_.budget, bits);
+  return *info_.budget < bits;
+}
+
 PassReport Decompression::ReadPasses(const PassListener& onPass) {
   switch (coder_.symbols) {
     case SymbolKind::kBits:

@@ -20,6 +20,8 @@ class Decompression {
   // What to read; without it, all. Returns whether the rate was held to what the file was made
   // with. Not for a lossless coder.
   bool SetRate(double rate);
+  // The same with the bits themselves.
+  bool HoldBudget(std::int32_t bits);
   void SetBudget(std::int64_t bits) { budget_ = bits; }
 
   // All passes, and the values put in the middle of what they leave open. Returns the closing

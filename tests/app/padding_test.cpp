@@ -37,6 +37,7 @@ TEST_F(Padding, EveryLossyCoderTakesAPhotographOfAnySizeWithARegionToo) {
     EXPECT_TRUE(desktop.reports.empty());
     if (form.state.ROISelected == 0) Drag(30, 30, 90, 90);
     Compress(kind, "2", "a");
+    EXPECT_TRUE(form.state.ReconstructedImage->SameShape(source));  // the mask
     Decompress(kind, "2", "a");
     EXPECT_EQ(form.Report.text, "Image decompressed.");
     EXPECT_TRUE(form.state.ReconstructedImage->SameShape(source));
@@ -48,7 +49,7 @@ TEST_F(Padding, EveryLossyCoderTakesAPhotographOfAnySizeWithARegionToo) {
 TEST_F(Padding, WithoutItTheLoadSaysSoAndTheImageIsCodedAsItIs) {
   const Image source = Photograph(50, 36);
   Load(source);
-  EXPECT_TRUE(form.Report.text.starts_with("The sides, 50 x 36, are no multiples of 16"))
+  EXPECT_TRUE(form.Report.text.starts_with("The sides, 36 x 50, are no multiples of 16"))
       << form.Report.text;
   Compress(FileKind::kAwf, "1", "a.awf");
   EXPECT_EQ(FileBytes(Path("a.awf")), marovia::Compress(source, {.kind = FileKind::kAwf,
@@ -73,7 +74,7 @@ TEST_F(Padding, WithoutItASideOfOneOrTwoIsRefusedAndOneOfThreeToFiveCodedUntrans
     Load(Photograph(side, 64));
     form.txtLevels.text = "4";
     Compress(FileKind::kAwb, "1", "b.awb");
-    EXPECT_EQ(FileBytes(Path("b.awb")).size(), 4U);
+    EXPECT_FALSE(std::filesystem::exists(Path("b.awb")));
     EXPECT_EQ(form.Label[0].caption, "Compress");
   }
 }
