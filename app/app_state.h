@@ -52,8 +52,8 @@ struct AppState {
   int decodedRows = 0;
   int decodedCols = 0;
 
-  // Whether sides are padded to what the levels need, and the true size noted in the file. Without
-  // it such images are coded as they are and do not come back faithfully.
+  // Whether sides are padded to what the levels need, and the file tells the true size. Without it
+  // such images are coded as they are and do not come back faithfully.
   bool padToFit = false;
   // Whether a budget is the rate times the pixels, rounded once. Without it, it is the bits of a
   // row, rounded, times the rows.

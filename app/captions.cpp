@@ -5,7 +5,6 @@
 
 #include "app/frm_main.h"
 #include "base/number_text.h"
-#include "codec/geometry.h"
 
 namespace marovia {
 namespace {
@@ -28,7 +27,7 @@ std::string frmMain::RateHint() const {
     if (rate == 0) return LosslessHint();
     const bool sized = !state.SourceImage->Empty();
     return TrimmedNumberText(rate) + " bits per pixel" +
-           (sized ? BytesText(BudgetFor({state.NumRows, state.NumCols})) : "");
+           (sized ? BytesText(Budget(rate, state.NumRows, state.NumCols)) : "");
   } catch (const Error&) {
     return "more bits than a file can have";
   }

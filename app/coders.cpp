@@ -6,6 +6,7 @@
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
+#include "codec/geometry.h"
 #include "coding/file_header.h"
 
 namespace marovia {
@@ -67,10 +68,11 @@ void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emph
 
 // False where the number of levels was refused.
 bool frmMain::WriteHeaderStart(Compression& run, const Coder& coder) {
-  if (coder.HasBudget()) run.WriteBudgetBits(BudgetFor({state.NumRows, state.NumCols}));
+  if (coder.HasBudget())
+    run.SetBudget(Budget(LeadingNumber(txtBitRate.text), state.NumRows, state.NumCols));
   const std::int16_t levels = coder.lossless ? SetNumberOfLevelsLossless() : SetNumberOfLevels();
   if (levels < 0) return false;
-  run.WriteLevels(levels);
+  run.SetLevels(levels);
   return true;
 }
 
@@ -79,9 +81,14 @@ void frmMain::WriteTransform(Compression& run, const Coder& coder) {
   SendMessage("Transforming image...");
   const Grid<float>& coefficients =
       coder.lossless ? TransformTheImageLossless(run) : TransformTheImage(run);
-  run.WriteMean();
+  run.SubtractMean();
   state.TransformArray = coefficients;
-  run.WriteThreshold();
+  run.ChooseThreshold();
+}
+
+std::int32_t frmMain::Budget(double rate, int rows, int cols) const {
+  const Sides sides{rows, cols};
+  return state.exactRate ? BitBudget(rate, sides) : BitBudgetOfRows(rate, sides);
 }
 
 // The mask is shown in place of a reconstruction, white where the coefficients belong to the
@@ -111,8 +118,9 @@ void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
   Decompression run(file, kind, kDefaultMaxPixels);
   ShowHeader(run.Info());
   const Coder& coder = run.TheCoder();
-  const bool held = coder.HasBudget() && extent == Extent::kAtRate &&
-                    run.HoldBudget(BudgetFor({run.Info().rows, run.Info().cols}));
+  const bool held =
+      coder.HasBudget() && extent == Extent::kAtRate &&
+      run.HoldBudget(Budget(LeadingNumber(txtBitRate.text), run.Info().rows, run.Info().cols));
   if (held) AppendToReport(kRateHeld + std::string("\r\n"));
 
   const auto report = [this](const PassReport& pass) {
@@ -128,13 +136,6 @@ void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
     AppendToReport("\r\nThe file is cut short: bits that were asked for are missing.");
   state.packedFile = file_;
   SetPointer(Pointer::kDefault);
-}
-
-// One row of all pixels is rounded once.
-std::int32_t frmMain::BudgetFor(const Sides& sides) const {
-  const double rate = LeadingNumber(txtBitRate.text);
-  return state.exactRate ? BitBudget(rate, 1, sides.rows * sides.cols)
-                         : BitBudget(rate, sides.rows, sides.cols);
 }
 
 void frmMain::ShowHeader(const FileInfo& info) {

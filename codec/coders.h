@@ -1,4 +1,5 @@
-// The table of the coders. Adding one is a row here and at most one pair of symbol classes.
+// What a run has to know of each coder. One more is a row here and at most one pair of symbol
+// classes, but the public headers and the fronts name the kinds as well.
 #pragma once
 
 #include <memory>

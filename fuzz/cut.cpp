@@ -17,7 +17,9 @@ std::optional<Image> Picture(ByteView file, FileKind kind, std::optional<double>
 void CheckBytes(ByteView file, FileKind kind, std::int64_t bytes) {
   const TruncateResult cut = Truncate(file, kind, {{}, bytes, kMostPixels});
   Promise(static_cast<std::int64_t>(cut.file.size()) <= bytes, "The bytes asked for are kept to.");
-  Inspect(cut.file, cut.kind, kMostPixels);
+  const FileInfo before = Inspect(file, kind, kMostPixels);
+  const FileInfo after = Inspect(cut.file, cut.kind, kMostPixels);
+  Promise(!before.budget || *after.budget <= *before.budget, "No budget is raised.");
 }
 
 void CheckRate(ByteView file, FileKind kind, double rate) {

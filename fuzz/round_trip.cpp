@@ -29,7 +29,7 @@ void CheckLength(const CodingRequest& request, const Bytes& file) {
   if (request.options.bytes) {
     Promise(size <= static_cast<double>(*request.options.bytes), "The bytes are kept to.");
   } else {
-    Promise(size <= budget + request.image.Rows() + kBeyond, "The rate is kept to.");
+    Promise(size <= budget + kBeyond, "The rate is kept to.");
   }
 }
 

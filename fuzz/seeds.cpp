@@ -25,7 +25,7 @@ std::uint8_t Byte(auto value) {
 Bytes CodedFile(const test::GoldenRow& row, int mostSide, bool pad) {
   const Image image =
       test::NamedImage(row.image, std::min(row.rows, mostSide), std::min(row.cols, mostSide));
-  CompressOptions options = test::UnpaddedOptions(row.settings);
+  CompressOptions options = test::UnpaddedOptions(row.settings, image);
   options.region = {};
   options.pad = pad;
   return Compress(image, options).file;

@@ -143,12 +143,10 @@ constexpr std::array kSides = {1,  4,   63,   512,  3,    5,     64, 0,     2,  
 
 // A header that no compressor need have written, and some stream.
 Bytes Forged(const Subject& subject, int levelByte, int exponent, int rows, int cols) {
-  Bytes file;
-  if (subject.kind != FileKind::kAwg) AppendBudget(file, 2000);
-  AppendGeometry(file, 0, WaveletKind::kDaub97, rows, cols);
+  FileHeader header{.sides = {rows, cols}, .mean = 100, .exponent = exponent};
+  if (subject.kind != FileKind::kAwg) header.budget = 2000;
+  Bytes file = WriteHeader(header);
   file[subject.header - 10] = static_cast<std::uint8_t>(levelByte);
-  AppendMean(file, 100);
-  AppendExponent(file, exponent);
   for (int i = 0; i < 40; ++i) file.push_back(static_cast<std::uint8_t>(37 * i * i + 11));
   return file;
 }

@@ -130,13 +130,14 @@ Bytes RunLengthBmp(int rows, int cols, const Bytes& code) {
 }  // namespace
 
 Bytes FileOf(const Script& script, const Bytes& stream) {
-  Bytes file;
   const int limit = LevelLimit(script.rows, script.cols, script.wavelet);
-  if (script.kind != FileKind::kAwg) AppendBudget(file, std::numeric_limits<std::int32_t>::max());
-  AppendGeometry(file, std::clamp(script.levels, 0, std::max(limit, 0)), script.wavelet,
-                 script.rows, script.cols);
-  AppendMean(file, 100);
-  AppendExponent(file, script.exponent);
+  FileHeader header{.levels = std::clamp(script.levels, 0, std::max(limit, 0)),
+                    .wavelet = script.wavelet,
+                    .sides = {script.rows, script.cols},
+                    .mean = 100,
+                    .exponent = script.exponent};
+  if (script.kind != FileKind::kAwg) header.budget = std::numeric_limits<std::int32_t>::max();
+  Bytes file = WriteHeader(header);
   file.insert(file.end(), stream.begin(), stream.end());
   return file;
 }

@@ -67,12 +67,12 @@ TEST(CutFiles, OfEveryKindAreTruncatedAtHalfTheirLength) {
 }
 
 Bytes HeaderOf(int levels, WaveletKind wavelet, int rows, int cols, float mean = 0) {
-  Bytes file;
-  AppendBudget(file, 1000);
-  AppendGeometry(file, levels, wavelet, rows, cols);
-  AppendMean(file, mean);
-  AppendExponent(file, 5);
-  return file;
+  return WriteHeader({.budget = 1000,
+                      .levels = levels,
+                      .wavelet = wavelet,
+                      .sides = {rows, cols},
+                      .mean = mean,
+                      .exponent = 5});
 }
 
 TEST(Headers, ThatAskForTooMuchAreRefusedBeforeAnythingIsAllocated) {

@@ -11,7 +11,6 @@
 
 #include "marovia/codec.h"
 
-#include "codec/geometry.h"
 #include "tests/support/literal_arithmetic.h"
 #include "tests/support/literal_scan.h"
 #include "tests/support/literal_transform.h"
@@ -222,10 +221,11 @@ TEST(FileFormat, ListsTheAdaptiveOrderAfterAPass) {
   ExpectInDocument(text.str());
 }
 
-TEST(FileFormat, ListsASizeNote) {
-  Bytes note;
-  AppendSizeNote(note, {300, 517});
-  ExpectInDocument(Hex(note));
+TEST(FileFormat, ListsAMarkedHeader) {
+  Image image(300, 517, 100);
+  CompressOptions options{FileKind::kAwg, WaveletKind::kInteger53, 4};
+  const Bytes file = Compress(image, options).file;
+  ExpectInDocument(Hex(ByteView(file).first(5)));
 }
 
 }  // namespace

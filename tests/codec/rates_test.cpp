@@ -1,15 +1,16 @@
 // What a rate, a number of bytes and a region promise.
+#include <cmath>
+#include <cstdint>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <limits>
 #include <string>
+#include <utility>
 
 #include "marovia/codec.h"
 #include "marovia/measures.h"
 
 #include "codec/geometry.h"
-#include "coding/file_header.h"
 #include "tests/support/code_of.h"
 #include "tests/support/library_options.h"
 #include "tests/support/test_images.h"
@@ -43,6 +44,19 @@ TEST(Rates, BelowThatOfTheFileGivePicturesThatGrowPoorerSmoothly) {
         EXPECT_TRUE(before == 0 || psnr < before + 4) << Extension(kind) << " at " << rate;
         before = psnr;
       }
+    }
+  }
+}
+
+// The last group of symbols may exceed a budget.
+TEST(Rates, AreMetToTheBitWhateverTheSides) {
+  constexpr double kGroupBytes = 12;
+  for (const auto& [rows, cols] : {std::pair(1, 5000), {5000, 1}, {150, 200}, {61, 83}}) {
+    for (const double rate : {0.05, 0.5}) {
+      const Image image = test::NamedImage("lcgnoise", rows, cols);
+      const Bytes file = Compress(image, {.rate = rate}).file;
+      EXPECT_EQ(Inspect(file, kAwf).budget, std::lround(rate * rows * cols));
+      EXPECT_NEAR(static_cast<double>(file.size()), rate * rows * cols / 8, kGroupBytes);
     }
   }
 }
@@ -101,9 +115,7 @@ LongFile MakeLong(FileKind kind, WaveletKind wavelet, const Image& image, bool r
   made.lossy = made.file;
   if (kind == kAwg) {
     made.lossyKind = kAwf;
-    made.lossy.clear();
-    AppendBudget(made.lossy, std::numeric_limits<std::int32_t>::max());
-    made.lossy.insert(made.lossy.end(), made.file.begin(), made.file.end());
+    made.lossy.insert(made.lossy.begin(), {0xFF, 0xFF, 0xFF, 0x7F});
   }
   return made;
 }
@@ -167,6 +179,33 @@ TEST(Bytes, AreTheMostThatAFileHas) {
       EXPECT_GE(static_cast<std::int64_t>(file.size()), most - 6);
       EXPECT_FALSE(Decompress(file, kind).truncated);
     }
+  }
+}
+
+// However long the tail behind the stream, and whether or not it is to be kept.
+TEST(Bytes, NeverRaiseABudget) {
+  const Image image = test::NamedImage("rings", 45, 61);
+  for (const FileKind kind : {kAwb, kAwa, kAwd, kAwf, kAwg}) {
+    const LongFile made = MakeLong(kind, kInteger22, image, false);
+    Bytes tailed = made.file;
+    for (unsigned i = 0; i < 1000; ++i) tailed.push_back(static_cast<std::uint8_t>(i * i * 7 + i));
+    for (std::size_t n = 0; n < 200; ++n) {
+      const auto most = static_cast<std::int64_t>(34 + tailed.size() * n / 195);
+      SCOPED_TRACE(testing::Message() << Extension(kind) << " in " << most);
+      const TruncateResult cut = Truncate(Bytes(tailed), kind, ToBytes(most));
+      ASSERT_EQ(cut.file, Truncate(tailed, kind, ToBytes(most)).file);
+      ASSERT_LE(static_cast<std::int64_t>(cut.file.size()), most);
+      const auto budget = Inspect(cut.file, cut.kind).budget;
+      ASSERT_LE(budget, Inspect(tailed, kind).budget.value_or(INT32_MAX));
+      const DecompressResult back = Decompress(cut.file, cut.kind);
+      ASSERT_FALSE(back.truncated);
+      ASSERT_TRUE(back.image == (budget ? DecodedAt(made.lossy, made.lossyKind,
+                                                    *budget / static_cast<double>(image.Size()))
+                                        : image));
+    }
+    for (const std::int64_t most : {INT64_MIN, std::int64_t{-1}, std::int64_t{0}, std::int64_t{9}})
+      EXPECT_EQ(test::CodeOf([&] { Truncate(tailed, kind, ToBytes(most)); }),
+                Errc::kInvalidArgument);
   }
 }
 

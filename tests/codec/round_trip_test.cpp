@@ -1,7 +1,9 @@
 // Images of every size come back, and their files tell the size.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <random>
 #include <string_view>
 
@@ -16,6 +18,9 @@ namespace {
 
 using enum WaveletKind;
 using test::CodeOf;
+
+constexpr FileKind kKinds[] = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                               FileKind::kAwg};
 
 TEST(Lossless, ImagesOfEverySizeComeBackFromEveryLevel) {
   std::mt19937 random(8);
@@ -60,7 +65,7 @@ TEST(Lossless, TakesMostOfTheBitsForARegionAndStaysExactInIt) {
   }
 }
 
-TEST(SizeNote, IsThereWhereSidesWerePaddedAndRulesTheSize) {
+TEST(Padding, IsMarkedInTheHeaderWhereSidesDoNotFit) {
   const struct {
     Sides sides;
     int levels;
@@ -69,36 +74,51 @@ TEST(SizeNote, IsThereWhereSidesWerePaddedAndRulesTheSize) {
                {{2, 9}, 1, {4, 9}},     {{30, 50}, 3, {32, 56}}, {{3, 3}, 1, {3, 3}}};
   for (const auto& c : cases) {
     const Image image = test::NamedImage("blobs", c.sides.rows, c.sides.cols);
-    for (const FileKind kind :
-         {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
-      Bytes file = Compress(image, {kind, kInteger53, c.levels, 40}).file;
+    for (const FileKind kind : kKinds) {
+      const Bytes file = Compress(image, {kind, kInteger53, c.levels, 40}).file;
       const FileInfo info = Inspect(file, kind);
       EXPECT_TRUE((Sides{info.rows, info.cols}) == c.sides);
       EXPECT_TRUE((Sides{info.codedRows, info.codedCols}) == c.coded);
+      EXPECT_EQ(file[kind == FileKind::kAwg ? 0 : 4] >= 128, c.coded != c.sides);
       EXPECT_TRUE(Decompress(file, kind).image == image) << Extension(kind);
-      if (c.coded == c.sides) continue;
-      // Without its last byte the note is nothing but bits behind the stream.
-      file.pop_back();
-      const Image padded = Decompress(file, kind).image;
-      EXPECT_TRUE((Sides{padded.Rows(), padded.Cols()}) == c.coded);
-      EXPECT_TRUE(Cropped(padded, c.sides) == image) << Extension(kind);
     }
   }
 }
 
-TEST(SizeNote, IsReadOnlyWherePaddingMakesTheHeadersSizeOfIt) {
-  const struct {
-    Bytes note;
-    bool read;
-  } cases[] = {
-      {{'M', 'V', 's', 'z', 21, 0, 24, 0}, true},  {{'M', 'V', 's', 'z', 20, 0, 24, 0}, false},
-      {{'M', 'V', 's', 'z', 24, 0, 25, 0}, false}, {{'M', 'V', 's', 'Z', 21, 0, 24, 0}, false},
-      {{'M', 'V', 's', 'z', 0, 0, 24, 0}, false},  {{'V', 's', 'z', 21, 0, 24, 0}, false},
-      {{'M', 'V', 's', 'z', 21, 0, 24, 1}, false}, {{0, 'M', 'V', 's', 'z', 21, 0, 21, 0}, true}};
-  for (const auto& c : cases) EXPECT_EQ(FindSizeNote(c.note, {24, 24}, 2).has_value(), c.read);
-  Bytes file;
-  AppendSizeNote(file, {300, 5});
-  EXPECT_EQ(file, (Bytes{'M', 'V', 's', 'z', 44, 1, 5, 0}));
+TEST(Padding, TheSizeOutlivesEveryCutAndNoTailChangesThePicture) {
+  for (const Sides sides : {Sides{77, 101}, Sides{300, 517}}) {
+    const Image image = test::NamedImage("blobs", sides.rows, sides.cols);
+    for (const FileKind kind : kKinds) {
+      SCOPED_TRACE(testing::Message() << Extension(kind) << " of " << sides.cols);
+      Bytes file = Compress(image, {.kind = kind, .rate = 0.3}).file;
+      const std::size_t step = sides.rows > 100 ? file.size() / 5 : 1 + file.size() / 300;
+      for (std::size_t length = kMostHeaderBytes; length < file.size(); length += step)
+        ASSERT_TRUE(Decompress(ByteView(file).first(length), kind).image.SameShape(image));
+      const Image whole = Decompress(file, kind).image;
+      for (std::size_t tail = 1; tail <= 100; ++tail) {
+        file.push_back(static_cast<std::uint8_t>(tail * tail * 31));
+        if (step > 100 && tail % 20 != 0) continue;
+        ASSERT_TRUE(Decompress(file, kind).image == whole) << tail;
+      }
+    }
+  }
+}
+
+TEST(Wavelet, IsTheBetterOneOfTheKindUnlessTold) {
+  const Image image = test::NamedImage("rings", 64, 64);
+  EXPECT_EQ(Inspect(Compress(image).file, FileKind::kAwf).wavelet, kDaub97);
+  EXPECT_EQ(Compress(image, {.kind = FileKind::kAwg}).wavelet, kInteger22);
+  CompressOptions best{.kind = FileKind::kAwg, .bestWavelet = true};
+  for (const std::string_view name : {"rings", "checker", "blobs"}) {
+    const Image each = test::NamedImage(name, 64, 64);
+    const Bytes five = Compress(each, {FileKind::kAwg, kInteger53}).file;
+    const Bytes two = Compress(each, {FileKind::kAwg, kInteger22}).file;
+    int reports = 0;
+    best.onPass = [&](const PassReport&) { ++reports; };
+    const CompressResult shorter = Compress(each, best);
+    EXPECT_EQ(shorter.file, five.size() < two.size() ? five : two) << name;
+    EXPECT_EQ(std::ssize(shorter.passes), reports);
+  }
 }
 
 TEST(Levels, AreThoseThatHelpUnlessTold) {
@@ -128,6 +148,11 @@ TEST(Compress, RefusesWhatMakesNoSense) {
       {{FileKind::kAwf, kDaub97, 1, 1e8}, Errc::kOverflow},
       {{FileKind::kAwg, kDaub97, 1}, Errc::kInvalidArgument},
       {{FileKind::kAwf, kDaub97, 1, 1, 3}, Errc::kInvalidArgument},
+      {{FileKind::kAwf, kDaub97, 1, 1, -3}, Errc::kInvalidArgument},
+      {{FileKind::kAwf, kDaub97, 1, 1, INT64_MIN}, Errc::kInvalidArgument},
+      {{.kind = FileKind::kAwf, .bestWavelet = true}, Errc::kInvalidArgument},
+      {{.kind = FileKind::kAwg, .wavelet = kInteger53, .bestWavelet = true},
+       Errc::kInvalidArgument},
       {{FileKind::kAwf, kDaub97, 1, 1, {}, Region{0, 0, 20, 0}}, Errc::kInvalidArgument},
       {{FileKind::kAwf, kDaub97, 1, 1, {}, Region{5, 0, 4, 0}}, Errc::kInvalidArgument},
   };

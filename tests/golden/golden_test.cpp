@@ -10,7 +10,7 @@ namespace marovia {
 namespace {
 
 literal::Encoded CompressUnpadded(const Image& image, const literal::Settings& settings) {
-  CompressResult result = Compress(image, test::UnpaddedOptions(settings));
+  CompressResult result = Compress(image, test::UnpaddedOptions(settings, image));
   return {std::move(result.file), std::move(result.passes), result.levels, result.mean,
           result.exponent};
 }
@@ -18,7 +18,7 @@ literal::Encoded CompressUnpadded(const Image& image, const literal::Settings& s
 const test::CodecUnderTest kLibrary{
     CompressUnpadded,
     [](ByteView file, FileKind kind, double rate) {
-      return Decompress(file, kind, test::OptionsOfRate(rate)).image;
+      return Decompress(file, kind, test::OptionsOfRowRate(rate, file, kind)).image;
     },
 };
 

@@ -115,10 +115,12 @@ TEST(ReadImage, RefusesWhatIsNoImage) {
     return CodeOf([&] { ReadImage(BytesOf(text)); }, part);
   };
   EXPECT_EQ(codeOf("", "empty"), Errc::kMalformed);
-  EXPECT_EQ(codeOf("GIF89a", "neither a PGM nor a BMP"), Errc::kMalformed);
-  EXPECT_EQ(codeOf("B", "neither a PGM nor a BMP"), Errc::kMalformed);
+  EXPECT_EQ(codeOf("GIF89a", "a GIF image; PGM, PPM and BMP are read"), Errc::kUnsupported);
+  EXPECT_EQ(codeOf("RIFFxxxxWEBPVP8 ", "a WebP image"), Errc::kUnsupported);
+  EXPECT_EQ(codeOf("RIFFxxxxWAVE", "no image that is known"), Errc::kMalformed);
+  EXPECT_EQ(codeOf("B", "no image that is known"), Errc::kMalformed);
   EXPECT_EQ(codeOf("P", "begins with P"), Errc::kMalformed);
-  EXPECT_EQ(codeOf("PK\3\4", "begins with P"), Errc::kMalformed);
+  EXPECT_EQ(codeOf("PK\3\4", "a zip archive"), Errc::kUnsupported);
   EXPECT_EQ(codeOf("P4 8 1 x", "P4"), Errc::kUnsupported);
   EXPECT_EQ(codeOf("P7\nWIDTH 1", "P7"), Errc::kUnsupported);
 }

@@ -59,7 +59,7 @@ bool TruncatedAlike(const DecompressResult& decoded, const literal::Decoded& exp
 
 std::string EncodingDifference(const Image& image, const literal::Settings& settings) {
   const auto expected = Attempt([&] { return literal::Compress(image, settings); });
-  const auto result = Attempt([&] { return Compress(image, UnpaddedOptions(settings)); });
+  const auto result = Attempt([&] { return Compress(image, UnpaddedOptions(settings, image)); });
   if (result.has_value() != expected.has_value()) return DifferenceOfFailure(result.has_value());
   if (!result) return "";
   if (result->file != expected->file) return "the files differ";
@@ -71,7 +71,8 @@ std::string EncodingDifference(const Image& image, const literal::Settings& sett
 
 std::string DecodingDifference(ByteView file, FileKind kind, double rate) {
   const auto expected = Attempt([&] { return literal::Decompress(file, kind, rate); });
-  const auto decoded = Attempt([&] { return Decompress(file, kind, OptionsOfRate(rate)); });
+  const auto decoded =
+      Attempt([&] { return Decompress(file, kind, OptionsOfRowRate(rate, file, kind)); });
   if (decoded.has_value() != expected.has_value()) return DifferenceOfFailure(decoded.has_value());
   if (!decoded) return "";
   if (decoded->image != expected->image) return "the pictures differ";

@@ -1,6 +1,6 @@
 // The whole codec written a second time, as plainly as it can be said: every pass walks every
-// position along the links. What the library does fast must come out the same here. Sides are coded
-// as they are; there is no padding.
+// position along the links. What the library does fast must come out the same here. It codes
+// sides as they are, and decodes padded ones too.
 #pragma once
 
 #include <cstdint>

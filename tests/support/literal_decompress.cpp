@@ -17,6 +17,8 @@ namespace marovia::literal {
 namespace {
 
 constexpr int kLargestExponent = 31;
+constexpr int kLargestSide = 32767;
+constexpr int kPadded = 128;
 
 std::int32_t Charge(FileKind kind) {
   if (kind == FileKind::kAwf) return 128;
@@ -27,12 +29,29 @@ struct Header {
   std::int32_t budget = 0;
   WaveletKind wavelet = WaveletKind::kInteger53;
   int levels = 0;
-  int rows = 0;
+  int rows = 0;  // of the image
   int cols = 0;
+  int codedRows = 0;
+  int codedCols = 0;
   float mean = 0;
   int exponent = 0;
   std::size_t size = 0;
 };
+
+// The next multiple of 2^levels; of 1 and 2 as of 4.
+int Padded(int side, int levels) {
+  int padded = side < 3 ? 4 : side;
+  while (padded % (1 << levels) != 0) ++padded;
+  return padded;
+}
+
+Image Cropped(const Image& image, int rows, int cols) {
+  Image cropped(rows, cols);
+  for (int r = 0; r < rows; ++r) {
+    for (int c = 0; c < cols; ++c) cropped(r, c) = image(r, c);
+  }
+  return cropped;
+}
 
 class HeaderReader {
  public:
@@ -42,16 +61,24 @@ class HeaderReader {
     Header header;
     if (kind != FileKind::kAwg) header.budget = static_cast<std::int32_t>(Get(4));
     const auto packed = static_cast<int>(Get(1));
-    header.levels = packed / 10;
-    header.wavelet = static_cast<WaveletKind>(packed % 10);
+    const bool padded = packed >= kPadded;
+    const int number = packed % kPadded % 10;
+    header.levels = packed % kPadded / 10;
+    header.wavelet = static_cast<WaveletKind>(number);
     header.rows = static_cast<std::int16_t>(Get(2));
     header.cols = static_cast<std::int16_t>(Get(2));
     header.mean = std::bit_cast<float>(Get(4));
     header.exponent = static_cast<int>(Get(1));
     header.size = next_;
-    Require(packed % 10 >= 1 && packed % 10 <= 3);
+    Require(number >= 1 && number <= 3);
     Require(header.rows > 0 && header.cols > 0 && header.exponent <= kLargestExponent);
-    Require(header.levels <= LevelLimit(header.wavelet, header.rows, header.cols));
+    header.codedRows = padded ? Padded(header.rows, header.levels) : header.rows;
+    header.codedCols = padded ? Padded(header.cols, header.levels) : header.cols;
+    Require(header.codedRows <= kLargestSide && header.codedCols <= kLargestSide);
+    Require(!padded || header.codedRows > header.rows || header.codedCols > header.cols);
+    Require(header.levels <= LevelLimit(header.wavelet,
+                                        padded ? Padded(header.rows, 0) : header.rows,
+                                        padded ? Padded(header.cols, 0) : header.cols));
     return header;
   }
 
@@ -84,10 +111,11 @@ class Decoder {
       : kind_(kind),
         header_(HeaderReader(file).Read(kind)),
         budget_(kind == FileKind::kAwg ? 0 : SetBitBudget(header_, rate)),
-        steps_(header_.rows * header_.cols),
-        quantized_(header_.rows, header_.cols),
-        order_(IsAdaptive(kind) ? CreateScanOrder(header_.levels, header_.rows, header_.cols)
-                                : CreateScanOrderHF(header_.levels, header_.rows, header_.cols)),
+        steps_(header_.codedRows * header_.codedCols),
+        quantized_(header_.codedRows, header_.codedCols),
+        order_(IsAdaptive(kind)
+                   ? CreateScanOrder(header_.levels, header_.codedRows, header_.codedCols)
+                   : CreateScanOrderHF(header_.levels, header_.codedRows, header_.codedCols)),
         symbols_(MakeSymbolReader(kind, file, header_.size, Charge(kind))),
         threshold_(std::ldexp(1.0F, header_.exponent)) {}
 
@@ -102,7 +130,8 @@ class Decoder {
     ReportDataRec();
     if (IsUnfinished()) PlaceFinally();
     AddAverage(quantized_, header_.levels, header_.mean);
-    result_.image = InvertTheTransformQuant(quantized_, header_.wavelet, header_.levels);
+    result_.image = Cropped(InvertTheTransformQuant(quantized_, header_.wavelet, header_.levels),
+                            header_.rows, header_.cols);
     return std::move(result_);
   }
 

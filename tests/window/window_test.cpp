@@ -57,6 +57,7 @@ void WindowTest::AnswerFileQuestion(const QString& name, bool replace) {
   answerer_.disconnect();
   QObject::connect(&answerer_, &QTimer::timeout, [this, name, replace] {
     QWidget* open = QApplication::activeModalWidget();
+    if (open == nullptr) window.activateWindow();  // as a desktop would
     if (auto* box = qobject_cast<QMessageBox*>(open)) {
       asked = true;
       QAbstractButton* button = box->button(replace ? QMessageBox::Yes : QMessageBox::No);
