@@ -12,6 +12,16 @@ void frmMain::SendMessage(std::string_view text) {
   desktop_.Repaint(Report);
 }
 
+void frmMain::Note(std::string_view text) {
+  SendMessage(text);
+  note_ = text;
+}
+
+void frmMain::DropNote() {
+  if (!note_.empty() && Report.text == note_) SendMessage("");
+  note_.clear();
+}
+
 void frmMain::AppendToReport(std::string_view text) {
   Report.text += text;
   Report.selStart = 0;

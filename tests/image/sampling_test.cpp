@@ -52,13 +52,9 @@ TEST(SampleImage, PutsDisplayCoordinateOneAtTheCorner) {
 TEST(SampleCoefficients, ShowsRoundedMagnitudesUpToWhite) {
   const std::pair<float, int> cases[] = {{-300, 255},   {254.5F, 254}, {255.5F, 255}, {-0.5F, 0},
                                          {1.5F, 2},     {-2.5F, 2},    {-3.4F, 3},    {32767, 255},
-                                         {-32767, 255}, {0.49F, 0}};
+                                         {-32767, 255}, {0.49F, 0},    {-4e9F, 255},  {1e38F, 255}};
   for (const auto& [value, grey] : cases) {
     EXPECT_EQ(SampleCoefficients(Grid<float>(2, 3, value))(9, 200), grey) << value;
-  }
-  for (const float value : {32768.0F, -40000.0F, std::numeric_limits<float>::quiet_NaN()}) {
-    EXPECT_EQ(CodeOf([&] { SampleCoefficients(Grid<float>(2, 3, value)); }, "16 bits"),
-              Errc::kOverflow);
   }
 }
 
