@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "context/context_codec.h"
+#include "context/kernels.h"
 #include "tests/support/plain_context.h"
 #include "tests/support/sha256.h"
 #include "tests/support/test_images.h"
@@ -92,7 +92,8 @@ TEST_P(ContextGolden, GivesTheRecordedFilesAndPictures) {
     SCOPED_TRACE(LabelOf(row));
     const Image image = ImageOf(row);
     const Bytes file = GetParam().encode(image, OptionsOf(row));
-    EXPECT_EQ(test::Sha256(file), row.at("sha256_file")) << file.size() << " for " << row.at("bytes");
+    EXPECT_EQ(test::Sha256(file), row.at("sha256_file"))
+        << file.size() << " for " << row.at("bytes");
     const ContextPicture picture = GetParam().decode(file);
     EXPECT_EQ(picture.header.levels, std::stoi(row.at("levels_used")));
     EXPECT_EQ(picture.header.planes, std::stoi(row.at("planes")));
@@ -113,9 +114,18 @@ TEST_P(ContextGolden, GivesTheRecordedPicturesOfCutFiles) {
   }
 }
 
+// With the loops for any processor, or with those that this one is best at.
+template <const ContextKernels& (*kKernels)()>
+constexpr Codec kEngine{kKernels == PlainKernels ? "PlainKernels" : "BestKernels",
+                        [](const Image& image, const ContextOptions& options) {
+                          return EncodeContextWith(kKernels(), image, options);
+                        },
+                        [](ByteView file) { return DecodeContextWith(kKernels(), file, {}); }};
+
 INSTANTIATE_TEST_SUITE_P(, ContextGolden,
-                         testing::Values(Codec{"Plain", plain::EncodeContext,
-                                               plain::DecodeContext}),
+                         testing::Values(Codec{"PlainWalk", plain::EncodeContext,
+                                               plain::DecodeContext},
+                                         kEngine<PlainKernels>, kEngine<BestKernels>),
                          [](const auto& codec) { return std::string(codec.param.name); });
 
 }  // namespace
