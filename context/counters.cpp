@@ -18,11 +18,11 @@ Counters::Counters() {
     const auto start = static_cast<std::uint16_t>(256 * kFindStarts[i]);
     starts[i] = {start, start, kFindSeen, start};
   }
-  for (auto& levels : find) levels.fill(starts);
+  find.fill(starts);
 }
 
-FindCounters& Counters::FindOf(bool diagonal, int level) {
-  return find[diagonal ? 1 : 0][static_cast<std::size_t>(std::clamp(level, 1, 3) - 1)];
+std::size_t Counters::FindPlace(bool diagonal, int level) {
+  return static_cast<std::size_t>(std::clamp(level, 1, 3) - 1 + (diagonal ? 3 : 0));
 }
 
 }  // namespace marovia

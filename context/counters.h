@@ -99,12 +99,12 @@ struct Counters {
   Counters();
 
   // Of a band of this kind and level.
-  FindCounters& FindOf(bool diagonal, int level);
+  static std::size_t FindPlace(bool diagonal, int level);
 
-  std::array<std::array<FindCounters, 3>, 2> find;  // [diagonal][level]
-  std::array<std::array<Counter, 5>, 4> sign;       // [kind of band][SignPlace]
-  std::array<Counter, 17> refine;                   // [first refinement or not][class], kEvenPlace
-  std::array<Counter, 2> tile;                      // [some member has a score]
+  std::array<FindCounters, 6> find;            // [FindPlace][class of score]
+  std::array<std::array<Counter, 5>, 4> sign;  // [kind of band][SignPlace]
+  std::array<Counter, 17> refine;              // [first refinement or not][class], kEvenPlace
+  std::array<Counter, 2> tile;                 // [some member has a score]
 };
 
 // The context of a sign, and whether the opposite of it is coded there: by the sums of the signs to

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "context/counters.h"
+
 namespace marovia {
 namespace {
 
@@ -38,7 +40,8 @@ void SetRaises(BandField& band) {
     std::swap(a.along, a.across);
     std::swap(a.twoAlong, a.twoAcross);
   }
-  band.besideRow = {a.twoAlong, a.along, 0, a.along, a.twoAlong};
+  band.nextCol = a.along;
+  band.twoCols = a.twoAlong;
   band.nextRow = {a.diagonal, a.across, a.diagonal};
   band.twoRows = a.twoAcross;
 }
@@ -51,6 +54,7 @@ BandField MakeBand(const ContextBand& shape, std::size_t firstWord) {
   band.firstWord = firstWord;
   const int used = band.cols - kBlock * (band.blocks - 1);
   band.beyondLast = used == kBlock ? 0 : ~std::uint64_t{0} << used;
+  band.findPlace = Counters::FindPlace(band.kind == BandKind::kDiagonal, band.level);
   SetRaises(band);
   return band;
 }

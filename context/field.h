@@ -61,11 +61,13 @@ struct BandField : ContextBand {
   std::ptrdiff_t markPitch = 0;
 
   int blocks = 0;
-  std::size_t firstWord = 0;     // of the band in every mask
-  std::uint64_t beyondLast = 0;  // the cells of a row's last block that are no columns
-  Raise besideRow{};             // what a found cell raises from two columns before it, in its row,
-  Raise nextRow{};               // in the rows next to it, from one column before it,
-  std::uint8_t twoRows = 0;      // and two rows away
+  std::size_t firstWord = 0;        // of the band in every mask
+  std::uint64_t beyondLast = 0;     // the cells of a row's last block that are no columns
+  std::size_t findPlace = 0;        // of its counters
+  std::uint8_t nextCol = 0;         // what a found cell raises the cell beside it by,
+  std::uint8_t twoCols = 0;         // the one beside that,
+  std::uint8_t twoRows = 0;         // and that two rows away
+  Raise nextRow{};                  // in the rows next to it, from one column before it
   std::array<SamePlace, 3> same{};  // those with a band, then the others
   BandField* finer = nullptr;       // the band of its kind one level finer
 

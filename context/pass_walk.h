@@ -5,6 +5,7 @@
 // changes nothing that the picture is made of, so that the walk looks for the end only once a row.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -18,13 +19,29 @@
 
 namespace marovia {
 
-// action(row, block) in raster order for the blocks of marked groups, until it returns false.
+// A block of a band: its row, its first column, and where masks and bytes have it.
+struct BlockPlace {
+  int r;
+  int c;
+  std::size_t word;
+  std::ptrdiff_t cell;
+};
+
+// action(place) in raster order for the blocks of marked groups, until it returns false.
 template <class Action>
 MAROVIA_INLINE void EachMarkedBlock(const BandField& band, const Action& action) {
-  for (int r = 0; r < band.rows; ++r) {
-    const std::uint8_t* marks = band.MarksOf(r / kGroupRows);
-    for (int block = 0; block < band.blocks; ++block) {
-      if (marks[block] != 0 && !action(r, block)) return;
+  for (int first = 0; first < band.rows; first += kGroupRows) {
+    const std::uint8_t* marks = band.MarksOf(first / kGroupRows);
+    const int end = std::min(first + kGroupRows, band.rows);
+    BlockPlace row{first, 0, band.Word(first, 0), band.Cell(first, 0)};
+    for (; row.r < end; ++row.r, ++row.word, row.cell += band.pitch) {
+      BlockPlace place = row;
+      for (int block = 0; block < band.blocks; ++block) {
+        if (marks[block] != 0 && !action(place)) return;
+        place.c += kBlock;
+        place.cell += kBlock;
+        place.word += kGroupRows;
+      }
     }
   }
 }
@@ -34,11 +51,11 @@ template <class Lanes>
 void BeginPlane(ContextField& field, int plane) {
   for (const BandField& band : field.Bands()) {
     if (plane < band.shift) continue;
-    EachMarkedBlock(band, [&](int r, int block) {
-      const std::size_t word = band.Word(r, block);
-      field.old[word] = field.found[word];
-      field.closed[word] = field.found[word] | band.Beyond(block);
-      if (field.found[word] != 0) Lanes::DoubleKnown(band.known + band.Cell(r, block));
+    EachMarkedBlock(band, [&](const BlockPlace& place) {
+      const std::uint64_t found = field.found[place.word];
+      field.old[place.word] = found;
+      field.closed[place.word] = found | band.Beyond(place.c / kBlock);
+      if (found != 0) Lanes::DoubleKnown(band.known + place.cell);
       return true;
     });
   }
@@ -90,8 +107,8 @@ class PassWalk {
   MAROVIA_INLINE void CodeMarkedBlocks(const Action& action) {
     EachBand([&](BandField& band) {
       Coder coder = coder_;
-      EachMarkedBlock(band, [&](int r, int block) MAROVIA_INLINE_LAMBDA {
-        action(band, coder, r, block);
+      EachMarkedBlock(band, [&](const BlockPlace& place) MAROVIA_INLINE_LAMBDA {
+        action(band, coder, place);
         return !coder.Done();
       });
       coder_ = coder;
@@ -99,74 +116,68 @@ class PassWalk {
   }
 
   void Sweep(int least) {
-    CodeMarkedBlocks([=, this](BandField& band, Coder& coder, int r, int block)
-                         MAROVIA_INLINE_LAMBDA { SweepBlock(band, coder, r, block, least); });
+    CodeMarkedBlocks([=, this](BandField& band, Coder& coder, const BlockPlace& place)
+                         MAROVIA_INLINE_LAMBDA { SweepBlock(band, coder, place, least); });
   }
 
-  // Scores are read from a copy, in which a found cell raises the next two of its row; all else
-  // that it raises lies behind, or in blocks and rows that come later, and waits until the block is
-  // done.
-  MAROVIA_INLINE void SweepBlock(BandField& band, Coder& coder, int r, int block, int least) {
-    const std::size_t word = band.Word(r, block);
-    const std::uint64_t open = ~closed_[word];
-    const std::uint8_t* cells = band.score + band.Cell(r, block);
-    std::uint64_t left = open & Lanes::AtLeast(cells, least);
+  // A found cell raises the next two of its row at once: they may be visited because of that. All
+  // else that it raises lies behind, or in rows that come later, and waits until the block is done.
+  MAROVIA_INLINE void SweepBlock(BandField& band, Coder& coder, const BlockPlace& place,
+                                 int least) {
+    const std::uint64_t open = ~closed_[place.word];
+    std::uint8_t* scores = band.score + place.cell;
+    std::uint64_t left = open & Lanes::AtLeast(scores, least);
     if (left == 0) return;
-    std::array<std::uint8_t, kBlock + 2> scores;
-    std::memcpy(scores.data(), cells, kBlock);
-    FindCounters& counters = counters_.FindOf(band.kind == BandKind::kDiagonal, band.level);
-    const std::uint64_t plane = plane_[word];
+    FindCounters& counters = counters_.find[band.findPlace];
+    const std::uint64_t plane = plane_[place.word];
     std::uint64_t visited = 0;
     std::uint64_t hits = 0;
     do {
       const int i = std::countr_zero(left);
       left &= left - 1;
       visited |= Bit(i);
-      Counter& counter = counters[kClassOfScore[scores[static_cast<std::size_t>(i)]]];
+      Counter& counter = counters[kClassOfScore[scores[i]]];
       if (!coder.Decide(counter, (plane >> i & 1) != 0)) continue;
-      if (!CodeSign(band, coder, r, block, i)) continue;
+      if (!CodeSign(band, coder, place, i)) continue;
       hits |= Bit(i);
       left |= open & RaiseNextTwo(band, scores, i, least);
     } while (left != 0);
-    closed_[word] |= visited;
-    if (hits != 0) TakeHits(band, r, block, hits);
+    closed_[place.word] |= visited;
+    if (hits != 0) TakeHits(band, place, hits);
   }
 
-  // The two cells behind the i-th that reach the score.
-  MAROVIA_INLINE static std::uint64_t RaiseNextTwo(const BandField& band,
-                                                   std::array<std::uint8_t, kBlock + 2>& scores,
+  // The two cells behind the i-th, where they reach the score.
+  MAROVIA_INLINE static std::uint64_t RaiseNextTwo(const BandField& band, std::uint8_t* scores,
                                                    int i, int least) {
-    const auto next = static_cast<std::size_t>(i) + 1;
-    scores[next] = static_cast<std::uint8_t>(scores[next] + band.besideRow[3]);
-    scores[next + 1] = static_cast<std::uint8_t>(scores[next + 1] + band.besideRow[4]);
-    const std::uint64_t reached = (scores[next] >= least ? 2U : 0U) |  //
-                                  (scores[next + 1] >= least ? 4U : 0U);
+    RaiseOne(scores[i + 1], band.nextCol);
+    RaiseOne(scores[i + 2], band.twoCols);
+    const std::uint64_t reached =
+        (scores[i + 1] >= least ? 2U : 0U) | (scores[i + 2] >= least ? 4U : 0U);
     return reached << i;
   }
 
-  void TakeHits(BandField& band, int r, int block, std::uint64_t hits) {
-    const std::size_t word = band.Word(r, block);
-    found_[word] |= hits;
-    if constexpr (!Coder::kWrites) plane_[word] |= hits;
+  void TakeHits(BandField& band, const BlockPlace& place, std::uint64_t hits) {
+    found_[place.word] |= hits;
+    if constexpr (!Coder::kWrites) plane_[place.word] |= hits;
     for (; hits != 0; hits &= hits - 1) {
-      const int c = kBlock * block + std::countr_zero(hits);
-      band.known[r * band.pitch + c] = 1;
-      RaiseAround(band, r, c);
+      const int i = std::countr_zero(hits);
+      band.known[place.cell + i] = 1;
+      RaiseAround(band, place.r, place.c + i);
     }
   }
 
   // Whether the stream still held the sign.
-  MAROVIA_INLINE bool CodeSign(BandField& band, Coder& coder, int r, int block, int i) {
-    std::int8_t* sign = band.sign + band.Cell(r, block) + i;
+  MAROVIA_INLINE bool CodeSign(BandField& band, Coder& coder, const BlockPlace& place, int i) {
+    std::int8_t* sign = band.sign + place.cell + i;
     const auto across = static_cast<std::size_t>(sign[-1] + sign[1] + 2);
     const auto down = static_cast<std::size_t>(sign[-band.pitch] + sign[band.pitch] + 2);
-    const SignPlace place = kSignPlaces[across][down];
-    const std::uint32_t opposite = 0U - place.opposite;
+    const SignPlace context = kSignPlaces[across][down];
+    const std::uint32_t opposite = 0U - context.opposite;
     std::uint32_t negative = 0;
     if constexpr (Coder::kWrites) {
-      negative = 0U - static_cast<std::uint32_t>(field_.negative[band.Word(r, block)] >> i & 1);
+      negative = 0U - static_cast<std::uint32_t>(field_.negative[place.word] >> i & 1);
     }
-    Counter& counter = counters_.sign[static_cast<std::size_t>(band.kind)][place.place];
+    Counter& counter = counters_.sign[static_cast<std::size_t>(band.kind)][context.place];
     negative = coder.DecideBlindly(counter, 0, negative ^ opposite) ^ opposite;
     if (coder.Ended()) return false;
     *sign = static_cast<std::int8_t>(negative | 1);
@@ -200,12 +211,14 @@ class PassWalk {
     Mark(band, r2, c2);
   }
 
+  // All but the next two cells of the row.
   MAROVIA_INLINE static void RaiseAround(BandField& band, int r, int c) {
     const std::ptrdiff_t pitch = band.pitch;
     std::uint8_t* score = band.score + r * pitch + c;
+    RaiseOne(score[-2], band.twoCols);
+    RaiseOne(score[-1], band.nextCol);
     RaiseOne(score[-2 * pitch], band.twoRows);
     RaiseScores<std::uint32_t>(score - pitch - 1, band.nextRow);
-    RaiseScores<std::uint64_t>(score - 2, band.besideRow);
     RaiseScores<std::uint32_t>(score + pitch - 1, band.nextRow);
     RaiseOne(score[2 * pitch], band.twoRows);
     MarkSquare(band, r - 2, c - 2, r + 2, c + 2);
@@ -234,17 +247,17 @@ class PassWalk {
   }
 
   void Refine() {
-    CodeMarkedBlocks([this](BandField& band, Coder& coder, int r, int block)
-                         MAROVIA_INLINE_LAMBDA { RefineBlock(band, coder, r, block); });
+    CodeMarkedBlocks([this](BandField& band, Coder& coder, const BlockPlace& place)
+                         MAROVIA_INLINE_LAMBDA { RefineBlock(band, coder, place); });
   }
 
   // The counter of a cell follows from the known values around it. Of those only the left one's may
   // have grown since the block was begun, by one: both counters are worked out beforehand.
-  MAROVIA_INLINE void RefineBlock(BandField& band, Coder& coder, int r, int block) {
-    const std::size_t word = band.Word(r, block);
+  MAROVIA_INLINE void RefineBlock(BandField& band, Coder& coder, const BlockPlace& place) {
+    const std::size_t word = place.word;
     std::uint64_t left = old_[word];
     if (left == 0) return;
-    std::uint8_t* known = band.known + band.Cell(r, block);
+    std::uint8_t* known = band.known + place.cell;
     RefinementPlaces places;
     Lanes::FindPlaces(known, band.pitch, places);
     const std::uint64_t plane = plane_[word];
@@ -255,12 +268,11 @@ class PassWalk {
       const int i = std::countr_zero(left);
       const std::uint64_t bit = left & (0 - left);
       const std::uint32_t besideGrown = 0U - static_cast<std::uint32_t>((grown << 1) >> i & 1);
-      const std::uint32_t place =
-          Choose(besideGrown, places.besideGrown[static_cast<std::size_t>(i)],
-                 places.asItIs[static_cast<std::size_t>(i)]);
-      const std::uint32_t even = 0U - (place >> 4);
+      const std::uint32_t at = Choose(besideGrown, places.besideGrown[static_cast<std::size_t>(i)],
+                                      places.asItIs[static_cast<std::size_t>(i)]);
+      const std::uint32_t even = 0U - (at >> 4);
       const std::uint32_t isOne = coder.DecideBlindly(
-          counters_.refine[place], even, 0U - static_cast<std::uint32_t>(plane >> i & 1));
+          counters_.refine[at], even, 0U - static_cast<std::uint32_t>(plane >> i & 1));
       if (coder.Ended()) break;
       const std::uint64_t one = bit & (0 - std::uint64_t{isOne & 1});
       ones |= one;
@@ -297,7 +309,7 @@ class PassWalk {
       if (members[t] == 0) continue;
       Counter& counter = counters_.tile[(members[t] & scored[t]) != 0 ? 1 : 0];
       if (!coder.template Decide<kTilePace>(counter, (members[t] & plane[t]) != 0)) continue;
-      FindInTile(band, coder, {kGroupRows * groupRow, block, tile}, members[t], plane[t]);
+      FindInTile(band, coder, groupRow, kBlock * block + 8 * tile, members[t], plane[t]);
       scored = Scored(band, groupRow, block);
     }
   }
@@ -316,28 +328,25 @@ class PassWalk {
     return tiles;
   }
 
-  struct TilePlace {
-    int row;
-    int block;
-    int tile;
-  };
-
   // The last member is found without a decision where none before it was: some member is.
-  void FindInTile(BandField& band, Coder& coder, TilePlace place, std::uint64_t members,
+  void FindInTile(BandField& band, Coder& coder, int groupRow, int col, std::uint64_t members,
                   std::uint64_t plane) {
-    FindCounters& counters = counters_.FindOf(band.kind == BandKind::kDiagonal, band.level);
+    FindCounters& counters = counters_.find[band.findPlace];
+    const int block = col / kBlock;
     bool someFound = false;
     for (; members != 0; members &= members - 1) {
       const int i = std::countr_zero(members);
-      const int r = place.row + i / 8;
-      const int inBlock = 8 * place.tile + i % 8;
+      const int r = kGroupRows * groupRow + i / 8;
+      const int inBlock = col % kBlock + i % 8;
+      const BlockPlace place{r, kBlock * block, band.Word(r, block), band.Cell(r, block)};
       const bool implied = !someFound && (members & (members - 1)) == 0;
-      const std::uint8_t score = band.score[band.Cell(r, place.block) + inBlock];
-      if (!implied && !coder.Decide(counters[kClassOfScore[score]], (plane >> i & 1) != 0))
-        continue;
-      if (!CodeSign(band, coder, r, place.block, inBlock)) return;
+      std::uint8_t* scores = band.score + place.cell;
+      Counter& counter = counters[kClassOfScore[scores[inBlock]]];
+      if (!implied && !coder.Decide(counter, (plane >> i & 1) != 0)) continue;
+      if (!CodeSign(band, coder, place, inBlock)) return;
       someFound = true;
-      TakeHits(band, r, place.block, Bit(inBlock));
+      RaiseNextTwo(band, scores, inBlock, 0);
+      TakeHits(band, place, Bit(inBlock));
     }
   }
 
