@@ -132,16 +132,28 @@ class PassWalk {
     const std::uint64_t plane = plane_[place.word];
     std::uint64_t visited = 0;
     std::uint64_t hits = 0;
-    do {
-      const int i = std::countr_zero(left);
+    const auto counterOf = [&](int i) { return &counters[kClassOfScore[scores[i]]]; };
+    int i = std::countr_zero(left);
+    Counter* counter = counterOf(i);
+    while (true) {
       left &= left - 1;
       visited |= Bit(i);
-      Counter& counter = counters[kClassOfScore[scores[i]]];
-      if (!coder.Decide(counter, (plane >> i & 1) != 0)) continue;
-      if (!CodeSign(band, coder, place, i)) continue;
-      hits |= Bit(i);
-      left |= open & RaiseNextTwo(band, scores, i, least);
-    } while (left != 0);
+      const int next = std::countr_zero(left);
+      Counter* nextCounter = nullptr;
+      SignPlace sign{};
+      if constexpr (!Coder::kWrites) {
+        nextCounter = BeforeJump(counterOf(next));
+        sign = BeforeJump(SignPlaceOf(band, place, i));
+      }
+      const bool hit = coder.Decide(*counter, (plane >> i & 1) != 0);
+      if (hit && CodeSign(band, coder, place, i, sign)) {
+        hits |= Bit(i);
+        left |= open & RaiseNextTwo(band, scores, i, least);
+      }
+      if (left == 0) break;
+      i = hit ? std::countr_zero(left) : next;
+      counter = hit || Coder::kWrites ? counterOf(i) : nextCounter;
+    }
     closed_[place.word] |= visited;
     if (hits != 0) TakeHits(band, place, hits);
   }
@@ -166,12 +178,25 @@ class PassWalk {
     }
   }
 
-  // Whether the stream still held the sign.
-  MAROVIA_INLINE bool CodeSign(BandField& band, Coder& coder, const BlockPlace& place, int i) {
-    std::int8_t* sign = band.sign + place.cell + i;
+  template <class T>
+  MAROVIA_INLINE static T BeforeJump(T value) {
+    asm volatile("" : "+r"(value));
+    return value;
+  }
+
+  MAROVIA_INLINE static SignPlace SignPlaceOf(const BandField& band, const BlockPlace& place,
+                                              int i) {
+    const std::int8_t* sign = band.sign + place.cell + i;
     const auto across = static_cast<std::size_t>(sign[-1] + sign[1] + 2);
     const auto down = static_cast<std::size_t>(sign[-band.pitch] + sign[band.pitch] + 2);
-    const SignPlace context = kSignPlaces[across][down];
+    return kSignPlaces[across][down];
+  }
+
+  // Whether the stream still held the sign.
+  MAROVIA_INLINE bool CodeSign(BandField& band, Coder& coder, const BlockPlace& place, int i,
+                               SignPlace context) {
+    std::int8_t* sign = band.sign + place.cell + i;
+    if constexpr (Coder::kWrites) context = SignPlaceOf(band, place, i);
     const std::uint32_t opposite = 0U - context.opposite;
     std::uint32_t negative = 0;
     if constexpr (Coder::kWrites) {
@@ -343,7 +368,7 @@ class PassWalk {
       std::uint8_t* scores = band.score + place.cell;
       Counter& counter = counters[kClassOfScore[scores[inBlock]]];
       if (!implied && !coder.Decide(counter, (plane >> i & 1) != 0)) continue;
-      if (!CodeSign(band, coder, place, inBlock)) return;
+      if (!CodeSign(band, coder, place, inBlock, SignPlaceOf(band, place, inBlock))) return;
       someFound = true;
       RaiseNextTwo(band, scores, inBlock, 0);
       TakeHits(band, place, Bit(inBlock));
