@@ -27,11 +27,13 @@ struct BlockPlace {
   std::ptrdiff_t cell;
 };
 
-// action(place) in raster order for the blocks of marked groups, until it returns false.
+// action(place) in raster order for the blocks of marked groups, until it returns false. A row of
+// groups without a mark stays so: what raises scores in it, or above it, has been there before.
 template <class Action>
 MAROVIA_INLINE void EachMarkedBlock(const BandField& band, const Action& action) {
   for (int first = 0; first < band.rows; first += kGroupRows) {
     const std::uint8_t* marks = band.MarksOf(first / kGroupRows);
+    if (std::memchr(marks, 1, static_cast<std::size_t>(band.blocks)) == nullptr) continue;
     const int end = std::min(first + kGroupRows, band.rows);
     BlockPlace row{first, 0, band.Word(first, 0), band.Cell(first, 0)};
     for (; row.r < end; ++row.r, ++row.word, row.cell += band.pitch) {
