@@ -26,9 +26,7 @@ inline constexpr int kGroupRows = 8;
 class ZeroedMemory {
  public:
   ZeroedMemory() = default;
-  explicit ZeroedMemory(std::size_t size) : bytes_(std::calloc(size, 1)) {
-    if (bytes_ == nullptr) throw std::bad_alloc();
-  }
+  explicit ZeroedMemory(std::size_t size);
   [[nodiscard]] std::byte* Data() const { return static_cast<std::byte*>(bytes_.get()); }
 
  private:
