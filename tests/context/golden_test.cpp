@@ -1,5 +1,6 @@
 // The recorded context-coded files and the pictures of whole and cut ones.
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
@@ -80,10 +81,19 @@ std::string LabelOf(const Cells& row) {
 }
 
 struct Codec {
-  const char* name;
-  Bytes (*encode)(const Image&, const ContextOptions&);
-  ContextPicture (*decode)(ByteView);
+  std::string name;
+  std::function<Bytes(const Image&, const ContextOptions&)> encode;
+  std::function<ContextPicture(ByteView)> decode;
 };
+
+// With the loops for any processor, or with those that this one is best at.
+Codec Engine(const std::string& name, const ContextKernels& kernels) {
+  return {name,
+          [&kernels](const Image& image, const ContextOptions& options) {
+            return EncodeContextWith(kernels, image, options);
+          },
+          [&kernels](ByteView file) { return DecodeContextWith(kernels, file, {}); }};
+}
 
 class ContextGolden : public testing::TestWithParam<Codec> {};
 
@@ -114,19 +124,11 @@ TEST_P(ContextGolden, GivesTheRecordedPicturesOfCutFiles) {
   }
 }
 
-// With the loops for any processor, or with those that this one is best at.
-template <const ContextKernels& (*kKernels)()>
-constexpr Codec kEngine{kKernels == PlainKernels ? "PlainKernels" : "BestKernels",
-                        [](const Image& image, const ContextOptions& options) {
-                          return EncodeContextWith(kKernels(), image, options);
-                        },
-                        [](ByteView file) { return DecodeContextWith(kKernels(), file, {}); }};
-
-INSTANTIATE_TEST_SUITE_P(, ContextGolden,
-                         testing::Values(Codec{"PlainWalk", plain::EncodeContext,
-                                               plain::DecodeContext},
-                                         kEngine<PlainKernels>, kEngine<BestKernels>),
-                         [](const auto& codec) { return std::string(codec.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    , ContextGolden,
+    testing::Values(Codec{"PlainWalk", plain::EncodeContext, plain::DecodeContext},
+                    Engine("PlainKernels", PlainKernels()), Engine("BestKernels", BestKernels())),
+    [](const auto& codec) { return codec.param.name; });
 
 }  // namespace
 }  // namespace marovia

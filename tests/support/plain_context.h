@@ -1,5 +1,6 @@
-// The context-coded file read and written one decision at a time, over plain arrays, to hold the
-// library's engine against. Header, bands and transform are the library's.
+// The context-coded file read and written one coefficient after another, over plain arrays, to hold
+// the library's engine against. Transform, counters and range coder are the library's: the recorded
+// files hold those.
 #pragma once
 
 #include "context/context_codec.h"
