@@ -2,6 +2,7 @@
 #include <bit>
 #include <limits>
 #include <string>
+#include <type_traits>
 
 #include "context/kernels.h"
 #include "measures/region.h"
@@ -77,7 +78,7 @@ class Analysis {
  private:
   template <class Sample>
   void Run(const Image& image, const ContextHeader& header) {
-    constexpr int kUnits = IsWhole<Sample> ? 1 : 16;
+    constexpr int kUnits = std::is_same_v<Sample, float> ? 16 : 1;
     ForwardBands<Sample>(image, header, [&](std::size_t band, int r, std::span<const Sample> row) {
       if (band > 0) return CutRow(band, r, row);
       std::ranges::transform(row, low_.Row(r).begin(), [](Sample sample) {
@@ -85,9 +86,6 @@ class Analysis {
       });
     });
   }
-
-  template <class Sample>
-  static constexpr bool IsWhole = std::is_same_v<Sample, std::int32_t>;
 
   void CutRow(std::size_t band, int r, std::span<const std::int32_t> row) {
     magnitudes_ |= kernels_.cutWhole(field, field.Bands()[band], r, row);

@@ -115,14 +115,14 @@ struct SignPlace {
 };
 inline constexpr auto kSignPlaces = [] {
   std::array<std::array<SignPlace, 5>, 5> places{};
-  for (int across = -2; across <= 2; ++across) {
-    for (int down = -2; down <= 2; ++down) {
-      int h = across < 0 ? -1 : across > 0 ? 1 : 0;
-      int v = down < 0 ? -1 : down > 0 ? 1 : 0;
+  for (std::size_t across = 0; across < 5; ++across) {
+    for (std::size_t down = 0; down < 5; ++down) {
+      int h = across < 2 ? -1 : across > 2 ? 1 : 0;
+      int v = down < 2 ? -1 : down > 2 ? 1 : 0;
       const bool opposite = h < 0 || (h == 0 && v < 0);
       if (opposite) h = -h, v = -v;
-      places[static_cast<std::size_t>(across + 2)][static_cast<std::size_t>(down + 2)] = {
-          static_cast<std::uint8_t>(h == 0 ? v : 3 + v), static_cast<std::uint8_t>(opposite)};
+      places[across][down] = {static_cast<std::uint8_t>(h == 0 ? v : 3 + v),
+                              static_cast<std::uint8_t>(opposite)};
     }
   }
   return places;

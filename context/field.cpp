@@ -96,7 +96,8 @@ void UseLargePages([[maybe_unused]] std::byte* memory, [[maybe_unused]] std::siz
 
 }  // namespace
 
-ZeroedMemory::ZeroedMemory(std::size_t size) : bytes_(std::calloc(size, 1)) {
+ZeroedMemory::ZeroedMemory(std::size_t size)
+    : bytes_(std::calloc(size, 1)) {  // NOLINT(*-no-malloc): no container begins as zeros unwritten
   if (bytes_ == nullptr) throw std::bad_alloc();
   UseLargePages(Data(), size);
 }

@@ -31,7 +31,7 @@ class ZeroedMemory {
 
  private:
   struct Free {
-    void operator()(void* bytes) const { std::free(bytes); }  // NOLINT: as it was allocated
+    void operator()(void* bytes) const { std::free(bytes); }  // NOLINT(*-no-malloc,*-owning-memory)
   };
   std::unique_ptr<void, Free> bytes_;
 };

@@ -79,7 +79,7 @@ struct PlainLanes {
 
   // The same of the complement; whether anything is set in it.
   static bool TilesOfOpen(const std::uint64_t* closed, std::array<std::uint64_t, 8>& tiles) {
-    std::array<std::uint64_t, 8> open;
+    std::array<std::uint64_t, 8> open{};
     std::uint64_t any = 0;
     for (std::size_t r = 0; r < 8; ++r) any |= open[r] = ~closed[r];
     if (any != 0) TilesOf(open.data(), tiles);
@@ -112,7 +112,7 @@ struct PlainLanes {
 
  private:
   static std::uint64_t EightBytes(const std::uint8_t* bytes) {
-    std::uint64_t word;
+    std::uint64_t word = 0;
     std::memcpy(&word, bytes, sizeof word);
     if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
     return word;

@@ -285,7 +285,7 @@ class PassWalk {
     std::uint64_t left = old_[word];
     if (left == 0) return;
     std::uint8_t* known = band.known + place.cell;
-    RefinementPlaces places;
+    RefinementPlaces places;  // NOLINT(*-member-init): written whole
     Lanes::FindPlaces(known, band.pitch, places);
     const std::uint64_t plane = plane_[word];
     std::uint64_t ones = 0;
@@ -326,7 +326,7 @@ class PassWalk {
 
   MAROVIA_INLINE void TileGroup(BandField& band, Coder& coder, int groupRow, int block) {
     const std::size_t word = band.WordsOfGroup(groupRow, block);
-    TileBits members;
+    TileBits members;  // NOLINT(*-member-init): written whole where it is used
     if (!Lanes::TilesOfOpen(closed_ + word, members)) return;
     TileBits plane{};
     if constexpr (Coder::kWrites) Lanes::TilesOf(plane_ + word, plane);
@@ -344,7 +344,7 @@ class PassWalk {
   MAROVIA_INLINE TileBits Scored(const BandField& band, int groupRow, int block) {
     TileBits tiles{};
     if (band.MarksOf(groupRow)[block] == 0) return tiles;
-    TileBits rows;
+    TileBits rows;  // NOLINT(*-member-init): written whole
     for (int r = 0; r < kGroupRows; ++r) {
       rows[static_cast<std::size_t>(r)] =
           kGroupRows * groupRow + r < band.rows

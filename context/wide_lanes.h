@@ -16,7 +16,7 @@ struct WideLanes {
     return half(bytes) | half(bytes + 32) << 32;
   }
 
-  static void DoubleKnown(std::uint8_t* known) {
+  static void DoubleKnown(std::uint8_t* known) {  // NOLINT(*-non-const-parameter)
     for (std::uint8_t* half : {known, known + 32}) {
       const __m256i value = Load(half);
       Store(half, _mm256_min_epu8(_mm256_add_epi8(value, value), _mm256_set1_epi8(kMostKnown)));
@@ -60,10 +60,11 @@ struct WideLanes {
 
   static std::uint32_t Cut(const std::int32_t* values, int shift, std::uint64_t* planes,
                            std::size_t stride, std::uint64_t& negative) {
-    alignas(32) std::array<std::array<std::uint8_t, 64>, 4> bytes;  // [byte of a value][cell]
+    // [byte of a value][cell]
+    alignas(32) std::array<std::array<std::uint8_t, 64>, 4> bytes;  // NOLINT(*-member-init)
     __m256i all = _mm256_setzero_si256();
     for (const int half : {0, 32}) {
-      FourVectors m;
+      FourVectors m;  // NOLINT(*-member-init): so are these, and all below, written whole
       for (std::size_t i = 0; i < 4; ++i) {
         const __m256i value = Load(values + half + 8 * i);
         const auto signs = static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(value)));
@@ -87,7 +88,7 @@ struct WideLanes {
     for (int first = how.lowest & ~7; first <= how.highest; first += 8) {
       JoinByte(block, how, first, bytes[static_cast<std::size_t>(first / 8)].data());
     }
-    alignas(32) std::array<std::uint8_t, 64> precisions;
+    alignas(32) std::array<std::uint8_t, 64> precisions;  // NOLINT(*-member-init)
     FindPrecisions(block, precisions.data());
     const __m256i added =
         _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(&how.added)));
