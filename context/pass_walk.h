@@ -5,63 +5,19 @@
 // changes nothing that the picture is made of, so that the walk looks for the end only once a row.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <cstring>
 
 #include "base/bits.h"
+#include "context/block_walk.h"
 #include "context/counters.h"
 #include "context/field.h"
 #include "context/passes.h"
+#include "context/raises.h"
 #include "context/range_coder.h"
 
 namespace marovia {
-
-// A block of a band: its row, its first column, and where masks and bytes have it.
-struct BlockPlace {
-  int r;
-  int c;
-  std::size_t word;
-  std::ptrdiff_t cell;
-};
-
-// action(place) in raster order for the blocks of marked groups, until it returns false. A row of
-// groups without a mark stays so: what raises scores in it, or above it, has been there before.
-template <class Action>
-MAROVIA_INLINE void EachMarkedBlock(const BandField& band, const Action& action) {
-  for (int first = 0; first < band.rows; first += kGroupRows) {
-    const std::uint8_t* marks = band.MarksOf(first / kGroupRows);
-    if (std::memchr(marks, 1, static_cast<std::size_t>(band.blocks)) == nullptr) continue;
-    const int end = std::min(first + kGroupRows, band.rows);
-    BlockPlace row{first, 0, band.Word(first, 0), band.Cell(first, 0)};
-    for (; row.r < end; ++row.r, ++row.word, row.cell += band.pitch) {
-      BlockPlace place = row;
-      for (int block = 0; block < band.blocks; ++block) {
-        if (marks[block] != 0 && !action(place)) return;
-        place.c += kBlock;
-        place.cell += kBlock;
-        place.word += kGroupRows;
-      }
-    }
-  }
-}
-
-// What was found stays closed, all else opens; what is known of the found doubles.
-template <class Lanes>
-void BeginPlane(ContextField& field, int plane) {
-  for (const BandField& band : field.Bands()) {
-    if (plane < band.shift) continue;
-    EachMarkedBlock(band, [&](const BlockPlace& place) {
-      const std::uint64_t found = field.found[place.word];
-      field.old[place.word] = found;
-      field.closed[place.word] = found | band.Beyond(place.c / kBlock);
-      if (found != 0) Lanes::DoubleKnown(band.known + place.cell);
-      return true;
-    });
-  }
-}
 
 template <class Lanes, class Coder>
 class PassWalk {
@@ -147,27 +103,22 @@ class PassWalk {
         nextCounter = BeforeJump(counterOf(next));
         sign = BeforeJump(SignPlaceOf(band, place, i));
       }
-      const bool hit = coder.Decide(*counter, (plane >> i & 1) != 0);
-      if (hit && CodeSign(band, coder, place, i, sign)) {
+      if (!coder.Decide(*counter, (plane >> i & 1) != 0)) {
+        if (left == 0) break;
+        i = next;
+        counter = Coder::kWrites ? counterOf(i) : nextCounter;
+        continue;
+      }
+      if (CodeSign(band, coder, place, i, sign)) {
         hits |= Bit(i);
         left |= open & RaiseNextTwo(band, scores, i, least);
       }
       if (left == 0) break;
-      i = hit ? std::countr_zero(left) : next;
-      counter = hit || Coder::kWrites ? counterOf(i) : nextCounter;
+      i = std::countr_zero(left);
+      counter = counterOf(i);
     }
     closed_[place.word] |= visited;
     if (hits != 0) TakeHits(band, place, hits);
-  }
-
-  // The two cells behind the i-th, where they reach the score.
-  MAROVIA_INLINE static std::uint64_t RaiseNextTwo(const BandField& band, std::uint8_t* scores,
-                                                   int i, int least) {
-    RaiseOne(scores[i + 1], band.nextCol);
-    RaiseOne(scores[i + 2], band.twoCols);
-    const std::uint64_t reached =
-        (scores[i + 1] >= least ? 2U : 0U) | (scores[i + 2] >= least ? 4U : 0U);
-    return reached << i;
   }
 
   void TakeHits(BandField& band, const BlockPlace& place, std::uint64_t hits) {
@@ -209,68 +160,6 @@ class PassWalk {
     if (coder.Ended()) return false;
     *sign = static_cast<std::int8_t>(negative | 1);
     return true;
-  }
-
-  // Scores stay below 128: adding words carries nothing from one to the next.
-  template <class Word>
-  MAROVIA_INLINE static void RaiseScores(std::uint8_t* scores, const Raise& raise) {
-    Word word;
-    Word added;
-    std::memcpy(&word, scores, sizeof word);
-    std::memcpy(&added, raise.data(), sizeof added);
-    word = static_cast<Word>(word + added);
-    std::memcpy(scores, &word, sizeof word);
-  }
-
-  MAROVIA_INLINE static void RaiseOne(std::uint8_t& score, std::uint8_t amount) {
-    score = static_cast<std::uint8_t>(score + amount);
-  }
-
-  static void Mark(const BandField& band, int r, int c) {
-    band.marks[(r >> 3) * band.markPitch + (c >> 6)] = 1;
-  }
-
-  // The four groups that the corners of a raised square lie in are all that it reaches.
-  static void MarkSquare(const BandField& band, int r1, int c1, int r2, int c2) {
-    Mark(band, r1, c1);
-    Mark(band, r1, c2);
-    Mark(band, r2, c1);
-    Mark(band, r2, c2);
-  }
-
-  // All but the next two cells of the row.
-  MAROVIA_INLINE static void RaiseAround(BandField& band, int r, int c) {
-    const std::ptrdiff_t pitch = band.pitch;
-    std::uint8_t* score = band.score + r * pitch + c;
-    RaiseOne(score[-2], band.twoCols);
-    RaiseOne(score[-1], band.nextCol);
-    RaiseOne(score[-2 * pitch], band.twoRows);
-    RaiseScores<std::uint32_t>(score - pitch - 1, band.nextRow);
-    RaiseScores<std::uint32_t>(score + pitch - 1, band.nextRow);
-    RaiseOne(score[2 * pitch], band.twoRows);
-    MarkSquare(band, r - 2, c - 2, r + 2, c + 2);
-    for (const SamePlace& other : band.same) {
-      if (other.band == nullptr) break;
-      RaiseOne(other.band->score[r * other.band->pitch + c], other.amount);
-      Mark(*other.band, r, c);
-    }
-    if (band.finer != nullptr) RaiseFiner(*band.finer, 2 * r, 2 * c);
-  }
-
-  // The four children from (r, c) on by 2, and by 1 the cells at distance 1 and 2 straight beside
-  // their square.
-  MAROVIA_INLINE static void RaiseFiner(BandField& band, int r, int c) {
-    constexpr Raise kTwo = {1, 1};
-    constexpr Raise kSix = {1, 1, 2, 2, 1, 1};
-    const std::ptrdiff_t pitch = band.pitch;
-    std::uint8_t* score = band.score + r * pitch + c;
-    RaiseScores<std::uint16_t>(score - 2 * pitch, kTwo);
-    RaiseScores<std::uint16_t>(score - pitch, kTwo);
-    RaiseScores<std::uint64_t>(score - 2, kSix);
-    RaiseScores<std::uint64_t>(score + pitch - 2, kSix);
-    RaiseScores<std::uint16_t>(score + 2 * pitch, kTwo);
-    RaiseScores<std::uint16_t>(score + 3 * pitch, kTwo);
-    MarkSquare(band, r - 2, c - 2, r + 3, c + 3);
   }
 
   void Refine() {
