@@ -32,14 +32,14 @@ void frmMain::DeCompress_WDR_Arithmetic()          { DeCompress(FileKind::kAwa);
 void frmMain::DeCompress_ASWDR_Binary_Ver1()       { DeCompress(FileKind::kAwd); }
 void frmMain::DeCompress_ASWDR_Arithmetic_Ver1()   { DeCompress(FileKind::kAwf); }
 void frmMain::DeCompress_ASWDR_Ver1_Lossless()     { DeCompress(FileKind::kAwg); }
-void frmMain::Compress_ASWDR_Binary_Ver2()         { Note("Procedure not available yet."); }
-void frmMain::DeCompress_ASWDR_Binary_Ver2()       { Note("Procedure not available yet."); }
+void frmMain::Compress_ASWDR_Binary_Ver2()         { Compress(FileKind::kAwc, Emphasis::kNone); }
+void frmMain::DeCompress_ASWDR_Binary_Ver2()       { DeCompress(FileKind::kAwc); }
 // clang-format on
 
 void frmMain::Compress(FileKind kind, Emphasis emphasis) {
   RequireImage();
   const Coder& coder = CoderOf(kind);
-  if (coder.scan == ScanKind::kAdaptive) SendMessage("");
+  if (coder.scan != ScanKind::kFixed) SendMessage("");
   std::string fileName;
   if (SetCompressedFileName(fileName, coder.extension) == -1) return;
   CompressInto(fileName, coder, emphasis);

@@ -156,7 +156,7 @@ class frmMain : public Controls {
   void DeCompress_ASWDR_Binary_Ver1();
   void DeCompress_ASWDR_Arithmetic_Ver1();
   void DeCompress_ASWDR_Ver1_Lossless();
-  // The hidden second version has no coder yet: both say so.
+  // Of the hidden choice; files made so open by name all the same.
   void Compress_ASWDR_Binary_Ver2();
   void DeCompress_ASWDR_Binary_Ver2();
 

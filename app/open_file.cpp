@@ -23,6 +23,12 @@ bool IsImageName(const std::filesystem::path& file) {
   return extension == "pgm" || extension == "bmp";
 }
 
+// Its place among the options. That of awc is hidden, but Go takes such a file again all the same.
+std::size_t MethodOf(const Coder& coder) {
+  if (coder.kind == FileKind::kAwc) return 2;
+  return coder.scan == ScanKind::kFixed ? 0 : 1;
+}
+
 // The rate at which a file was made; "0" for a lossless one.
 std::string RateText(const FileInfo& info) {
   if (!info.budget) return "0";
@@ -46,7 +52,7 @@ void frmMain::OpenFile(const std::filesystem::path& file) {
       OpenCompressedFile(file.string(), *kind);
     } else {
       Note(file.filename().string() +
-           ": neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg).");
+           ": neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg, awc).");
     }
   });
 }
@@ -55,7 +61,7 @@ void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
   SendMessage("Decompressing...");
   const Bytes bytes = ReadChosenFile(fileName);
   const Coder& coder = CoderOf(kind);
-  OpMethod.Select(coder.scan == ScanKind::kAdaptive ? 1 : 0);
+  OpMethod.Select(MethodOf(coder));
   OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   txtBitRate.text = RateText(Inspect(bytes, kind));
   mnuDecompress.enabled = true;

@@ -27,7 +27,7 @@ constexpr Outcome kCompressing[] = {
     {"WDR", "Arithmetic", "awa", "awa", kNoLossless, kNoLossless},
     {"ASWDR", "Binary", "awd", "awd", kNoLossless, kNoLossless},
     {"ASWDR", "Arithmetic", "awf", "awf", "awg", "awg"},
-    {"ASWDR_2", "Binary", kNotYet, kNoRegionYet, kNoLossless, kNoLossless},
+    {"ASWDR_2", "Binary", "awc", kNoRegionYet, kNoLossless, kNoLossless},
     {"ASWDR_2", "Arithmetic", kNotYet, kNotYet, kNoLossless, kNoLossless},
 };
 constexpr Outcome kDecompressing[] = {
@@ -35,7 +35,7 @@ constexpr Outcome kDecompressing[] = {
     {"WDR", "Arithmetic", "awa", "awa", kNoLossless, kNoLossless},
     {"ASWDR", "Binary", "awd", "awd", kNoLossless, kNoLossless},
     {"ASWDR", "Arithmetic", "awf", "awf", "awg", "awg"},
-    {"ASWDR_2", "Binary", kNotYet, kNotYet, kNoLossless, kNoLossless},
+    {"ASWDR_2", "Binary", "awc", "awc", kNoLossless, kNoLossless},
     {"ASWDR_2", "Arithmetic", kUntouched, kUntouched, kNoLossless, kNoLossless},
 };
 

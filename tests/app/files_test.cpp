@@ -190,6 +190,15 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestion) {
   EXPECT_EQ(*form.state.ReconstructedImage, source);
   EXPECT_EQ(form.txtBitRate.text, "0");
 
+  const Bytes ranked = marovia::Compress(source, {.kind = FileKind::kAwc, .rate = 2}).file;
+  WriteFile(Path("c.awc"), ranked);
+  form.OpenFile(Path("c.awc"));
+  desktop.answers = {Path("c.awc")};
+  form.Click(form.cmdBegin[0]);
+  EXPECT_EQ(desktop.questions.back().filter, "ASWDR_Ver2 binary compression (*.awc)|*.awc");
+  EXPECT_EQ(*form.state.ReconstructedImage, marovia::Decompress(ranked, FileKind::kAwc).image);
+  desktop.questions.clear();
+
   // Of a budget that is no round rate nothing is left out, and the image does not take it away.
   WriteFile(Path("c.pgm"), WriteFormPgm(source));
   const Bytes odd = marovia::Compress(Photograph(50, 33), {.bytes = 777}).file;

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <unistd.h>
 
+#include "codec/coders.h"
+
 namespace marovia::test {
 
 namespace fs = std::filesystem;
@@ -51,10 +53,9 @@ void FormTest::LoadFile(const fs::path& file) {
 }
 
 void FormTest::Choose(FileKind kind, std::string rate) {
-  const bool aswdr = kind != FileKind::kAwb && kind != FileKind::kAwa;
-  const bool binary = kind == FileKind::kAwb || kind == FileKind::kAwd;
-  form.OpMethod.Select(aswdr ? 1 : 0);
-  form.OpEntropyCode.Select(binary ? 0 : 1);
+  const Coder& coder = CoderOf(kind);
+  form.OpMethod.Select(static_cast<std::size_t>(coder.scan));
+  form.OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   form.txtBitRate.text = std::move(rate);
 }
 

@@ -130,6 +130,7 @@ TEST_P(WholeRun, LoadsCompressesDecompressesMeasuresAndFavoursARegion) {
   EXPECT_EQ(back.image == source, GetParam().kind == FileKind::kAwg);
   MeasureAndCheck(back.image, {});
 
+  if (GetParam().kind == FileKind::kAwc) return;  // which the form codes without a region
   // 256 picture coordinates over 128 lines: halves.
   const Region region{20, 30, 60, 70};
   Drag(60, 40, 140, 120);
@@ -142,13 +143,12 @@ TEST_P(WholeRun, LoadsCompressesDecompressesMeasuresAndFavoursARegion) {
   MeasureAndCheck(regionBack, region);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryCoder, WholeRun,
-                         testing::Values(Run{FileKind::kAwb, "0.5", "p.awb"},
-                                         Run{FileKind::kAwa, "0.5", "p.awa"},
-                                         Run{FileKind::kAwd, "0.5", "p.awd"},
-                                         Run{FileKind::kAwf, "0.5", "p.awf"},
-                                         Run{FileKind::kAwg, "0", "p.awg"}),
-                         [](const auto& test) { return std::string(test.param.file).substr(2); });
+INSTANTIATE_TEST_SUITE_P(
+    EveryCoder, WholeRun,
+    testing::Values(Run{FileKind::kAwb, "0.5", "p.awb"}, Run{FileKind::kAwa, "0.5", "p.awa"},
+                    Run{FileKind::kAwd, "0.5", "p.awd"}, Run{FileKind::kAwf, "0.5", "p.awf"},
+                    Run{FileKind::kAwg, "0", "p.awg"}, Run{FileKind::kAwc, "0.5", "p.awc"}),
+    [](const auto& test) { return std::string(test.param.file).substr(2); });
 
 }  // namespace
 }  // namespace marovia::test
