@@ -13,7 +13,7 @@
 #include <span>
 #include <vector>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 
