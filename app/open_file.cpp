@@ -23,12 +23,6 @@ bool IsImageName(const std::filesystem::path& file) {
   return extension == "pgm" || extension == "bmp";
 }
 
-// Its place among the options. That of awc is hidden, but Go takes such a file again all the same.
-std::size_t MethodOf(const Coder& coder) {
-  if (coder.kind == FileKind::kAwc) return 2;
-  return coder.scan == ScanKind::kFixed ? 0 : 1;
-}
-
 // The rate at which a file was made; "0" for a lossless one.
 std::string RateText(const FileInfo& info) {
   if (!info.budget) return "0";
@@ -61,7 +55,7 @@ void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
   SendMessage("Decompressing...");
   const Bytes bytes = ReadChosenFile(fileName);
   const Coder& coder = CoderOf(kind);
-  OpMethod.Select(MethodOf(coder));
+  OpMethod.Select(coder.method == ScanMethod::kAswdr ? coder.version : 0);
   OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   txtBitRate.text = RateText(Inspect(bytes, kind));
   mnuDecompress.enabled = true;

@@ -54,7 +54,7 @@ void FormTest::LoadFile(const fs::path& file) {
 
 void FormTest::Choose(FileKind kind, std::string rate) {
   const Coder& coder = CoderOf(kind);
-  form.OpMethod.Select(static_cast<std::size_t>(coder.scan));
+  form.OpMethod.Select(coder.method == ScanMethod::kAswdr ? coder.version : 0);
   form.OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   form.txtBitRate.text = std::move(rate);
 }
