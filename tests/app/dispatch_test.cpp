@@ -58,7 +58,7 @@ class Dispatch : public FormTest {
     SelectByCaption(form.OpEntropyCode, outcome.coding);
     form.txtBitRate.text = lossless ? "0.0" : "1";
     form.OpDisplayImage_Click();
-    if ((form.state.ROISelected != 0) != region) Drag(20, 20, 90, 90);
+    if ((form.state.region.IsInForce()) != region) Drag(20, 20, 90, 90);
     form.Report.text = kUntouched;
   }
 

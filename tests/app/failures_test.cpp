@@ -35,8 +35,9 @@ class Failures : public FormTest {
   // All that a user sees apart from Report.
   std::string Settings() {
     return form.txtLevels.text + "|" + form.txtBitRate.text + "|" + form.txtROIPercent.text + "|" +
-           form.cmbWavelet.text + "|" + form.Label[0].caption + "|" + form.state.GraphBoxContent +
-           form.state.GraphBoxRecContent + std::to_string(form.state.ROISelected) +
+           form.cmbWavelet.text + "|" + form.Label[0].caption + "|" +
+           std::to_string(static_cast<int>(form.GraphBox.content)) +
+           std::to_string(static_cast<int>(form.state.region.IsInForce())) +
            std::to_string(static_cast<int>(form.state.WaveletKind));
   }
 
@@ -156,7 +157,7 @@ TEST_F(Failures, ARefusedLevelCountWritesNothing) {
       EXPECT_EQ(form.Report.text, message);
       EXPECT_EQ(desktop.focused, (std::vector<std::string>{"txtLevels", "txtLevels"}));
       EXPECT_EQ(form.Label[0].caption, "Compress");
-      EXPECT_EQ(form.state.GraphBoxContent, 'I');
+      EXPECT_EQ(form.GraphBox.content, PictureContent::kImage);
     }
   }
   EXPECT_EQ(FileBytes(Path("old")), FromText("precious"));
@@ -264,7 +265,7 @@ TEST_F(Failures, WithoutAnImageEveryActionSaysWhatIsMissing) {
   Compute(1);
   expectMissing("There is no image yet");
   Drag(10, 10, 20, 20);
-  EXPECT_EQ(form.state.ROISelected, 0);
+  EXPECT_FALSE(form.state.region.IsInForce());
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ TEST_F(Padding, EveryLossyCoderTakesAPhotographOfAnySizeWithARegionToo) {
   for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf}) {
     Load(source);
     EXPECT_TRUE(desktop.reports.empty());
-    if (form.state.ROISelected == 0) Drag(30, 30, 90, 90);
+    if (!form.state.region.IsInForce()) Drag(30, 30, 90, 90);
     Compress(kind, "2", "a");
     EXPECT_TRUE(form.state.ReconstructedImage->SameShape(source));  // the mask
     Decompress(kind, "2", "a");

@@ -17,10 +17,10 @@ class RegionOnPicture : public FormTest {
            std::to_string(region.row2) + " " + std::to_string(region.col2);
   }
   bool InForce() {
-    EXPECT_EQ(form.state.ROISelected != 0, form.chkROIErrorOnly.checked);
-    EXPECT_EQ(form.state.ROISelected != 0, form.chkROIErrorOnly.enabled);
-    EXPECT_EQ(form.state.ROISelected != 0, form.GraphBox.outline.has_value());
-    return form.state.ROISelected != 0;
+    EXPECT_EQ(form.state.region.IsInForce(), form.chkROIErrorOnly.checked);
+    EXPECT_EQ(form.state.region.IsInForce(), form.chkROIErrorOnly.enabled);
+    EXPECT_EQ(form.state.region.IsInForce(), form.GraphBox.outline.has_value());
+    return form.state.region.IsInForce();
   }
   void Click(float x, float y) {
     form.GraphBox_MouseDown(kLeft, 0, x, y);
@@ -72,7 +72,7 @@ TEST_F(RegionOnPicture, TheOutlineFollowsTheDragAndAnotherButtonDoesNothing) {
   form.GraphBox_MouseMove(kLeft, 0, 30, 50);
   ASSERT_TRUE(form.GraphBox.outline);
   EXPECT_EQ(form.GraphBox.outline->corners.col2, 30);
-  EXPECT_EQ(form.state.ROISelected, 0);
+  EXPECT_FALSE(form.state.region.IsInForce());
   form.GraphBox_MouseUp(kLeft, 0, 60, 70);
   EXPECT_EQ(form.GraphBox.outline->corners.row2, 70);
 }
@@ -87,13 +87,13 @@ TEST_F(RegionOnPicture, ADoubleClickTakesBackWhatItsFirstClickDid) {
   const std::string report = form.Report.text;
   Click(1, 1);
   form.GraphBox_DblClick();
-  EXPECT_EQ(form.state.ROISelected, 1);
+  EXPECT_TRUE(form.state.region.IsInForce());
   EXPECT_TRUE(form.GraphBox.outline);
   EXPECT_EQ(Corners(), "20 20 50 50");
   EXPECT_FALSE(form.chkROIErrorOnly.checked);
   EXPECT_EQ(form.Report.text, report);
   form.GraphBox_DblClick();  // without a click before it
-  EXPECT_EQ(form.state.ROISelected, 1);
+  EXPECT_TRUE(form.state.region.IsInForce());
 }
 
 TEST_F(RegionOnPicture, KeysDrawWithACrosshairThatStaysInThePicture) {
@@ -111,7 +111,7 @@ TEST_F(RegionOnPicture, KeysDrawWithACrosshairThatStaysInThePicture) {
   press(PictureKey::kUp, true);
   press(PictureKey::kRight);
   EXPECT_EQ(form.GraphBox.outline->corners.row2, 240 * 15);
-  EXPECT_EQ(form.state.ROISelected, 0);
+  EXPECT_FALSE(form.state.region.IsInForce());
   press(PictureKey::kCorner);
   EXPECT_TRUE(InForce());
   EXPECT_EQ(Corners(), "60 64 63 64");
@@ -126,7 +126,7 @@ TEST_F(RegionOnPicture, KeysDrawWithACrosshairThatStaysInThePicture) {
                                         [this] { form.GraphBox_LostFocus(); }};
   for (const auto& end : ends) {
     press(PictureKey::kUp);
-    while (form.state.ROISelected != 0) press(PictureKey::kCorner);
+    while (form.state.region.IsInForce()) press(PictureKey::kCorner);
     press(PictureKey::kCorner);
     EXPECT_TRUE(form.GraphBox.outline);
     end();
@@ -138,11 +138,11 @@ TEST_F(RegionOnPicture, KeysDrawWithACrosshairThatStaysInThePicture) {
 TEST_F(RegionOnPicture, ItStaysInForceButHiddenWhileTheTransformShows) {
   Drag(20, 20, 200, 200);
   Compress(FileKind::kAwf, "1", "a.awf");
-  EXPECT_EQ(form.state.GraphBoxContent, 'T');
+  EXPECT_EQ(form.GraphBox.content, PictureContent::kTransform);
   EXPECT_FALSE(form.GraphBox.outline);
-  EXPECT_EQ(form.state.ROISelected, 1);
+  EXPECT_TRUE(form.state.region.IsInForce());
   Click(3, 3);  // only on the image
-  EXPECT_EQ(form.state.ROISelected, 1);
+  EXPECT_TRUE(form.state.region.IsInForce());
   form.OpDisplayImage_Click();
   EXPECT_TRUE(InForce());
 }
@@ -155,7 +155,7 @@ TEST_F(RegionOnPicture, ADragEndsWhereThePictureShowsSomethingElse) {
   EXPECT_FALSE(InForce());
   form.GraphBox_MouseUp(kLeft, 0, 30, 50);
   EXPECT_FALSE(InForce());
-  EXPECT_EQ(form.state.ROIRow2, 0);
+  EXPECT_EQ(form.state.region.Corners().row2, 0);
 }
 
 TEST_F(RegionOnPicture, AtARateOfZeroOnlyTheRegionIsExact) {
@@ -171,11 +171,11 @@ TEST_F(RegionOnPicture, ACompressionShowsTheMaskAndHoldsTheShare) {
       {"-3", "0.01"}, {"1.5", "0.99"}, {"0.99", "0.99"}, {"0", "0"}, {".5x", ".5x"}};
   for (const auto& [text, held] : shares) {
     Load(Photograph(64, 64));
-    if (form.state.ROISelected == 0) Drag(100, 100, 140, 140);
+    if (!form.state.region.IsInForce()) Drag(100, 100, 140, 140);
     form.txtROIPercent.text = text;
     Compress(FileKind::kAwb, "1", "a.awb");
     EXPECT_EQ(form.txtROIPercent.text, held) << text;
-    EXPECT_EQ(form.state.GraphBoxRecContent, 'I');
+    EXPECT_FALSE(form.GraphBoxRec.raster.Empty());
     const Image& mask = *form.state.ReconstructedImage;
     EXPECT_EQ(mask(0, 0), 255);  // the low band is reached from everywhere
     EXPECT_EQ(mask(63, 32), 0);  // a corner of the finest level is not

@@ -2,9 +2,7 @@
 #include <array>
 #include <cmath>
 
-#include "app/picture_marks.h"
-#include "app/picture_place.h"
-#include "app/zoom.h"
+#include "app/viewing.h"
 #include "tests/app/form_test.h"
 
 namespace marovia::test {
@@ -23,7 +21,7 @@ TEST_F(Views, AClickSetsTheMarkAndRunsTheHandlerOfItsControl) {
   form.Click(form.cmdBegin[0]);
   EXPECT_TRUE(std::filesystem::exists(Path("a.awf")));
   form.Click(form.OpDisplayImage);
-  EXPECT_EQ(form.state.GraphBoxContent, 'I');
+  EXPECT_EQ(form.GraphBox.content, PictureContent::kImage);
   EXPECT_TRUE(form.OpDisplayImage.selected && !form.OpDisplayTransform.selected);
 
   Drag(10, 10, 20, 20);
@@ -56,11 +54,11 @@ TEST_F(Views, KeysByTheirNamesDrawOnTheSourceAndOtherwiseEnterOpensTheViewer) {
   EXPECT_TRUE(form.Picture_KeyDown(form.GraphBoxRec, "Return", false));
   form.Click(form.cmdViewer);
   EXPECT_EQ(desktop.viewed.size(), 3U);
-  EXPECT_EQ(form.state.ROISelected, 1);
+  EXPECT_TRUE(form.state.region.IsInForce());
   form.Picture_Mouse(form.GraphBoxRec, &frmMain::GraphBox_MouseDown, kLeft, {5, 5});
-  EXPECT_EQ(form.state.ROISelected, 1);
+  EXPECT_TRUE(form.state.region.IsInForce());
   form.Picture_Mouse(form.GraphBox, &frmMain::GraphBox_MouseDown, kLeft, {5, 5});
-  EXPECT_EQ(form.state.ROISelected, 0);
+  EXPECT_FALSE(form.state.region.IsInForce());
 }
 
 // How often each coordinate from -1 to 257 is painted in the colour, each one further on.

@@ -91,7 +91,7 @@ class WholeRun : public FormTest, public testing::WithParamInterface<Run> {
     EXPECT_EQ(FileBytes(Path(name)), expected.file);
     EXPECT_EQ(desktop.reports, CompressTexts(expected, IsAswdr(), Path(name).string()));
     EXPECT_EQ(form.Report.selStart, form.Report.text.size());
-    EXPECT_EQ(form.state.GraphBoxContent, 'T');
+    EXPECT_EQ(form.GraphBox.content, PictureContent::kTransform);
     EXPECT_EQ(form.Label[0].caption, "Decompress");
   }
 
@@ -104,7 +104,7 @@ class WholeRun : public FormTest, public testing::WithParamInterface<Run> {
     EXPECT_EQ(*form.state.ReconstructedImage, expected.image);
     EXPECT_EQ(form.GraphBoxRec.raster, SampleImage(expected.image));
     EXPECT_EQ(form.GraphBox.raster, SampleImage(source));
-    EXPECT_EQ(form.state.GraphBoxContent, 'I');
+    EXPECT_EQ(form.GraphBox.content, PictureContent::kImage);
     EXPECT_FALSE(desktop.IsBusy());
   }
 

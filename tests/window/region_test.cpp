@@ -14,9 +14,8 @@ TEST_F(WindowRegion, ADragSetsTheRectangleAndShowsItOnAnyGround) {
     Load(Image(512, 512, ground));
     DragPicture({40, 50}, {100, 120});
     const AppState& state = Form().state;
-    EXPECT_EQ(state.ROISelected, 1);
-    EXPECT_EQ((std::array{state.ROICol1, state.ROIRow1, state.ROICol2, state.ROIRow2}),
-              (std::array<std::int16_t, 4>{40, 50, 100, 120}));
+    EXPECT_TRUE(state.region.IsInForce());
+    EXPECT_EQ(state.region.Corners(), (PictureRectangle{50, 40, 120, 100}));
     EXPECT_EQ(ReportText().toStdString(),
               "Upper left corner: (100, 80)\nLower right corner: (240, 200)");
     EXPECT_TRUE(Find<QCheckBox>("chkROIErrorOnly").isChecked());
@@ -27,7 +26,7 @@ TEST_F(WindowRegion, ADragSetsTheRectangleAndShowsItOnAnyGround) {
     EXPECT_EQ(PixelAt(Source(), {70, 80}), QColor(ground, ground, ground));
 
     QTest::mouseClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {5, 5}));
-    EXPECT_EQ(state.ROISelected, 0);
+    EXPECT_FALSE(state.region.IsInForce());
     EXPECT_FALSE(Find<QCheckBox>("chkROIErrorOnly").isEnabled());
   }
 }
@@ -42,11 +41,10 @@ TEST_F(WindowRegion, ArrowsAndSpaceDrawWithoutAMouse) {
   press(Qt::Key_Up, Qt::ShiftModifier);
   press(Qt::Key_Space);
   for (int i = 0; i < 3; ++i) press(Qt::Key_Right);
-  EXPECT_EQ(state.ROISelected, 0);
+  EXPECT_FALSE(state.region.IsInForce());
   press(Qt::Key_Return);
-  EXPECT_EQ(state.ROISelected, 1);
-  EXPECT_EQ((std::array{state.ROICol1, state.ROIRow1, state.ROICol2, state.ROIRow2}),
-            (std::array<std::int16_t, 4>{128, 112, 131, 112}));
+  EXPECT_TRUE(state.region.IsInForce());
+  EXPECT_EQ(state.region.Corners(), (PictureRectangle{112, 128, 112, 131}));
 }
 
 }  // namespace
