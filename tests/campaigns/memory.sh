@@ -2,11 +2,11 @@
 # Runs every coder with every wavelet, and the commands of the tool, under valgrind: no use of what is
 # not there or was never written, nothing lost.
 #
-#   memory.sh TOOL FILE_HASHES
+#   memory.sh TOOL CAMPAIGN
 set -euo pipefail
 
 tool=$(realpath "$1")
-hashes=$(realpath "$2")
+campaign=$(realpath "$2")
 command -v valgrind >/dev/null || {
   echo "valgrind is not installed"
   exit 77
@@ -20,8 +20,8 @@ checked() {
 }
 
 { echo 'P2 37 21 255' && seq 0 776 | awk '{ print ($1 * $1) % 251 }'; } >in.pgm
-checked "$hashes" in.pgm >hashes
-"$hashes" in.pgm | cmp - hashes
+checked "$campaign" hashes in.pgm >hashes
+"$campaign" hashes in.pgm | cmp - hashes
 checked "$tool" compress in.pgm a.awf --verify --json >/dev/null
 checked "$tool" truncate a.awf - --rate 0.25 >b.awf
 checked "$tool" decompress b.awf b.bmp -q

@@ -30,7 +30,7 @@ build() {
     -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DMAROVIA_BUILD_CLI=OFF \
     -DMAROVIA_BUILD_WINDOW=OFF "$@" >"$out/$name.configure.txt"
   cmake --build "$out/$name" --parallel "$(nproc)" \
-    --target test_golden file_hashes transform_digest >"$out/$name.build.txt"
+    --target test_golden campaign >"$out/$name.build.txt"
 }
 
 # digest_batches NAME RUNNER...: as many parts at once as there are processors
@@ -40,7 +40,7 @@ digest_batches() {
   parts=$(nproc)
   for ((part = 0; part < parts; ++part)); do
     share=$(((batches + part) / parts))
-    "$@" "$out/$name/tests/campaigns/transform_digest" "$share" "$first" >"$out/$name.part$part" &
+    "$@" "$out/$name/tests/campaigns/campaign" digest "$share" "$first" >"$out/$name.part$part" &
     first=$((first + share))
   done
   wait
@@ -56,7 +56,7 @@ check() {
     echo "$name: the golden test fails" >&2
     exit 1
   }
-  "$@" "$out/$name/tests/campaigns/file_hashes" "$root"/Images/*.pgm >"$out/$name.hashes.txt"
+  "$@" "$out/$name/tests/campaigns/campaign" hashes "$root"/Images/*.pgm >"$out/$name.hashes.txt"
   digest_batches "$name" "$@" >"$out/$name.digests.txt"
   samples=$(awk '{ sum += $3 } END { print sum + 0 }' "$out/$name.digests.txt")
   [ "$(wc -l <"$out/$name.digests.txt")" -eq "$batches" ] || {

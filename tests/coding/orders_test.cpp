@@ -1,17 +1,25 @@
-// The order of visiting against the one that is relinked position by position.
-#include "aswdr/adaptive_order.h"
-
+// The orders of visiting against lists of positions.
 #include <gtest/gtest.h>
 #include <random>
 
-#include "tests/support/literal_scan.h"
+#include "aswdr/adaptive_order.h"
+#include "tests/support/plain_codec.h"
 #include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {
 
+constexpr BandGrid kGrids[] = {{16, 16, 2}, {8, 8, 1},   {32, 16, 3}, {64, 64, 5}, {48, 80, 4},
+                               {4, 4, 0},   {37, 21, 3}, {13, 50, 2}, {6, 9, 1},   {1, 7, 0}};
+
+Walk WalkOf(const plain::Positions& order, const BandGrid& grid) {
+  Walk walk;
+  for (const plain::Position p : order) walk.push_back(grid.Position(p.row, p.col));
+  return walk;
+}
+
 // The positions of all homes as a pass visits them.
-Walk VisitedBy(AdaptiveOrder& order) {
+Walk VisitedBy(VisitingOrder& order) {
   Walk walk;
   const auto positions = order.Positions();
   const auto visit = [&](Home home) { walk.push_back(positions[home]); };
@@ -33,38 +41,33 @@ Walk VisitedBy(AdaptiveOrder& order) {
   return walk;
 }
 
-Walk WalkOfLinks(const literal::ScanOrder& order, const BandGrid& grid) {
-  Walk walk;
-  literal::Position p;
-  for (std::size_t step = 0; step < grid.Size(); ++step, p = order.Next(p)) {
-    walk.push_back(grid.Position(p.row, p.col));
+TEST(FixedOrder, IsThatOfTheList) {
+  for (const BandGrid& grid : kGrids) {
+    FixedOrder order(grid);
+    const auto expected = plain::FirstOrder(grid.rows, grid.cols, grid.levels, true);
+    EXPECT_EQ(VisitedBy(order), WalkOf(expected, grid)) << grid.rows << " x " << grid.cols;
   }
-  return walk;
 }
 
-TEST(AdaptiveOrder, IsRelinkedAlikeAfterEveryPass) {
-  const BandGrid grids[] = {{16, 16, 2}, {8, 8, 1},   {32, 16, 3}, {64, 64, 5}, {48, 80, 4},
-                            {4, 4, 0},   {37, 21, 3}, {13, 50, 2}, {6, 9, 1}};
+// At first hardly anything is found, in the end half of everything; one pass finds nothing.
+TEST(AdaptiveOrder, IsMadeAnewLikeTheListAfterEveryPass) {
   std::mt19937 random(6);
-  for (const BandGrid& grid : grids) {
+  for (const BandGrid& grid : kGrids) {
     AdaptiveOrder order(grid);
     const auto positions = order.Positions();
-    literal::ScanOrder plain = literal::CreateScanOrder(grid.levels, grid.rows, grid.cols);
+    auto expected = plain::FirstOrder(grid.rows, grid.cols, grid.levels, false);
     Grid<float> quantized(grid.rows, grid.cols);
     HomeSet found(grid.Size());
-    float threshold = 256;
-    for (int pass = 1; pass <= 8; ++pass, threshold /= 2) {
-      SCOPED_TRACE(testing::Message() << grid.rows << " x " << grid.cols << ", pass " << pass);
-      ASSERT_EQ(VisitedBy(order), WalkOfLinks(plain, grid));
-      // At first hardly anything is found, in the end half of everything; one pass finds nothing.
+    for (int pass = 1; pass <= 8; ++pass) {
+      ASSERT_EQ(VisitedBy(order), WalkOf(expected, grid)) << grid.rows << ", pass " << pass;
       const int rarity = pass == 4 ? 1 << 30 : 2 + 600 / (pass * pass * pass);
       for (Home home = 0; home < grid.Size(); ++home) {
         if (found.Has(home) || test::RandomBelow(random, rarity) != 0) continue;
         found.Insert(home);
-        quantized.Samples()[positions[home]] = pass % 2 == 0 ? threshold : -threshold;
+        quantized.Samples()[positions[home]] = 1;
       }
       order.Rebuild(found);
-      literal::CreateNewScanOrder(plain, quantized, grid.levels, threshold);
+      plain::Reorder(expected, quantized, grid.levels);
     }
   }
 }
