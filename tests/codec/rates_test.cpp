@@ -1,7 +1,5 @@
 // What a rate, a number of bytes, a quality and a region promise.
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 #include "marovia/codec.h"
 #include "marovia/measures.h"
@@ -23,21 +21,6 @@ DecompressResult DecodedAt(ByteView file, FileKind kind, double rate) {
   DecompressOptions options;
   options.rate = rate;
   return Decompress(file, kind, options);
-}
-
-TEST(Rates, BelowThatOfTheFileGivePicturesThatGrowPoorerSmoothly) {
-  std::ifstream stream(MAROVIA_TEST_DATA "/../../Images/camera.pgm", std::ios::binary);
-  const Image image = ReadImage(Bytes(std::istreambuf_iterator<char>(stream), {})).image;
-  for (const FileKind kind : kLossyKinds) {
-    const Bytes file = Compress(image, {kind, kDaub97, 4, 1}).file;
-    float before = 0;
-    for (double rate = 0.1; rate <= 1; rate += 0.06) {
-      const float psnr = *Measure(image, DecodedAt(file, kind, rate).image).psnr;
-      EXPECT_GT(psnr, before) << Extension(kind) << " at " << rate;
-      EXPECT_TRUE(before == 0 || psnr < before + 4) << Extension(kind) << " at " << rate;
-      before = psnr;
-    }
-  }
 }
 
 TEST(Rates, AboveThatOfTheFileAreHeldToIt) {
@@ -147,20 +130,6 @@ TEST(Psnr, IsReachedInAboutTheFewestBytesOrRefused) {
   EXPECT_NO_THROW(Compress(image, options));
   options.region = Region{0, 0, 9, 9};
   EXPECT_EQ(CodeOf([&] { Compress(image, options); }), Errc::kInvalidArgument);
-}
-
-TEST(Region, GetsTheBitsThatTheRestOfTheImageGoesWithout) {
-  const Image image = test::NamedImage("lcgnoise", 96, 96);
-  const Region region{30, 40, 60, 70};
-  const Region outside{0, 0, 12, 95};
-  for (const FileKind kind : kLossyKinds) {
-    CompressOptions options{kind, kDaub97, 2, 2};
-    const Image plain = Decompress(Compress(image, options).file, kind).image;
-    options.region = region;
-    const Image favoured = Decompress(Compress(image, options).file, kind).image;
-    EXPECT_GT(*Measure(image, favoured, region).psnr, *Measure(image, plain, region).psnr + 6);
-    EXPECT_LT(*Measure(image, favoured, outside).psnr, *Measure(image, plain, outside).psnr - 1);
-  }
 }
 
 }  // namespace

@@ -42,16 +42,6 @@ TEST(Lossless, ImagesOfEverySizeAndExtremeOnesComeBackFromEveryLevel) {
   }
 }
 
-TEST(Lossless, TakesMostOfTheBitsForARegionAndStaysExactInIt) {
-  const Image image = test::NamedImage("blobs", 64, 64);
-  CompressOptions options{FileKind::kAwg, kInteger53, 3};
-  options.region = Region{10, 20, 30, 40};
-  const Image back = Decompress(Compress(image, options).file, FileKind::kAwg).image;
-  for (int r = 10; r <= 30; ++r) {
-    for (int c = 20; c <= 40; ++c) ASSERT_EQ(back(r, c), image(r, c));
-  }
-}
-
 TEST(Files, TellTheSizeOfTheirImageAndHowItWasPadded) {
   const struct {
     int rows, cols, levels, codedRows, codedCols;

@@ -32,20 +32,6 @@ TEST(BitStream, MovesManyBitsAtOnceAsThePlainOneMovesThemSingly) {
   }
 }
 
-TEST(BitReader, ReadsZerosPastTheEndAndTellsOfIt) {
-  const Bytes bytes = {0b10110001, 0xFF, 0x01};
-  for (int step = 1; step <= 32; ++step) {
-    BitReader reader(bytes);
-    for (int read = step; read <= 24; read += step) {
-      reader.GetBits(step);
-      EXPECT_FALSE(reader.PastEnd());
-    }
-    const int left = 24 % step;
-    EXPECT_EQ(reader.GetBits(left + 8), (0xB1FF01U & ((1U << left) - 1)) << 8) << step;
-    EXPECT_TRUE(reader.PastEnd());
-  }
-}
-
 TEST(BitSymbols, ReadBackNumbersOfEveryLength) {
   Bytes stream;
   BitSymbolWriter writer(120, stream);

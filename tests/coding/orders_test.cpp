@@ -45,7 +45,7 @@ TEST(FixedOrder, IsThatOfTheList) {
   for (const BandGrid& grid : kGrids) {
     FixedOrder order(grid);
     const auto expected = plain::FirstOrder(grid.rows, grid.cols, grid.levels, true);
-    EXPECT_EQ(VisitedBy(order), WalkOf(expected, grid)) << grid.rows << " x " << grid.cols;
+    EXPECT_EQ(VisitedBy(order), WalkOf(expected, grid)) << grid.rows;
   }
 }
 

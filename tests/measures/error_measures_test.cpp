@@ -42,12 +42,10 @@ TEST(Measures, CoverTheImageOrTheRegionWithItsBounds) {
 }
 
 TEST(Measures, AreSummedInSinglePrecision) {
-  Image black(4096, 64);
+  const Image black(4096, 64);
   const Image white(4096, 64, 255);
-  black(4095, 63) = 254;
   float sum = 0;
-  for (int i = 0; i < 4096 * 64 - 1; ++i) sum += 65025;
-  sum += 1;
+  for (int i = 0; i < 4096 * 64; ++i) sum += 65025;
   EXPECT_EQ(Measure(black, white).meanSquareError, sum / (4096 * 64));
   EXPECT_NE(sum / (4096 * 64), 65025.0F);
 }

@@ -24,30 +24,23 @@ TEST(LevelLimit, FollowsTheRoundedLogarithmOfTheSmallerSide) {
 TEST(SetNumberOfLevels, ReadsHoldsOrRefusesTheText) {
   constexpr std::string_view kPositive = "Number of levels must be a positive integer.";
   constexpr std::string_view kInvalid = "Invalid number of levels.";
-  const struct {
-    std::string_view text;
-    int side;
-    int levels;
-    bool held;
-    std::string_view message;
-  } cases[] = {{"3.5", 512, 4, false, ""},
-               {"2.5", 512, 2, false, ""},
-               {" 2 levels", 512, 2, false, ""},
-               {"7", 512, 7, false, ""},
-               {"9", 512, 7, true, ""},
-               {"1", 5, 0, true, ""},
-               {"1", 2, -1, true, ""},
-               {"0.5", 512, -1, false, kPositive},
-               {"two", 512, -1, false, kPositive},
-               {"40000", 512, -1, false, kInvalid},
-               {"1e400", 512, -1, false, kInvalid}};
-  for (const auto& c : cases) {
-    for (const auto rule : {SetNumberOfLevels, SetNumberOfLevelsLossless}) {
-      const LevelChoice choice = rule(c.text, c.side, 600, kDaub97);
-      EXPECT_EQ(choice.levels, c.levels) << c.text;
-      EXPECT_EQ(choice.held, c.held) << c.text;
-      EXPECT_EQ(choice.message, c.message) << c.text;
-    }
+  const std::tuple<std::string_view, int, LevelChoice> cases[] = {
+      {"3.5", 512, {4, false, ""}},
+      {"2.5", 512, {2, false, ""}},
+      {" 2 levels", 512, {2, false, ""}},
+      {"7", 512, {7, false, ""}},
+      {"9", 512, {7, true, ""}},
+      {"1", 5, {0, true, ""}},
+      {"1", 2, {-1, true, ""}},
+      {"0.5", 512, {-1, false, kPositive}},
+      {"two", 512, {-1, false, kPositive}},
+      {"40000", 512, {-1, false, kInvalid}},
+      {"1e400", 512, {-1, false, kInvalid}}};
+  for (const auto& [text, side, expected] : cases) {
+    const LevelChoice choice = SetNumberOfLevels(text, side, 600, kDaub97);
+    EXPECT_EQ(choice.levels, expected.levels) << text;
+    EXPECT_EQ(choice.held, expected.held) << text;
+    EXPECT_EQ(choice.message, expected.message) << text;
   }
 }
 
