@@ -106,19 +106,6 @@ void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   add("all found in two passes and refined", StreamOf(coding, pixels, 2, 1, kNone));
 }
 
-void AddImages(Table& table, int rows, int cols) {
-  const std::string sides = std::to_string(cols) + " " + std::to_string(rows);
-  const auto pixels = static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols);
-  std::string digits = "P3 " + sides + " 1\n";
-  for (std::size_t i = 0; i < 3 * pixels; ++i) digits += "1 ";
-  const std::string comment = "P5 #" + std::string(pixels, '#');
-  const std::string wide = "P6 " + sides + " 65535\n" + std::string(6 * pixels, 'Z');
-  for (const std::string& text : {digits, comment, wide}) {
-    table.Add(text.substr(0, 4) + "...", {text.begin(), text.end()},
-              [](ByteView file) { ReadImage(file); });
-  }
-}
-
 }  // namespace
 }  // namespace marovia
 
@@ -135,6 +122,5 @@ int main(int argc, char** argv) {
   for (const marovia::FileKind kind : marovia::plain::AllKinds()) {
     marovia::AddFiles(table, kind, rows, cols);
   }
-  marovia::AddImages(table, rows, cols);
   return table.exceeded ? 1 : 0;
 }

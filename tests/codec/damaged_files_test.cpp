@@ -53,19 +53,17 @@ TEST(Headers, ThatAskForTooMuchAreRefusedBeforeAnythingIsAllocated) {
 }
 
 TEST(Headers, ThatNoCompressorWritesAreRefused) {
-  const test::Forgery cases[] = {
-      {.levels = 5, .wavelet = 2, .rows = 512, .cols = 512},
-      {.levels = 8, .rows = 512, .cols = 512},
-      {.levels = 2, .rows = 8, .cols = 512},
-      {.levels = 1, .rows = 512, .cols = 5},
-      {.levels = 0, .rows = 2, .cols = 512},
-      {.levels = 25, .rows = 4, .cols = 4},
-      {.wavelet = 0},
-      {.wavelet = 4},
-      {.rows = 0},
-      {.cols = -1},
-      {.exponent = 32},
-  };
+  const test::Forgery cases[] = {{.levels = 5, .wavelet = 2, .rows = 512, .cols = 512},
+                                 {.levels = 8, .rows = 512, .cols = 512},
+                                 {.levels = 2, .rows = 8, .cols = 512},
+                                 {.levels = 1, .rows = 512, .cols = 5},
+                                 {.levels = 0, .rows = 2, .cols = 512},
+                                 {.levels = 25, .rows = 4, .cols = 4},
+                                 {.wavelet = 0},
+                                 {.wavelet = 4},
+                                 {.rows = 0},
+                                 {.cols = -1},
+                                 {.exponent = 32}};
   for (const test::Forgery& forgery : cases) {
     const Bytes file = test::ForgedHeader(forgery);
     EXPECT_EQ(CodeOf([&] { Inspect(file, kAwf); }), Errc::kMalformed)

@@ -106,33 +106,5 @@ TYPED_TEST(ArithmeticCoder, DecidesRunsOfBitsToFollowOfAnyLength) {
   }
 }
 
-template <int Bits>
-int PlainWidening(std::uint32_t low, std::uint32_t high) {
-  constexpr std::uint32_t kQuarter = 1U << (Bits - 2);
-  for (int count = 0;; ++count) {
-    std::uint32_t less = 0;
-    if (low >= 2 * kQuarter) {
-      less = 2 * kQuarter;
-    } else if (high >= 2 * kQuarter && low >= kQuarter && high < 3 * kQuarter) {
-      less = kQuarter;
-    } else if (high >= 2 * kQuarter) {
-      return count;
-    }
-    low = 2 * (low - less);
-    high = 2 * (high - less) + 1;
-  }
-}
-
-TYPED_TEST(ArithmeticCoder, WidensEveryIntervalAsFarAsTheStepsOfOneBitDo) {
-  constexpr int kBits = TypeParam::kBits;
-  for (std::uint32_t low = 0; low < 1U << kBits; ++low) {
-    for (std::uint32_t high = low; high < 1U << kBits; ++high) {
-      const auto [most, less] = arithmetic::WideningOf<kBits>(low, high - low + 1);
-      ASSERT_EQ(most - static_cast<int>(less), PlainWidening<kBits>(low, high))
-          << low << " to " << high;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace marovia

@@ -1,36 +1,10 @@
-#include "coding/bit_stream.h"
-
 #include <gtest/gtest.h>
-#include <random>
 #include <vector>
 
 #include "coding/wdr_symbols.h"
-#include "tests/support/plain_symbols.h"
 
 namespace marovia {
 namespace {
-
-TEST(BitStream, MovesManyBitsAtOnceAsThePlainOneMovesThemSingly) {
-  std::mt19937_64 random(4);
-  for (int round = 0; round < 200; ++round) {
-    std::vector<std::pair<std::uint64_t, int>> pieces;
-    Bytes bytes;
-    BitWriter writer(bytes);
-    plain::Bits expected;
-    for (int i = 0; i < 40; ++i) {
-      const int count = static_cast<int>(random() % 33);
-      const std::uint64_t bits = random() & ((std::uint64_t{1} << count) - 1);
-      pieces.emplace_back(bits, count);
-      writer.Append(bits, count);
-      for (int b = count; b > 0; --b) expected.Code(static_cast<int>(bits >> (b - 1) & 1));
-      ASSERT_EQ(writer.BitsSent(), expected.count);
-    }
-    writer.Finish();
-    ASSERT_EQ(bytes, expected.written);
-    BitReader reader(bytes);
-    for (const auto& [bits, count] : pieces) ASSERT_EQ(reader.GetBits(count), bits);
-  }
-}
 
 TEST(BitSymbols, ReadBackNumbersOfEveryLength) {
   Bytes stream;

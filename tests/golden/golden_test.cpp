@@ -81,11 +81,9 @@ const Codec kCodecs[] = {
        options.rate = static_cast<double>(bitsOfARow) / Inspect(file, kind).cols;
        return Decompress(file, kind, options).image;
      }},
-    {"ThePlainCodec", plain::Compress,
-     [](ByteView file, FileKind kind, int bitsOfARow) {
+    {"ThePlainCodec", plain::Compress, [](ByteView file, FileKind kind, int bitsOfARow) {
        return plain::Decompress(file, kind, bitsOfARow * Inspect(file, kind).rows).image;
-     }},
-};
+     }}};
 
 class Golden : public testing::TestWithParam<Codec> {
  protected:

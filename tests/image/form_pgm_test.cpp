@@ -29,8 +29,7 @@ TEST(FormPgm, TakesFieldsOfFiveBytesAtMost) {
       {"P5\n00002 0001\n255\nab", "1x2 25"},
       // The line feed behind a height of five digits is the whole field of the maximum.
       {"P5\n2 00001\n255\nab", "1x2 25"},
-      {"P5\n2.5 1.6\n255\nabcd", "2x2 abcd"},
-  };
+      {"P5\n2.5 1.6\n255\nabcd", "2x2 abcd"}};
   for (const auto& [file, image] : cases) EXPECT_EQ(TextOf(Read(file)), image) << file;
   EXPECT_EQ(Read("P5\n1MB 1\n255\n" + std::string(1024, 'x')).Cols(), 1024);
 }
@@ -53,8 +52,7 @@ TEST(FormPgm, SaysWhatCouldOnlyBeGarbage) {
       {"P5\n2 1", Errc::kMalformed, "within its header"},
       {"P5\n9999 9999\n255\n", Errc::kLimit, "9999 rows"},
       {"P5\n32768 1\n255\nab", Errc::kOverflow, "32768"},
-      {"P5\n1E999 1\n255\nab", Errc::kOverflow, "too large"},
-  };
+      {"P5\n1E999 1\n255\nab", Errc::kOverflow, "too large"}};
   for (const auto& [file, code, part] : cases) {
     EXPECT_EQ(CodeOf([file = file] { Read(file); }, part), code) << file;
   }

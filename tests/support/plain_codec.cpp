@@ -24,6 +24,7 @@ constexpr int kMostPasses = 32;
 constexpr std::int32_t kNoBudget = std::numeric_limits<std::int32_t>::max();
 
 struct Rules {
+  FileKind kind;
   Coding coding;
   bool adaptive;
   // Bits counted for the header before the first bit of the stream.
@@ -32,20 +33,16 @@ struct Rules {
   int readerCharge;
 };
 
-Rules RulesOf(FileKind kind) {
-  switch (kind) {
-    case FileKind::kAwb:
-      return {Coding::kRaw, false, 120, 120, 120};
-    case FileKind::kAwa:
-      return {Coding::kWdr, false, 136, 136, 120};
-    case FileKind::kAwd:
-      return {Coding::kRaw, true, 120, 120, 120};
-    case FileKind::kAwf:
-      return {Coding::kAswdr, true, 128, 136, 128};
-    case FileKind::kAwg:
-      return {Coding::kAswdr, true, 96, 96, 96};
-  }
-  throw std::logic_error("no plain reading of this kind");
+constexpr std::array kRules = {Rules{FileKind::kAwb, Coding::kRaw, false, 120, 120, 120},
+                               Rules{FileKind::kAwa, Coding::kWdr, false, 136, 136, 120},
+                               Rules{FileKind::kAwd, Coding::kRaw, true, 120, 120, 120},
+                               Rules{FileKind::kAwf, Coding::kAswdr, true, 128, 136, 128},
+                               Rules{FileKind::kAwg, Coding::kAswdr, true, 96, 96, 96}};
+
+const Rules& RulesOf(FileKind kind) {
+  const auto found = std::ranges::find(kRules, kind, &Rules::kind);
+  if (found == kRules.end()) throw std::logic_error("no plain reading of this kind");
+  return *found;
 }
 
 // Row by row, turning at every end; or column by column.
@@ -76,6 +73,47 @@ std::array<Position, 4> ChildrenOf(Position p, bool isLower, bool isRight) {
   if (isLower) return {{{r, c}, {r, c + 1}, {r + 1, c + 1}, {r + 1, c}}};
   if (isRight) return {{{r, c}, {r + 1, c}, {r + 1, c + 1}, {r, c + 1}}};
   return {{{r, c}, {r + 1, c}, {r, c + 1}, {r + 1, c + 1}}};
+}
+
+// Low band, then level by level from the coarsest, the lower or the right band first; positions
+// that belong to no band, where a side is no multiple of 2^levels, come last, row by row; without
+// levels all do.
+Positions FirstOrder(int rows, int cols, int levels, bool lowerFirst) {
+  Positions order;
+  int r = levels > 0 ? rows >> levels : 0;
+  int c = levels > 0 ? cols >> levels : 0;
+  AppendDiagonals(order, {0, 0}, r, c);
+  for (int k = 0; k < levels; ++k, r *= 2, c *= 2) {
+    if (lowerFirst) AppendSnake(order, {r, 0}, r, c, false);
+    AppendSnake(order, {0, c}, r, c, true);
+    if (!lowerFirst) AppendSnake(order, {r, 0}, r, c, false);
+    AppendDiagonals(order, {r, c}, r, c);
+  }
+  for (int row = 0; row < rows; ++row) {
+    for (int col = row < r ? c : 0; col < cols; ++col) order.push_back({row, col});
+  }
+  return order;
+}
+
+// Each level behind the coarsest anew: the children of found parents first, then those among which
+// one is found, then the rest, always in the order of their parents.
+void Reorder(Positions& order, const Grid<float>& quantized, int levels) {
+  int r = quantized.Rows() >> levels;
+  int c = quantized.Cols() >> levels;
+  const auto found = [&](Position p) { return quantized(p.row, p.col) != 0; };
+  for (int level = 1; level < levels; ++level, r *= 2, c *= 2) {
+    const auto parents = order.begin() + std::ptrdiff_t{r} * c;
+    const auto children = order.begin() + std::ptrdiff_t{4} * r * c;
+    std::array<Positions, 3> groups;
+    for (const Position p : Positions(parents, children)) {
+      const auto four = ChildrenOf(p, p.row >= r && p.col < c, p.row < r);
+      const bool one = std::ranges::any_of(four, found);
+      Positions& group = groups[found(p) ? 0 : one ? 1 : 2];
+      group.insert(group.end(), four.begin(), four.end());
+    }
+    auto next = children;
+    for (const Positions& group : groups) next = std::ranges::copy(group, next).out;
+  }
 }
 
 class ListedVisits final : public Visits {
@@ -213,7 +251,7 @@ class Walker {
   }
 
   const FileInfo& info_;
-  Rules rules_;
+  const Rules& rules_;
   bool reading_;
   std::int32_t budget_;
   std::unique_ptr<Visits> visits_;
@@ -259,42 +297,6 @@ ByteView StreamOf(ByteView file, const FileInfo& info) {
 
 }  // namespace
 
-Positions FirstOrder(int rows, int cols, int levels, bool lowerFirst) {
-  Positions order;
-  int r = levels > 0 ? rows >> levels : 0;
-  int c = levels > 0 ? cols >> levels : 0;
-  AppendDiagonals(order, {0, 0}, r, c);
-  for (int k = 0; k < levels; ++k, r *= 2, c *= 2) {
-    if (lowerFirst) AppendSnake(order, {r, 0}, r, c, false);
-    AppendSnake(order, {0, c}, r, c, true);
-    if (!lowerFirst) AppendSnake(order, {r, 0}, r, c, false);
-    AppendDiagonals(order, {r, c}, r, c);
-  }
-  for (int row = 0; row < rows; ++row) {
-    for (int col = row < r ? c : 0; col < cols; ++col) order.push_back({row, col});
-  }
-  return order;
-}
-
-void Reorder(Positions& order, const Grid<float>& quantized, int levels) {
-  int r = quantized.Rows() >> levels;
-  int c = quantized.Cols() >> levels;
-  const auto found = [&](Position p) { return quantized(p.row, p.col) != 0; };
-  for (int level = 1; level < levels; ++level, r *= 2, c *= 2) {
-    const auto parents = order.begin() + std::ptrdiff_t{r} * c;
-    const auto children = order.begin() + std::ptrdiff_t{4} * r * c;
-    std::array<Positions, 3> groups;
-    for (const Position p : Positions(parents, children)) {
-      const auto four = ChildrenOf(p, p.row >= r && p.col < c, p.row < r);
-      const bool one = std::ranges::any_of(four, found);
-      Positions& group = groups[found(p) ? 0 : one ? 1 : 2];
-      group.insert(group.end(), four.begin(), four.end());
-    }
-    auto next = children;
-    for (const Positions& group : groups) next = std::ranges::copy(group, next).out;
-  }
-}
-
 std::vector<FileKind> AllKinds() {
   std::vector<FileKind> kinds;
   for (char last = 'a'; last <= 'z'; ++last) {
@@ -307,7 +309,7 @@ std::vector<FileKind> AllKinds() {
 Coded Compress(const Image& image, const CompressOptions& options) {
   Bytes file = marovia::Compress(image, options).file;
   const FileInfo info = Inspect(file, options.kind);
-  const Rules rules = RulesOf(info.kind);
+  const Rules& rules = RulesOf(info.kind);
   Walker walker(info, {options.region ? rules.regionCharge : rules.charge},
                 info.budget.value_or(kNoBudget));
   walker.coefficients = CoefficientsOf(image, info);

@@ -38,15 +38,6 @@ struct Position {
 };
 using Positions = std::vector<Position>;
 
-// Low band, then level by level from the coarsest, the lower or the right band first; positions
-// that belong to no band, where a side is no multiple of 2^levels, come last, row by row; without
-// levels all do.
-Positions FirstOrder(int rows, int cols, int levels, bool lowerFirst);
-
-// Each level behind the coarsest anew: the children of found parents first, then those among which
-// one is found, then the rest, always in the order of their parents.
-void Reorder(Positions& order, const Grid<float>& quantized, int levels);
-
 // How a coder goes through the positions of a pass. What is found is not 0 in the quantized values.
 class Visits {
  public:

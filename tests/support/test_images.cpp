@@ -16,14 +16,6 @@ Image Paint(int rows, int cols, auto pixel) {
   return image;
 }
 
-Image Noise(int rows, int cols) {
-  std::uint32_t x = 12345;
-  return Paint(rows, cols, [&](int, int) {
-    x = (1103515245U * x + 12345U) & 0x7fffffffU;
-    return x / 65536 % 256;
-  });
-}
-
 std::int64_t Blobs(int rows, int cols, std::int64_t r, std::int64_t c) {
   std::int64_t sum = 32 + (r * c + 3 * r + 5 * c) % 5;
   for (int k = 0; k < 10; ++k) {
@@ -53,7 +45,13 @@ std::int64_t Pixel(std::string_view name, int rows, int cols, int r, int c) {
 }  // namespace
 
 Image NamedImage(std::string_view name, int rows, int cols) {
-  if (name == "lcgnoise") return Noise(rows, cols);
+  if (name == "lcgnoise") {
+    std::uint32_t x = 12345;
+    return Paint(rows, cols, [&](int, int) {
+      x = (1103515245U * x + 12345U) & 0x7fffffffU;
+      return x / 65536 % 256;
+    });
+  }
   return Paint(rows, cols, [&](int r, int c) { return Pixel(name, rows, cols, r, c); });
 }
 

@@ -199,19 +199,6 @@ TEST(Transform, RoundsHalvesExactlyInTheInverse) {
   EXPECT_EQ(InvertTheTransformQuant(coefficients, kInteger53, 1)(0, 2), 99);
 }
 
-TEST(Scaling, MultipliesEachBandByAPowerOfTwoOfItsLevel) {
-  Grid<float> ones(75, 32, 1);
-  ScalingOfWT(ones, 3, Direction::kForward);
-  const struct {
-    int row, col;
-    float factor;
-  } cases[] = {{74, 31, 2}, {0, 16, 2}, {38, 0, 2}, {37, 0, 4}, {37, 15, 4},
-               {19, 0, 4},  {18, 7, 8}, {0, 4, 8},  {9, 3, 16}, {0, 0, 16}};
-  for (const auto& c : cases) EXPECT_EQ(ones(c.row, c.col), c.factor) << c.row << ", " << c.col;
-  ScalingOfWT(ones, 3, Direction::kInverse);
-  EXPECT_EQ(ones, Grid<float>(75, 32, 1));
-}
-
 TEST(Pixels, AreRoundedMagnitudesHeldTo255) {
   const std::vector<float> values = {-3.4F, 255.6F, 2.5F, 3.5F, -0.5F, -300, 254.5F, 32767, -32767};
   const std::vector<std::uint8_t> expected = {3, 255, 2, 4, 0, 255, 254, 255, 255};
