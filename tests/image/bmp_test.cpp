@@ -59,15 +59,12 @@ TEST(BmpHeader, SaysWhatIsWrong) {
       {Bytes(good.begin(), good.begin() + 53), Errc::kMalformed, "takes 54 bytes; 53 are there"},
       {With(good, kInfoSize, 64), Errc::kUnsupported, "information header of 64 bytes"},
       {With(good, kBits, 7, 2), Errc::kUnsupported, "7 bits a pixel"},
-      {With(good, kCompression, 5), Errc::kUnsupported, "compression 5"},
       {With(good, kCompression, 2), Errc::kMalformed, "compression 2 with 8 bits"},
       {With(good, kWidth, 0), Errc::kMalformed, "0 columns and 7 rows"},
       {With(good, kHeight, 0x80000000), Errc::kLimit, "2147483648 rows"},
       {With(good, kHeight, 8), Errc::kMalformed, "need 125 bytes, but 112 are"},
-      {With(good, kPixelsAt, 53), Errc::kMalformed, "pixels at byte 53"},
       {With(good, kColours, 2), Errc::kMalformed, "but a palette of 2"},
       {With(FileBytes("colour32_masks.bmp"), 54, 0xF0F), Errc::kMalformed, "mask of 3855"},
-      {With(FileBytes("colour32_masks.bmp"), 62, 0), Errc::kMalformed, "mask of 0"},
       {With(FileBytes("colour565.bmp"), 58, 0x1E000), Errc::kMalformed, "mask of 122880"},
       {With(FileBytes("colour32_masks.bmp"), kPixelsAt, 54), Errc::kMalformed, "end at 66"}};
   for (const auto& [file, code, part] : cases) {
@@ -106,9 +103,6 @@ TEST(BmpColour, ReadsFiveBitsWithoutMasksAndNotesMasksWiderThanAByte) {
 
 TEST(BmpRuns, GoUpFromTheBottomAndLeaveColourZeroWhereTheyJump) {
   const std::pair<Bytes, std::string_view> cases[] = {
-      {{4, 1, 0, 0, 4, 2, 0, 1}, "bbbb\ngggg\n"},
-      {{0, 1}, "....\n....\n"},
-      {{1, 1, 0, 2, 1, 1, 2, 2, 0, 1}, "..bb\ng...\n"},
       {{0, 3, 1, 2, 1, 9, 0, 0, 1, 2, 0, 1}, "b...\ngbg.\n"},
       // The padding of a row may be coded.
       {{3, 1, 2, 2, 0, 0, 255, 1, 0, 1}, "gggg\ngggb\n"},

@@ -1,30 +1,27 @@
 #include "measures/region.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <string>
 
 namespace marovia {
 namespace {
 
-std::string TextOf(const Region& r) {
-  return std::to_string(r.row1) + "," + std::to_string(r.col1) + " " + std::to_string(r.row2) +
-         "," + std::to_string(r.col2);
-}
-
 TEST(RegionCoordinates, AreOrderedScaledRoundedAndHeldToTheImage) {
   const struct {
     PictureRectangle drawn;
     int rows, cols;
     float rowUnits, colUnits;
-    std::string region;
-  } cases[] = {{{30, 20, 10, 40}, 256, 256, 1, 1, "10,20 30,40"},
-               {{10, 40, 30, 20}, 512, 128, 1, 1, "20,10 60,20"},
-               {{1, 3, 5, 7}, 128, 128, 1, 1, "0,2 2,4"},  // 0.5, 1.5, 2.5 and 3.5
-               {{-5, -1, 300, 256}, 256, 256, 1, 1, "0,0 255,255"},
-               {{0, 0, 255, 255}, 100, 37, 1, 1, "0,0 99,36"},
-               {{300, 300, 32767, 32767}, 256, 256, 15, 30, "20,10 255,255"}};
+    std::array<int, 4> region;
+  } cases[] = {{{30, 20, 10, 40}, 256, 256, 1, 1, {10, 20, 30, 40}},
+               {{10, 40, 30, 20}, 512, 128, 1, 1, {20, 10, 60, 20}},
+               {{1, 3, 5, 7}, 128, 128, 1, 1, {0, 2, 2, 4}},  // 0.5, 1.5, 2.5 and 3.5
+               {{-5, -1, 300, 256}, 256, 256, 1, 1, {0, 0, 255, 255}},
+               {{0, 0, 255, 255}, 100, 37, 1, 1, {0, 0, 99, 36}},
+               {{300, 300, 32767, 32767}, 256, 256, 15, 30, {20, 10, 255, 255}}};
   for (const auto& c : cases) {
-    EXPECT_EQ(TextOf(GetROICoordinates(c.drawn, c.rows, c.cols, c.rowUnits, c.colUnits)), c.region);
+    const Region r = GetROICoordinates(c.drawn, c.rows, c.cols, c.rowUnits, c.colUnits);
+    EXPECT_EQ((std::array{r.row1, r.col1, r.row2, r.col2}), c.region);
   }
 }
 

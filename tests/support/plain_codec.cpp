@@ -40,7 +40,7 @@ constexpr std::array kRules = {Rules{FileKind::kAwb, Coding::kRaw, false, 120, 1
                                Rules{FileKind::kAwg, Coding::kAswdr, true, 96, 96, 96}};
 
 const Rules& RulesOf(FileKind kind) {
-  const auto found = std::ranges::find(kRules, kind, &Rules::kind);
+  const auto* found = std::ranges::find(kRules, kind, &Rules::kind);
   if (found == kRules.end()) throw std::logic_error("no plain reading of this kind");
   return *found;
 }

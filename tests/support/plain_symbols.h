@@ -41,7 +41,7 @@ class Arithmetic {
   };
   using Context = std::vector<Symbol>;  // the frequent first
 
-  Arithmetic(Coding coding, const Bits& bits);
+  Arithmetic(Coding coding, const Bits& of);
 
   // To read: throws CodingEnds once as many bits past the end were read as a code value has.
   int Code(int context, int character);
