@@ -294,7 +294,8 @@ check_out_of_memory() {
   [ "$status" -eq 1 ] || fail "allocation $nth of $*: status $status"
   grep -q '^marovia: .*out of memory$' "$scratch/err" && [ "$(wc -l <"$scratch/err")" -eq 1 ] ||
     fail "allocation $nth of $*: says '$(cat "$scratch/err")'"
-  [ -z "$(find short -name '.*' -type f)" ] || fail "allocation $nth of $*: a stray file"
+  [ -z "$(find short -name '.*' -type f -print -delete)" ] ||
+    fail "allocation $nth of $*: a stray file"
 }
 
 # strike SIGNAL MICROSECONDS COMMAND...: sends the signal at a random moment of the time that a whole

@@ -64,8 +64,9 @@ TEST(Files, TellTheSizeOfTheirImageAndHowItWasPadded) {
 TEST(Levels, AreThoseThatHelpUnlessTold) {
   const struct {
     int rows, cols, daub, integer;
-  } cases[] = {{512, 512, 6, 4}, {400, 600, 5, 4}, {500, 500, 6, 4}, {100, 100, 3, 3},
-               {37, 37, 3, 3},   {5, 5, 0, 0},     {1, 1000, 0, 0},  {6, 1000, 1, 1}};
+  } cases[] = {{512, 512, 6, 4}, {400, 600, 5, 4}, {500, 500, 6, 4},
+               {248, 248, 3, 3}, {100, 100, 3, 3}, {37, 37, 3, 3},
+               {5, 5, 0, 0},     {1, 1000, 0, 0},  {6, 1000, 1, 1}};
   for (const auto& c : cases) {
     const Image image(c.rows, c.cols);
     EXPECT_EQ(Compress(image, {FileKind::kAwf, kDaub97}).levels, c.daub) << c.rows;
