@@ -20,13 +20,19 @@ TEST(CutFiles, AreToldFromWholeOnesAndRefusedWithinTheirHeader) {
   const Image image = test::NamedImage("rings", 45, 48);
   for (const FileKind kind : plain::AllKinds()) {
     // A region's compressor charges its header more than others.
-    CompressOptions options{kind, kInteger53, 3, 1};
+    CompressOptions options{kind, kInteger53, 3};
     options.region = Region{2, 3, 20, 30};
-    const Bytes file = Compress(image, options).file;
+    Bytes file;
+    for (int bitsOfARow = 40; bitsOfARow < 56; ++bitsOfARow) {
+      options.rate = bitsOfARow / 48.0;
+      file = Compress(image, options).file;
+      const DecompressResult whole = Decompress(file, kind);
+      EXPECT_FALSE(whole.truncated) << Extension(kind) << ", " << bitsOfARow;
+      EXPECT_EQ(whole.info.fillsBudget, kind != kAwg) << Extension(kind) << ", " << bitsOfARow;
+    }
     const DecompressResult half = Decompress(ByteView(file).first(file.size() / 2), kind);
     EXPECT_TRUE(half.truncated) << Extension(kind);
     EXPECT_FALSE(half.info.fillsBudget);
-    EXPECT_FALSE(Decompress(file, kind).truncated) << Extension(kind);
     const std::size_t header = kind == kAwg ? 10 : 14;
     EXPECT_TRUE(Decompress(ByteView(file).first(header), kind).truncated);
     const ByteView less = ByteView(file).first(header - 1);
