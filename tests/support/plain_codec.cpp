@@ -319,10 +319,12 @@ Coded Compress(const Image& image, const CompressOptions& options) {
     walker.switchPoint = SwitchPoint(info, options.share);
   }
   walker.Run();
+  // In place of the library's stream, which may have something behind it.
   const Bytes stream = walker.symbols.Finish();
+  const auto begin = file.begin() + static_cast<std::ptrdiff_t>(HeaderBytes(info));
+  const auto place = file.erase(begin, begin + info.bitsPresent / 8);
+  file.insert(place, stream.begin(), stream.end());
   walker.Report();
-  file.resize(HeaderBytes(info));
-  file.insert(file.end(), stream.begin(), stream.end());
   return {std::move(file), std::move(walker.reports)};
 }
 
