@@ -3,7 +3,7 @@
 # times. Takes some minutes; run it on a machine that does nothing else.
 #
 #   ./bench.sh            prints the figures
-#   ./bench.sh --write    puts them into docs/performance.md too
+#   ./bench.sh --write    puts ratios and memory into docs/performance.md too, which name the commit
 #   ./bench.sh [--write] --benchmark_filter=awf    options of Google Benchmark
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -12,6 +12,10 @@ write=false
 if [ "${1:-}" = --write ]; then
   write=true
   shift
+  git diff --quiet HEAD || {
+    echo "bench.sh: commit first" >&2
+    exit 2
+  }
 fi
 
 scripts/install_packages.sh build bench
@@ -31,7 +35,7 @@ build/bench/bench/marovia_bench Images/camera.pgm Images/astronaut.pgm \
 }
 
 {
-  echo "Measured by bench.sh on $(date -u +%Y-%m-%d), at $(git describe --always --dirty), on"
+  echo "Measured by bench.sh on $(date -u +%Y-%m-%d), at $(git describe --always), on"
   echo "$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1) ($(nproc) processors), built by"
   echo "$(c++ --version | head -n 1), Release. Load average: $load at the start,"
   echo "$(cut -d ' ' -f 1 /proc/loadavg) at the end; above 1, other work took part of the machine."
@@ -42,6 +46,7 @@ build/bench/bench/marovia_bench Images/camera.pgm Images/astronaut.pgm \
 cat "$work/figures"
 
 if $write; then
+  sed -i '/^Codecs:/,$d' "$work/figures"
   awk -v figures="$work/figures" '
     /<!-- end of figures -->/ { skip = 0 }
     !skip
@@ -49,7 +54,6 @@ if $write; then
       skip = 1
       print ""
       while ((getline line < figures) > 0) print line
-      print ""
     }
   ' docs/performance.md >"$work/page"
   cp "$work/page" docs/performance.md

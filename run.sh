@@ -11,16 +11,10 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 cd "$root"
 
 scripts/install_packages.sh build
-log=$(mktemp)
 # Tests are not built here, so that a machine without the test packages gets along.
 build=build/run
-if ! { cmake --preset release -B "$build" -DMAROVIA_BUILD_TESTS=OFF &&
-  cmake --build "$build"; } >"$log" 2>&1; then
-  cat "$log" >&2
-  rm -f "$log"
-  exit 1
-fi
-rm -f "$log"
+scripts/with_progress.sh Configuring cmake --preset release -B "$build" -DMAROVIA_BUILD_TESTS=OFF
+scripts/with_progress.sh Building cmake --build "$build"
 
 cd "$started_in"
 window=$root/$build/window/marovia-window

@@ -7,8 +7,8 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 scripts/install_packages.sh build test
-cmake --preset dev
-cmake --build --preset dev
+scripts/with_progress.sh Configuring cmake --preset dev
+scripts/with_progress.sh Building cmake --build --preset dev
 started=$(date +%s)
 if ctest --preset dev --parallel "$(nproc)" "$@"; then
   echo "All tests passed in $(($(date +%s) - started)) s."

@@ -46,8 +46,9 @@ struct AppState {
   int decodedRows = 0;
   int decodedCols = 0;
 
-  // Whether sides are padded to what the levels need, and the true size noted in the file. Without
-  // it such images are coded as they are and do not come back faithfully.
+  // Whether sides are padded to what the levels need, and the file tells the true size. Without it
+  // such images are coded as they are and do not come back faithfully, and a rate means whole bits
+  // a row.
   bool padToFit = false;
 };
 

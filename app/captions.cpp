@@ -10,8 +10,8 @@
 namespace marovia {
 namespace {
 
-std::string BytesText(double rate, int rows, int cols) {
-  const std::int32_t bits = std::max(0, BitBudget(rate, rows, cols));
+std::string BytesText(std::int32_t budget) {
+  const std::int32_t bits = std::max(0, budget);
   return ": " + std::to_string(bits / 8 + (bits % 8 != 0 ? 1 : 0)) + " bytes";
 }
 
@@ -29,7 +29,7 @@ std::string frmMain::RateHint() const {
     if (rate == 0) return "lossless";
     const bool sized = !state.SourceImage->Empty();
     return TrimmedNumberText(rate) + " bits per pixel" +
-           (sized ? BytesText(rate, state.NumRows, state.NumCols) : "");
+           (sized ? BytesText(Budget(rate, state.NumRows, state.NumCols)) : "");
   } catch (const Error&) {
     return "more bits than a file can have";
   }

@@ -6,6 +6,7 @@
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
+#include "coding/file_header.h"
 
 namespace marovia {
 
@@ -42,7 +43,7 @@ void frmMain::Compress(FileKind kind, Emphasis emphasis) {
 void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emphasis emphasis) {
   file_ = fileName;
   Compression run(coder, *state.SourceImage, state.WaveletKind, state.padToFit);
-  if (!WriteHeaderStart(run, coder)) return WriteChosenFile(fileName, run.File());
+  if (!WriteHeaderStart(run, coder)) return;
   WriteTransform(run, coder);
   if (emphasis == Emphasis::kRegion) SetRegion(run);
 
@@ -58,12 +59,13 @@ void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emph
   mnuDecompress_Click();
 }
 
-// False where the number of levels was refused: the file then ends with its budget.
+// False where the number of levels was refused.
 bool frmMain::WriteHeaderStart(Compression& run, const Coder& coder) {
-  if (coder.HasBudget()) run.WriteBudget(LeadingNumber(txtBitRate.text));
+  if (coder.HasBudget())
+    run.SetBudget(Budget(LeadingNumber(txtBitRate.text), state.NumRows, state.NumCols));
   const std::int16_t levels = coder.lossless ? SetNumberOfLevelsLossless() : SetNumberOfLevels();
   if (levels < 0) return false;
-  run.WriteLevels(levels);
+  run.SetLevels(levels);
   return true;
 }
 
@@ -72,9 +74,15 @@ void frmMain::WriteTransform(Compression& run, const Coder& coder) {
   const Grid<float>& coefficients =
       coder.lossless ? TransformTheImageLossless(run) : TransformTheImage(run);
   SetPointer(Pointer::kBusy);
-  run.WriteMean();
+  run.SubtractMean();
   state.TransformArray = coefficients;
-  run.WriteThreshold();
+  run.ChooseThreshold();
+}
+
+// A bare form counts whole bits a row.
+std::int32_t frmMain::Budget(double rate, int rows, int cols) const {
+  const Sides sides{rows, cols};
+  return state.padToFit ? BitBudget(rate, sides) : BitBudgetOfRows(rate, sides);
 }
 
 // The mask is shown in place of a reconstruction, white where the coefficients belong to the
@@ -104,7 +112,8 @@ void frmMain::Decode(ByteView file, FileKind kind) {
   Decompression run(file, kind, kDefaultMaxPixels);
   ShowHeader(run.Info());
   const Coder& coder = run.TheCoder();
-  if (coder.HasBudget() && run.SetRate(LeadingNumber(txtBitRate.text)))
+  const double rate = LeadingNumber(txtBitRate.text);
+  if (coder.HasBudget() && run.HoldBudget(Budget(rate, run.Info().rows, run.Info().cols)))
     AppendToReport("Bpp value too large, decompressing at largest possible rate.\r\n");
 
   const auto report = [this](const PassReport& pass) {

@@ -206,6 +206,8 @@ class frmMain : public Controls {
   void PutCrosshairAway();
   void AtCrosshair(void (frmMain::*step)(float x, float y));
 
+  // The bits of a picture at a rate. Error kOverflow where they leave 32 bits.
+  [[nodiscard]] std::int32_t Budget(double rate, int rows, int cols) const;
   void Compress(FileKind kind, Emphasis emphasis);
   void CompressInto(const std::string& fileName, const Coder& coder, Emphasis emphasis);
   bool WriteHeaderStart(Compression& run, const Coder& coder);

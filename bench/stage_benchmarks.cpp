@@ -10,6 +10,7 @@
 #include "codec/compression.h"
 #include "codec/decompression.h"
 #include "coding/bit_planes.h"
+#include "coding/file_header.h"
 #include "coding/thresholds.h"
 #include "wavelet/transform.h"
 
@@ -116,11 +117,12 @@ std::shared_ptr<Compression> BeforePasses(const Source& source, FileKind kind) {
   const Coder& coder = CoderOf(kind);
   const auto wavelet = coder.lossless ? WaveletKind::kInteger53 : WaveletKind::kDaub97;
   auto run = std::make_shared<Compression>(coder, source.image, wavelet, true);
-  if (coder.HasBudget()) run->WriteBudget(kRate);
-  run->WriteLevels(kLevels);
+  if (coder.HasBudget())
+    run->SetBudget(BitBudget(kRate, {source.image.Rows(), source.image.Cols()}));
+  run->SetLevels(kLevels);
   run->Transform();
-  run->WriteMean();
-  run->WriteThreshold();
+  run->SubtractMean();
+  run->ChooseThreshold();
   return run;
 }
 
@@ -192,8 +194,8 @@ void RegisterStages(const Source& source) {
   RegisterOrder("adaptive", ScanKind::kAdaptive, coefficients);
   RegisterPlanes(coefficients);
   RegisterRebuild(coefficients);
-  for (const FileKind kind :
-       {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                              FileKind::kAwg, FileKind::kAwc}) {
     RegisterPasses(kind, source);
   }
   RegisterCoder<FirstSetup, TernaryContext<FirstSetup>>("symbol of three, 11 bits:", 3);

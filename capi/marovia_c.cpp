@@ -30,13 +30,12 @@ constexpr marovia_decompress_options kDecompressDefaults = {
     .size = sizeof(marovia_decompress_options), .rate = 0, .max_pixels = kDefaultMaxPixels};
 
 FileKind KindOf(std::int32_t kind) {
-  if (kind < MAROVIA_AWB || kind > MAROVIA_AWG)
+  if (kind < MAROVIA_AWB || kind > MAROVIA_AWC)
     Fail(Errc::kInvalidArgument, "There is no kind of file " + std::to_string(kind) + ".");
   return static_cast<FileKind>(kind);
 }
 
-WaveletKind WaveletOf(std::int32_t wavelet, FileKind kind) {
-  if (wavelet == 0) return kind == FileKind::kAwg ? WaveletKind::kInteger53 : WaveletKind::kDaub97;
+WaveletKind WaveletOf(std::int32_t wavelet) {
   if (wavelet < MAROVIA_DAUB_97 || wavelet > MAROVIA_INTEGER_22)
     Fail(Errc::kInvalidArgument, "There is no wavelet " + std::to_string(wavelet) + ".");
   return static_cast<WaveletKind>(wavelet);
@@ -52,6 +51,10 @@ Image CopyOf(const marovia_image& theirs) {
   if (image.rows < 1 || image.cols < 1)
     Fail(Errc::kInvalidArgument, "An image of " + std::to_string(image.rows) + " x " +
                                      std::to_string(image.cols) + " pixels is none.");
+  if (std::max(image.rows, image.cols) > kMostSide)
+    Fail(Errc::kLimit, "A side of " + std::to_string(std::max(image.rows, image.cols)) +
+                           " exceeds " + std::to_string(kMostSide) +
+                           ", the most that a file can hold.");
   Require(image.samples, "The image's samples");
   const auto width = static_cast<std::size_t>(image.cols);
   const std::size_t stride = image.stride == 0 ? width : image.stride;
@@ -68,7 +71,8 @@ CompressOptions OptionsOf(const marovia_compress_options* theirs) {
   const auto given = theirs == nullptr ? kCompressDefaults : Known(*theirs, kCompressDefaults);
   CompressOptions options;
   options.kind = KindOf(given.kind);
-  options.wavelet = WaveletOf(given.wavelet, options.kind);
+  options.bestWavelet = given.wavelet == MAROVIA_BEST_WAVELET;
+  if (given.wavelet != 0 && !options.bestWavelet) options.wavelet = WaveletOf(given.wavelet);
   if (given.levels != 0) options.levels = given.levels;
   options.rate = given.rate;
   if (given.bytes != 0) options.bytes = given.bytes;
@@ -80,11 +84,15 @@ CompressOptions OptionsOf(const marovia_compress_options* theirs) {
   return options;
 }
 
+std::int64_t MaxPixelsOf(std::int64_t given) {
+  return given == 0 ? kDefaultMaxPixels : given;
+}
+
 DecompressOptions OptionsOf(const marovia_decompress_options* theirs) {
   const auto given = theirs == nullptr ? kDecompressDefaults : Known(*theirs, kDecompressDefaults);
   DecompressOptions options;
   if (given.rate != 0) options.rate = given.rate;
-  options.maxPixels = given.max_pixels;
+  options.maxPixels = MaxPixelsOf(given.max_pixels);
   return options;
 }
 
@@ -127,7 +135,7 @@ const char* marovia_version() {
 }
 
 const char* marovia_extension(std::int32_t kind) {
-  if (kind < MAROVIA_AWB || kind > MAROVIA_AWG) return nullptr;
+  if (kind < MAROVIA_AWB || kind > MAROVIA_AWC) return nullptr;
   return Extension(static_cast<FileKind>(kind)).data();
 }
 
@@ -139,7 +147,7 @@ std::int32_t marovia_kind_of_extension(const char* extension) {
 marovia_status marovia_compress_options_init(marovia_compress_options* options, std::size_t size) {
   return Guarded(nullptr, [&] {
     Require(options, "The options");
-    GiveKnown(&kCompressDefaults, sizeof kCompressDefaults, options, size);
+    GiveKnown(&kCompressDefaults, options, size, kLayout<marovia_compress_options>);
   });
 }
 
@@ -147,7 +155,7 @@ marovia_status marovia_decompress_options_init(marovia_decompress_options* optio
                                                std::size_t size) {
   return Guarded(nullptr, [&] {
     Require(options, "The options");
-    GiveKnown(&kDecompressDefaults, sizeof kDecompressDefaults, options, size);
+    GiveKnown(&kDecompressDefaults, options, size, kLayout<marovia_decompress_options>);
   });
 }
 
@@ -157,7 +165,8 @@ marovia_status marovia_compress(const marovia_image* image, const marovia_compre
   return Guarded(error, [&] {
     Require(image, "The image");
     Require(file, "The buffer for the file");
-    *file = BufferOf(Compress(CopyOf(*image), OptionsOf(options)).file);
+    const CompressOptions chosen = OptionsOf(options);
+    *file = BufferOf(Compress(CopyOf(*image), chosen).file);
   });
 }
 
@@ -184,8 +193,7 @@ marovia_status marovia_inspect(const void* file, std::size_t file_size, std::int
   return Guarded(error, [&] {
     Require(info, "The info");
     Give(marovia_info{}, *info);
-    const std::int64_t most = max_pixels == 0 ? kDefaultMaxPixels : max_pixels;
-    Give(InfoOf(Inspect(ViewOf(file, file_size), KindOf(kind), most)), *info);
+    Give(InfoOf(Inspect(ViewOf(file, file_size), KindOf(kind), MaxPixelsOf(max_pixels))), *info);
   });
 }
 

@@ -5,22 +5,35 @@
 
 namespace marovia::capi {
 
+// What is known of a struct: its size here, the least that it ever had, and its alignment, of which
+// every size is a multiple.
+struct Layout {
+  std::size_t size;
+  std::size_t least;
+  std::size_t alignment;
+};
+
+// The structs have not grown yet: their first size is the one that they have.
+template <class Struct>
+inline constexpr Layout kLayout = {sizeof(Struct), sizeof(Struct), alignof(Struct)};
+
 // Copies what both sides know from a caller's struct over ours, which has the defaults. Error
 // kInvalidArgument where the size is no such struct's, or a field is set that we do not know.
-void TakeKnown(const void* theirs, void* ours, std::size_t ourSize);
+void TakeKnown(const void* theirs, void* ours, const Layout& layout);
 
-// Copies as much of ours as fits theirs, whose own size stays; what we do not know becomes 0.
-void GiveKnown(const void* ours, std::size_t ourSize, void* theirs, std::size_t theirSize);
+// Copies as much of ours as fits theirs, whose own size stays; what we do not know becomes 0. Error
+// kInvalidArgument where the size is no such struct's.
+void GiveKnown(const void* ours, void* theirs, std::size_t theirSize, const Layout& layout);
 
 template <class Struct>
 Struct Known(const Struct& theirs, Struct defaults) {
-  TakeKnown(&theirs, &defaults, sizeof defaults);
+  TakeKnown(&theirs, &defaults, kLayout<Struct>);
   return defaults;
 }
 
 template <class Struct>
 void Give(const Struct& ours, Struct& theirs) {
-  GiveKnown(&ours, sizeof ours, &theirs, theirs.size);
+  GiveKnown(&ours, &theirs, theirs.size, kLayout<Struct>);
 }
 
 }  // namespace marovia::capi

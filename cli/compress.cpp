@@ -1,7 +1,6 @@
 #include <cmath>
 #include <limits>
 #include <string>
-#include <utility>
 
 #include "base/number_text.h"
 #include "cli/commands.h"
@@ -9,9 +8,9 @@
 #include "cli/file_names.h"
 #include "cli/file_run.h"
 #include "cli/json_text.h"
+#include "cli/read_image.h"
 #include "cli/values.h"
 #include "codec/report_text.h"
-#include "files/input_file.h"
 #include "files/output_file.h"
 
 namespace marovia::cli {
@@ -19,31 +18,34 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia compress photo.pgm photo.awf                  0.5 bits per pixel\n"
-    "  marovia compress photo.bmp photo --bytes 20000        at most 20000 bytes\n"
-    "  marovia compress photo.bmp photo --psnr 40            as good as that, and no more\n"
-    "  marovia compress scan.pgm scan.awg --lossless         every pixel as it was\n"
-    "  marovia compress photo.pgm face.awf --region 80,200,210,310\n"
-    "                                                        most bits for one part\n"
-    "  marovia compress *.pgm --output-dir packed -j 4       many files, four at a time\n"
+    "  marovia compress photo.pgm photo.awf  0.5 bits per pixel\n"
+    "  marovia compress photo.bmp photo --bytes 20000  at most 20000 bytes\n"
+    "  marovia compress photo.bmp photo --psnr 40  as good as that, and no more\n"
+    "  marovia compress scan.pgm scan.awg  every pixel as it was\n"
+    "  marovia compress photo.pgm face.awf --region 80,200,210,310  most bits for one part\n"
+    "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n"
     "\n"
-    "IN is a PGM, PPM or BMP image. The extension of OUT follows from the method and\n"
-    "the coding, and is added where OUT has none:\n"
-    "  .awb  wdr, binary        .awa  wdr, arithmetic\n"
-    "  .awd  aswdr, binary      .awf  aswdr, arithmetic      .awg  lossless\n"
-    "IN and OUT may be - for standard input and output.\n";
+    "The extension of OUT chooses the coder, and is added where OUT has none:\n"
+    "  .awb  WDR, raw bits: the simplest to decode\n"
+    "  .awa  WDR, arithmetic coding\n"
+    "  .awd  ASWDR, raw bits\n"
+    "  .awf  ASWDR, arithmetic coding: the best pictures at a given size\n"
+    "  .awg  ASWDR, arithmetic coding: lossless\n"
+    "  .awc  the second ASWDR, raw bits: nearly as good as .awf\n"
+    "\n"
+    "IN and OUT may be - for standard input and output; what is written is then\n"
+    "an .awf unless options say otherwise.\n";
 
-Image ReadSource(const CompressArguments& arguments, const std::string& input, Console& console) {
-  console.SetInput(input);
-  const Bytes file = ReadInput(input, arguments.common.maxPixels);
-  LoadedImage loaded = ReadImage(file, arguments.common.maxPixels);
+LoadedImage ReadSource(const CompressArguments& arguments, const std::string& input,
+                       Console& console) {
+  LoadedImage loaded = LoadImage(input, arguments.common, console);
   if (!loaded.alteration.empty()) {
     if (arguments.lossless && !arguments.convert)
       Fail(Errc::kUnsupported, "not lossless: " + loaded.alteration + " (--convert accepts that)");
     console.Notice(loaded.alteration);
   }
   CheckRegion(arguments.region, loaded.image.Rows(), loaded.image.Cols());
-  return std::move(loaded.image);
+  return loaded;
 }
 
 bool IsMultiple(int side, int levels) {
@@ -75,8 +77,9 @@ double BitsPerPixel(const Image& image, const Bytes& file) {
   return 8.0 * static_cast<double>(file.size()) / static_cast<double>(image.Size());
 }
 
-void ReportResult(const CompressArguments& arguments, const FileTask& task, const Image& image,
-                  const CompressResult& result, Console& console) {
+void ReportResult(const CompressArguments& arguments, const FileTask& task,
+                  const LoadedImage& source, const CompressResult& result, Console& console) {
+  const Image& image = source.image;
   const double rate = BitsPerPixel(image, result.file);
   console.Tell("Compressed file: " + task.output + "\n" + std::to_string(result.file.size()) +
                " bytes, " + TrimmedNumberText(rate) + " bits per pixel, " +
@@ -89,10 +92,11 @@ void ReportResult(const CompressArguments& arguments, const FileTask& task, cons
                      {"method", NameOf(MethodOf(options.kind))},
                      {"coding", NameOf(CodingOf(options.kind))},
                      {"lossless", arguments.lossless},
-                     {"wavelet", NameOf(options.wavelet)},
+                     {"wavelet", NameOf(result.wavelet)},
                      {"levels", result.levels},
                      {"rows", image.Rows()},
                      {"columns", image.Cols()},
+                     {"alteration", JsonOfAlteration(source)},
                      {"bytes", result.file.size()},
                      {"bitsPerPixel", rate},
                      {"mean", JsonNumber(result.mean)},
@@ -112,7 +116,8 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
   const OutputFile output(task.output, arguments.files.force);
   CheckJsonHasRoom(arguments.common, output);
 
-  const Image image = ReadSource(arguments, task.input, console);
+  const LoadedImage source = ReadSource(arguments, task.input, console);
+  const Image& image = source.image;
   if (arguments.ratio) options.bytes = BytesAt(*arguments.ratio, image);
   options.onPass = [&](const PassReport& report) {
     console.Tell(PassReportText(report, image.Rows(), image.Cols(), false));
@@ -126,27 +131,36 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
 
   console.SetOutput(task.output);
   output.Put(result.file);
-  ReportResult(arguments, task, image, result, console);
+  ReportResult(arguments, task, source, result, console);
   return ExitStatus::kDone;
+}
+
+ExitStatus CompressMany(const CompressArguments& arguments, Console& console) {
+  const FileWork work = [&](const FileTask& task, Console& voice) {
+    return CompressFile(arguments, task, voice);
+  };
+  return RunManyFiles(arguments.files, arguments.common, Extension(OptionsOf(arguments).kind), work,
+                      console);
 }
 
 ExitStatus RunCompress(const CompressArguments& arguments, Console& console) {
   CheckFileArguments(arguments.files);
-  const FileKind kind = OptionsOf(arguments).kind;
+  if (arguments.files.outputDir) return CompressMany(arguments, console);
+  const std::string& output = arguments.files.names[1];
+  const CompressArguments whole = WithKindOf(output, arguments);
+  const FileKind kind = OptionsOf(whole).kind;
   const FileWork work = [&](const FileTask& task, Console& voice) {
-    return CompressFile(arguments, task, voice);
+    return CompressFile(whole, task, voice);
   };
-  if (arguments.files.outputDir)
-    return RunManyFiles(arguments.files, arguments.common, Extension(kind), work, console);
-  const std::vector<std::string>& names = arguments.files.names;
-  console.SetOutput(names[1]);
-  return RunOneFile(arguments.files, {names[0], OutputName(names[1], kind)}, work, console);
+  console.SetOutput(output);
+  return RunOneFile(whole.files, {whole.files.names[0], OutputName(output, kind)}, work, console);
 }
 
 void AddSafetyOptions(CLI::App& command, CompressArguments& arguments) {
   command
       .add_flag("--convert", arguments.convert,
-                "With --lossless: turn colour and 16 bits to 8-bit grey")
+                "With --lossless: accept an image that is not 8-bit grey and must be changed "
+                "(colour, 16 bits, transparency)")
       ->group("General");
   command.add_flag("--verify", arguments.verify, "Decode the result before it is put in place")
       ->group("General");

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "marovia/codec.h"
 
@@ -19,6 +20,7 @@ struct CompressArguments {
   std::optional<Method> method;
   std::optional<Coding> coding;
   std::optional<WaveletKind> wavelet;
+  bool bestWavelet = false;
   std::optional<int> levels;
   std::optional<double> rate;
   std::optional<std::int64_t> bytes;
@@ -35,6 +37,10 @@ struct CompressArguments {
 // --method to --pad, and --rate to --share.
 void AddCodingOptions(CLI::App& command, CompressArguments& arguments);
 void AddSizeOptions(CLI::App& command, CompressArguments& arguments);
+
+// The choices, with those that no option made taken from the extension of OUT. One that an option
+// contradicts is left to OutputName, which refuses it.
+CompressArguments WithKindOf(const std::string& output, CompressArguments arguments);
 
 // Error kInvalidArgument where the choices do not go together. A ratio waits for the image.
 CompressOptions OptionsOf(const CompressArguments& arguments);

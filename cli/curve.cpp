@@ -15,9 +15,9 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia curve photo.pgm                               a table on standard output\n"
-    "  marovia curve photo.pgm curve.svg curve.tsv           a picture, and the table\n"
-    "  marovia curve photo.pgm curve.svg --coders awf --wavelets 9/7,5/3 --rates 0.1:4\n"
+    "  marovia curve photo.pgm  a table on standard output\n"
+    "  marovia curve photo.pgm curve.svg curve.tsv  a picture, and the table\n"
+    "  marovia curve photo.pgm c.svg --coders awf --wavelets 9/7,5/3 --rates 0.1:4\n"
     "\n"
     "Draws how the PSNR grows with the bits per pixel. The image is compressed once for\n"
     "each coder and wavelet; every lower rate is a start of that file. OUT ends in .svg\n"
@@ -75,20 +75,22 @@ Json JsonOf(const RateCurve& curve) {
   return {{"kind", Extension(curve.kind)}, {"wavelet", NameOf(curve.wavelet)}, {"points", points}};
 }
 
-Json JsonOf(const CurveArguments& arguments, const Image& image,
+Json JsonOf(const CurveArguments& arguments, const LoadedImage& source,
             const std::vector<RateCurve>& curves) {
   Json list = Json::array();
   for (const RateCurve& curve : curves) list.push_back(JsonOf(curve));
   return {{"input", arguments.input},
           {"outputs", arguments.outputs},
-          {"rows", image.Rows()},
-          {"columns", image.Cols()},
+          {"rows", source.image.Rows()},
+          {"columns", source.image.Cols()},
+          {"alteration", JsonOfAlteration(source)},
           {"curves", list}};
 }
 
 ExitStatus RunCurve(const CurveArguments& arguments, Console& console) {
   const std::vector<Target> targets = TargetsOf(arguments, console);
-  const Image image = ReadImageFile(arguments.input, arguments.common, console);
+  const LoadedImage source = ReadImageFile(arguments.input, arguments.common, console);
+  const Image& image = source.image;
   const std::vector<RateCurve> curves = Measured(arguments, image, console);
   const std::string title = std::filesystem::path(arguments.input).filename().string() + ", " +
                             std::to_string(image.Cols()) + " x " + std::to_string(image.Rows());
@@ -98,7 +100,7 @@ ExitStatus RunCurve(const CurveArguments& arguments, Console& console) {
     target.file.Put(Bytes(text.begin(), text.end()));
   }
   if (arguments.common.json) {
-    console.Print(JsonOf(arguments, image, curves));
+    console.Print(JsonOf(arguments, source, curves));
   } else if (targets.empty()) {
     console.Print(TsvOf(curves));
   }
@@ -125,7 +127,7 @@ void AddCurve(CLI::App& tool, Action& action) {
   CLI::App& command = AddCommand(tool, "curve", "Draw how the quality of an image grows");
   AddFile(command, "IN", arguments->input, "The image: PGM, PPM or BMP");
   command.add_option("OUT", arguments->outputs, "A picture (.svg) or a table (.tsv)")
-      ->option_text(" ");
+      ->group("Files");
   AddCurveOptions(command, *arguments);
   AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);

@@ -3,6 +3,7 @@
 
 #include "base/number_text.h"
 #include "cli/commands.h"
+#include "cli/content.h"
 #include "cli/file_names.h"
 #include "cli/file_run.h"
 #include "cli/json_text.h"
@@ -15,10 +16,10 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia decompress photo.awf photo.pgm                all that the file holds\n"
-    "  marovia decompress photo.awf small.bmp --rate 0.1     as of 0.1 bits per pixel\n"
-    "  marovia decompress - - --format awf,pgm <photo.awf    from pipe to pipe\n"
-    "  marovia decompress *.awf --output-dir pictures -j 4   many files, four at a time\n"
+    "  marovia decompress photo.awf photo.pgm  all that the file holds\n"
+    "  marovia decompress photo.awf small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
+    "  marovia decompress - - --format awf,pgm <photo.awf  from pipe to pipe\n"
+    "  marovia decompress *.awf --output-dir pictures -j 4  four files at a time\n"
     "\n"
     "A file cut short gives the picture that is left of it, and exit status 3.\n"
     "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
@@ -60,6 +61,7 @@ DecompressResult Decode(const DecompressArguments& arguments, const std::string&
   console.SetInput(input);
   const FileKind kind = InputKind(input, arguments.formats.kind);
   const Bytes file = ReadInput(input, arguments.common.maxPixels);
+  CheckIsOfKind(file, kind, arguments.common.maxPixels);
   DecompressOptions options;
   options.rate = arguments.rate;
   options.maxPixels = arguments.common.maxPixels;

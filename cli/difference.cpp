@@ -36,14 +36,18 @@ ExitStatus RunDifference(const DifferenceArguments& arguments, Console& console)
   const ImageFormat format = OutputFormat(arguments.output, std::nullopt);
   const OutputFile output(arguments.output, arguments.force);
   CheckJsonHasRoom(arguments.common, output);
-  const auto [source, other] =
+  const ImagePair images =
       ReadImagePair(arguments.source, arguments.other, arguments.common, console);
+  const Image& source = images.source.image;
+  const Image& other = images.other.image;
   const Image picture = DifferenceImage(source, other, arguments.gain);
   console.SetOutput(arguments.output);
   output.Put(format == ImageFormat::kPgm ? WritePgm(picture) : WriteBmp(picture));
   if (arguments.common.json)
     console.Print(Json{{"source", arguments.source},
                        {"reconstruction", arguments.other},
+                       {"sourceAlteration", JsonOfAlteration(images.source)},
+                       {"reconstructionAlteration", JsonOfAlteration(images.other)},
                        {"output", arguments.output},
                        {"gain", arguments.gain},
                        {"supNorm", JsonNumber(Measure(source, other).supNorm)}});

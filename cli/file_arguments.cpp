@@ -18,8 +18,8 @@ constexpr std::int64_t kMostJobs = 1024;
 // A name of its own in the help; all go into one list.
 void AddName(CLI::App& command, FileArguments& arguments, const std::string& name,
              const std::string& description) {
-  AddParsedOption(command, name, " ", description, [&](const std::string& text) {
-    arguments.names.push_back(text);
+  AddParsedOption(command, name, "", description, [&arguments, name](const std::string& text) {
+    arguments.names.push_back(NotEmpty(name, text));
   })->group("Files");
 }
 
@@ -29,19 +29,20 @@ void AddMoreNames(CLI::App& command, FileArguments& arguments) {
       .add_option_function<std::vector<std::string>>(
           "MORE",
           [&](const std::vector<std::string>& names) {
-            arguments.names.insert(arguments.names.end(), names.begin(), names.end());
+            for (const std::string& name : names) arguments.names.push_back(NotEmpty("IN", name));
           })
       ->group("");
 }
 
 void AddManyFiles(CLI::App& command, FileArguments& arguments) {
   CLI::Option* folder =
-      command.add_option("--output-dir", arguments.outputDir, "Write DIR/NAME.EXT for each IN")
-          ->option_text("DIR")
+      AddParsedOption(
+          command, "--output-dir", "DIR", "Write DIR/NAME.EXT for each IN",
+          [&](const std::string& text) { arguments.outputDir = NotEmpty("--output-dir", text); })
           ->group(kGroup);
   command
       .add_option("--files0-from", arguments.listFile,
-                  "Names of more inputs, each ended by a NUL;\nFILE may be - for standard input")
+                  "Names of more inputs, each ended by a NUL; FILE may be - for standard input")
       ->option_text("FILE")
       ->needs(folder)
       ->group(kGroup);
@@ -80,10 +81,9 @@ void AddFileArguments(CLI::App& command, FileArguments& arguments, const std::st
       .add_flag("--skip-existing", arguments.skipExisting,
                 "Leave an input alone whose output is there")
       ->excludes(force)
-      ->option_text(" ")
       ->group("General");
   command.formatter(std::make_shared<HelpFormatter>(
-      std::vector<std::string>{"IN OUT", "IN... --output-dir DIR"}));
+      std::vector<std::string>{"[OPTIONS] IN OUT", "[OPTIONS] IN... --output-dir DIR"}));
 }
 
 void CheckFileArguments(const FileArguments& arguments) {

@@ -13,7 +13,7 @@
 namespace marovia::cli {
 namespace {
 
-constexpr const char* kKindNames = "awb, awa, awd, awf or awg";
+constexpr const char* kKindNames = "awb, awa, awc, awd, awf or awg";
 
 char LowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -62,6 +62,10 @@ Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo) {
   return formats;
 }
 
+std::optional<FileKind> KindNamed(const std::string& name) {
+  return IsStream(name) ? std::nullopt : KindOfExtension(ExtensionOf(name));
+}
+
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told) {
   if (told) return *told;
   const std::string extension = name == kStandardStream ? "" : ExtensionOf(name);
@@ -73,6 +77,7 @@ FileKind InputKind(const std::string& name, const std::optional<FileKind>& told)
 }
 
 std::string OutputName(const std::string& name, FileKind kind) {
+  if (name.empty()) Fail(Errc::kInvalidArgument, "the name of what is written is empty");
   if (IsStream(name)) return name;
   const std::string wanted(Extension(kind));
   const std::string extension = ExtensionOf(name);

@@ -24,12 +24,15 @@ std::string_view NameOf(ImageFormat format);
 // kInvalidArgument for any other, and for an image where only kinds are of use.
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
 
+// The kind that the extension names, in either case; none for other extensions and for streams.
+std::optional<FileKind> KindNamed(const std::string& name);
+
 // The kind of the compressed file `name`: as told, else by its extension in either case. Error
 // kInvalidArgument where the name has none, kUnsupported where it is not one of ours.
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told);
 
 // The name under which a file of that kind is written: `name`, with the extension added where it
-// has none. Error kInvalidArgument where it has another one.
+// has none. Error kInvalidArgument where it has another one, or is empty.
 std::string OutputName(const std::string& name, FileKind kind);
 
 // The name of what becomes of `input` in a folder: an extension that is read here gives way to

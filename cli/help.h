@@ -7,15 +7,16 @@
 
 namespace marovia::cli {
 
-class HelpFormatter : public CLI::Formatter {
+class HelpFormatter : public CLI::FormatterBase {
  public:
-  HelpFormatter();
+  HelpFormatter() = default;
   // The forms in which a command may be called, one a line, without its name.
   explicit HelpFormatter(std::vector<std::string> forms);
 
   std::string make_help(const CLI::App* app, std::string name,
                         CLI::AppFormatMode mode) const override;
-  std::string make_usage(const CLI::App* app, std::string name) const override;
+
+  [[nodiscard]] std::string Usage(const CLI::App& app, const std::string& name) const;
 
  private:
   std::vector<std::string> forms_;

@@ -1,6 +1,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -8,6 +9,7 @@
 
 #include "base/number_text.h"
 #include "cli/commands.h"
+#include "cli/content.h"
 #include "cli/file_names.h"
 #include "cli/json_text.h"
 #include "cli/values.h"
@@ -75,13 +77,16 @@ std::string TextOf(const FileInfo& info) {
 ExitStatus RunInfo(const InfoArguments& arguments, Console& console) {
   console.SetInput(arguments.file);
   const FileKind kind = InputKind(arguments.file, arguments.formats.kind);
-  const Bytes file = ReadInput(arguments.file, arguments.common.maxPixels);
-  const FileInfo info = Inspect(file, kind, arguments.common.maxPixels);
+  InputFile file(arguments.file, arguments.common.maxPixels);
+  const Bytes start = file.Read(kMostHeaderBytes);
+  CheckIsOfKind(start, kind, arguments.common.maxPixels);
+  const std::int64_t bytes = std::ssize(start) + file.CountRest();
+  const FileInfo info = InspectStart(start, bytes, kind, arguments.common.maxPixels);
   if (!arguments.common.json) {
     console.Print(TextOf(info));
     return ExitStatus::kDone;
   }
-  Json json = {{"file", arguments.file}, {"bytes", file.size()}};
+  Json json = {{"file", arguments.file}, {"bytes", bytes}};
   json.update(JsonOf(info));
   console.Print(json);
   return ExitStatus::kDone;

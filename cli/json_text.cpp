@@ -11,6 +11,10 @@ double JsonNumber(float value) {
   return LeadingNumber(TrimmedNumberText(value));
 }
 
+Json JsonOfAlteration(const LoadedImage& image) {
+  return image.alteration.empty() ? Json() : Json(image.alteration);
+}
+
 Json JsonOf(const std::vector<PassReport>& passes) {
   Json list = Json::array();
   for (const PassReport& pass : passes) {

@@ -14,6 +14,9 @@ using Json = nlohmann::ordered_json;
 // With the digits of a float, not those of the double that it becomes.
 double JsonNumber(float value);
 
+// What reading changed of an image, or null.
+Json JsonOfAlteration(const LoadedImage& image);
+
 Json JsonOf(const std::vector<PassReport>& passes);
 Json JsonOf(const FileInfo& info);
 

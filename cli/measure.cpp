@@ -43,9 +43,12 @@ Json JsonOf(const std::optional<Region>& region) {
           {"column2", region->col2}};
 }
 
-Json JsonOf(const MeasureArguments& arguments, const ErrorMeasures& measures) {
+Json JsonOf(const MeasureArguments& arguments, const ImagePair& images,
+            const ErrorMeasures& measures) {
   return {{"source", arguments.source},
           {"reconstruction", arguments.reconstruction},
+          {"sourceAlteration", JsonOfAlteration(images.source)},
+          {"reconstructionAlteration", JsonOfAlteration(images.other)},
           {"region", JsonOf(arguments.region)},
           {"supNorm", JsonNumber(measures.supNorm)},
           {"meanSquareError", JsonNumber(measures.meanSquareError)},
@@ -54,13 +57,14 @@ Json JsonOf(const MeasureArguments& arguments, const ErrorMeasures& measures) {
 }
 
 ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {
-  const auto [source, other] =
+  const ImagePair images =
       ReadImagePair(arguments.source, arguments.reconstruction, arguments.common, console);
+  const Image& source = images.source.image;
   console.SetInput(arguments.source);
   CheckRegion(arguments.region, source.Rows(), source.Cols());
-  const ErrorMeasures measures = Measure(source, other, arguments.region);
+  const ErrorMeasures measures = Measure(source, images.other.image, arguments.region);
   const MeasuredArea area = arguments.region ? MeasuredArea::kRegion : MeasuredArea::kImage;
-  console.Print(arguments.common.json ? JsonText(JsonOf(arguments, measures))
+  console.Print(arguments.common.json ? JsonText(JsonOf(arguments, images, measures))
                                       : TextOf(measures, area));
   return ExitStatus::kDone;
 }
@@ -73,7 +77,7 @@ void AddMeasure(CLI::App& tool, Action& action) {
   AddFile(command, "A", arguments->source, "The source image: PGM, PPM or BMP");
   AddFile(command, "B", arguments->reconstruction, "The image to compare with it");
   AddRegionOption(command, arguments->region,
-                  "Only rows R1 to R2, columns C1 to C2, from 0, inclusive")
+                  "Only rows R1 to R2, columns C1 to C2, all included, from 0")
       ->group("General");
   AddCommonOptions(command, arguments->common);
   command.footer(kExamples);

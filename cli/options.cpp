@@ -10,8 +10,6 @@ namespace marovia::cli {
 namespace {
 
 constexpr const char* kGeneral = "General";
-// Keeps the library from filling in types and relations of its own.
-constexpr const char* kNoText = " ";
 
 }  // namespace
 
@@ -19,9 +17,17 @@ CLI::App& AddCommand(CLI::App& tool, const std::string& name, const std::string&
   return *tool.add_subcommand(name, description)->group("Commands");
 }
 
+std::string NotEmpty(const std::string& what, const std::string& word) {
+  if (word.empty()) Fail(Errc::kInvalidArgument, what + " is an empty name");
+  return word;
+}
+
 void AddFile(CLI::App& command, const std::string& name, std::string& file,
              const std::string& description) {
-  command.add_option(name, file, description)->required()->option_text(kNoText)->group("Files");
+  AddParsedOption(command, name, "", description,
+                  [&file, name](const std::string& text) { file = NotEmpty(name, text); })
+      ->required()
+      ->group("Files");
 }
 
 void AddCommonOptions(CLI::App& command, CommonOptions& options) {
@@ -31,13 +37,11 @@ void AddCommonOptions(CLI::App& command, CommonOptions& options) {
                            .add_flag_callback(
                                "-q,--quiet", [&] { options.verbosity = Verbosity::kQuiet; },
                                "Say nothing but errors")
-                           ->option_text(kNoText)
                            ->group(kGeneral);
   command
       .add_flag_callback(
           "-v,--verbose", [&] { options.verbosity = Verbosity::kVerbose; },
           "Report passes and results on standard error")
-      ->option_text(kNoText)
       ->excludes(quiet)
       ->group(kGeneral);
   AddParsedOption(
@@ -48,9 +52,7 @@ void AddCommonOptions(CLI::App& command, CommonOptions& options) {
 }
 
 CLI::Option* AddForceOption(CLI::App& command, bool& force) {
-  return command.add_flag("-f,--force", force, "Replace OUT if it exists")
-      ->option_text(kNoText)
-      ->group(kGeneral);
+  return command.add_flag("-f,--force", force, "Replace OUT if it exists")->group(kGeneral);
 }
 
 CLI::Option* AddRateOption(CLI::App& command, std::optional<double>& rate,
@@ -78,9 +80,9 @@ void AddFormatOption(CLI::App& command, Formats& formats, bool imagesToo) {
           [&formats, imagesToo](const std::vector<std::string>& texts) {
             formats = ParseFormats(texts, imagesToo);
           },
-          imagesToo ? "Kind of IN (awb, awa, awd, awf, awg) or OUT (pgm, bmp),\n"
+          imagesToo ? "Kind of IN (awb, awa, awd, awf, awg) or OUT (pgm, bmp), "
                       "where the name does not tell"
-                    : "Kind of the input (awb, awa, awd, awf, awg), where its\n"
+                    : "Kind of the input (awb, awa, awd, awf, awg), where its "
                       "name does not tell")
       ->delimiter(',')
       ->expected(1)

@@ -30,6 +30,10 @@ struct CommonOptions {
 // A command under its name, with room for its one-line description in the list of commands.
 CLI::App& AddCommand(CLI::App& tool, const std::string& name, const std::string& description);
 
+// The name of a file, which the word is. Error kInvalidArgument where it is empty: the shell put in
+// a variable that has no value.
+std::string NotEmpty(const std::string& what, const std::string& word);
+
 // A file named on the command line.
 void AddFile(CLI::App& command, const std::string& name, std::string& file,
              const std::string& description);

@@ -10,15 +10,17 @@
 
 namespace marovia::cli {
 
-// The image in the file of that name, or on standard input for "-". What was changed in reading it
-// is noticed.
-Image ReadImageFile(const std::string& name, const CommonOptions& options, Console& console);
+// The image in the file of that name, or on standard input for "-".
+LoadedImage LoadImage(const std::string& name, const CommonOptions& options, Console& console);
+
+// The same; what was changed in reading it is noticed.
+LoadedImage ReadImageFile(const std::string& name, const CommonOptions& options, Console& console);
 
 // Both, of one shape. Error kIndex where they differ in it, kInvalidArgument where both are to come
 // from standard input.
 struct ImagePair {
-  Image source;
-  Image other;
+  LoadedImage source;
+  LoadedImage other;
 };
 ImagePair ReadImagePair(const std::string& source, const std::string& other,
                         const CommonOptions& options, Console& console);

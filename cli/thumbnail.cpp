@@ -1,7 +1,12 @@
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <limits>
 #include <string>
+#include <utility>
 
 #include "cli/commands.h"
+#include "cli/content.h"
 #include "cli/file_names.h"
 #include "cli/json_text.h"
 #include "cli/png_file.h"
@@ -43,12 +48,24 @@ double RateFor(const FileInfo& info, int size) {
   return kBitsPerPixel * scale * scale;
 }
 
-Image DecodeFor(int size, ByteView file, FileKind kind, std::int64_t maxPixels) {
-  const FileInfo info = Inspect(file, kind, maxPixels);
+// As much of a file as is read at a rate.
+std::int64_t BytesFor(FileInfo info, double rate) {
+  const double bits = rate * info.rows * info.cols;
+  info.budget = static_cast<std::int32_t>(
+      std::min<double>(bits, info.budget.value_or(std::numeric_limits<std::int32_t>::max())));
+  return UsefulBytes(info);
+}
+
+Image DecodeFor(int size, InputFile& input, FileKind kind, std::int64_t maxPixels) {
+  Bytes file = input.Read(kMostHeaderBytes);
+  CheckIsOfKind(file, kind, maxPixels);
+  const FileInfo info = InspectStart(file, std::ssize(file), kind, maxPixels);
   const double rate = RateFor(info, size);
+  const Bytes stream = input.Read(BytesFor(info, rate));
+  file.insert(file.end(), stream.begin(), stream.end());
   if (info.budget) return Decompress(file, kind, {rate, maxPixels, {}}).image;
   // A lossless file has no rate of its own; as a lossy one it has.
-  const TruncateResult start = Truncate(file, kind, {rate, {}, maxPixels});
+  const TruncateResult start = Truncate(std::move(file), kind, {rate, {}, maxPixels});
   return Decompress(start.file, start.kind, {{}, maxPixels, {}}).image;
 }
 
@@ -58,7 +75,7 @@ ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
   CheckJsonHasRoom(arguments.common, output);
   console.SetInput(arguments.input);
   const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
-  const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  InputFile file(arguments.input, arguments.common.maxPixels);
   const Image picture = ReducedToFit(
       DecodeFor(arguments.size, file, kind, arguments.common.maxPixels), arguments.size);
   console.SetOutput(arguments.output);

@@ -1,7 +1,11 @@
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "cli/commands.h"
+#include "cli/content.h"
 #include "cli/file_names.h"
+#include "cli/help.h"
 #include "cli/json_text.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
@@ -42,9 +46,10 @@ void ReportResult(const TruncateArguments& arguments, const std::string& output,
 TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
   console.SetInput(arguments.input);
   const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
-  const Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  CheckIsOfKind(file, kind, arguments.common.maxPixels);
   TruncateResult result = Truncate(
-      file, kind,
+      std::move(file), kind,
       {.rate = arguments.rate, .bytes = arguments.bytes, .maxPixels = arguments.common.maxPixels});
   if (result.rateHeld) console.Notice("holds no more than that already, so it stays as it is");
   return result;
@@ -81,6 +86,8 @@ void AddTruncate(CLI::App& tool, Action& action) {
   AddFormatOption(command, arguments->formats, false);
   AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
+  command.formatter(std::make_shared<HelpFormatter>(
+      std::vector<std::string>{"[OPTIONS] IN OUT --rate BPP", "[OPTIONS] IN OUT --bytes N"}));
   command.footer(kExamples);
   SetAction<TruncateArguments>(command, action, arguments, &RunTruncate);
 }

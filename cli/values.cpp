@@ -22,7 +22,8 @@ struct Name {
 };
 
 constexpr std::array kMethods = {Name<Method>{Method::kWdr, "wdr"},
-                                 Name<Method>{Method::kAswdr, "aswdr"}};
+                                 Name<Method>{Method::kAswdr, "aswdr"},
+                                 Name<Method>{Method::kAswdr2, "aswdr2"}};
 constexpr std::array kCodings = {Name<Coding>{Coding::kBinary, "binary"},
                                  Name<Coding>{Coding::kArithmetic, "arithmetic"}};
 constexpr std::array kWavelets = {Name<WaveletKind>{WaveletKind::kDaub97, "9/7"},
@@ -146,14 +147,20 @@ Region ParseRegion(const std::string& text) {
 }
 
 Method MethodOf(FileKind kind) {
+  if (kind == FileKind::kAwc) return Method::kAswdr2;
   return kind == FileKind::kAwb || kind == FileKind::kAwa ? Method::kWdr : Method::kAswdr;
 }
 
 Coding CodingOf(FileKind kind) {
-  return kind == FileKind::kAwb || kind == FileKind::kAwd ? Coding::kBinary : Coding::kArithmetic;
+  const bool binary = kind == FileKind::kAwb || kind == FileKind::kAwd || kind == FileKind::kAwc;
+  return binary ? Coding::kBinary : Coding::kArithmetic;
 }
 
 FileKind KindOf(Method method, Coding coding) {
+  if (method == Method::kAswdr2) {
+    if (coding == Coding::kBinary) return FileKind::kAwc;
+    Fail(Errc::kInvalidArgument, "--method aswdr2 works with --coding binary only");
+  }
   if (method == Method::kWdr) return coding == Coding::kBinary ? FileKind::kAwb : FileKind::kAwa;
   return coding == Coding::kBinary ? FileKind::kAwd : FileKind::kAwf;
 }

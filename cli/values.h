@@ -10,7 +10,7 @@
 
 namespace marovia::cli {
 
-enum class Method { kWdr, kAswdr };
+enum class Method { kWdr, kAswdr, kAswdr2 };
 enum class Coding { kBinary, kArithmetic };
 
 // The parsers throw Error kInvalidArgument, which names the option.
@@ -33,6 +33,7 @@ Region ParseRegion(const std::string& text);
 
 Method MethodOf(FileKind kind);
 Coding CodingOf(FileKind kind);
+// Error kInvalidArgument where a method has no such coding.
 FileKind KindOf(Method method, Coding coding);
 
 std::string_view NameOf(Method method);

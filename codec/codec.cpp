@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <future>
 #include <string>
+#include <utility>
 
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
+#include "codec/geometry.h"
 #include "codec/quality_target.h"
 #include "measures/region.h"
 #include "wavelet/catalogue.h"
@@ -26,15 +29,33 @@ void CheckPsnr(const CompressOptions& options) {
   }
 }
 
+WaveletKind WaveletOf(const CompressOptions& options) {
+  const bool lossless = CoderOf(options.kind).lossless;
+  return options.wavelet.value_or(lossless ? WaveletKind::kInteger22 : WaveletKind::kDaub97);
+}
+
+void CheckWavelet(const CompressOptions& options) {
+  const bool lossless = CoderOf(options.kind).lossless;
+  if (lossless && options.pad && !IsInteger(WaveletOf(options))) {
+    Fail(Errc::kInvalidArgument,
+         "The 9/7 wavelet is not lossless; 5/3 and 2+2,2, the integer wavelets, are.");
+  }
+  if (options.bestWavelet && (options.wavelet || !lossless)) {
+    Fail(Errc::kInvalidArgument,
+         "The best wavelet is chosen in lossless coding, and where none is named.");
+  }
+}
+
 void CheckOptions(const Image& image, const CompressOptions& options) {
   const Coder& coder = CoderOf(options.kind);
   if (options.levels && *options.levels < 1) {
     Fail(Errc::kInvalidArgument,
          "The number of levels is " + std::to_string(*options.levels) + "; it must be 1 or more.");
   }
-  if (coder.lossless && options.pad && !IsInteger(options.wavelet)) {
-    Fail(Errc::kInvalidArgument,
-         "The 9/7 wavelet is not lossless; 5/3 and 2+2,2, the integer wavelets, are.");
+  CheckWavelet(options);
+  if (coder.HasBudget() && options.bytes && *options.bytes < 1) {
+    Fail(Errc::kInvalidArgument, "The file is to have " + std::to_string(*options.bytes) +
+                                     " bytes; that must be 1 or more.");
   }
   if (coder.HasBudget() && !options.bytes && !(std::isfinite(options.rate) && options.rate > 0)) {
     Fail(Errc::kInvalidArgument,
@@ -52,39 +73,38 @@ PassListener Collector(std::vector<PassReport>& reports, const PassListener& nex
   };
 }
 
+Sides SidesOf(const Image& image) {
+  return {image.Rows(), image.Cols()};
+}
+
 int ChooseLevels(const Image& image, const CompressOptions& options) {
-  const Sides sides{image.Rows(), image.Cols()};
-  if (!options.levels) return DefaultLevels(sides, options.wavelet);
-  const int limit = LevelLimitOf(sides, options.wavelet, options.pad);
+  const Sides sides = SidesOf(image);
+  if (!options.levels) return DefaultLevels(sides, WaveletOf(options));
+  const int limit = LevelLimitOf(sides, WaveletOf(options), options.pad);
   return std::min(*options.levels, limit);
 }
 
-// One run; the budget's bits in place of the rate where they are given.
+// One run; a lossless one has no use for the budget.
 CompressResult CompressOnce(const Image& image, const CompressOptions& options,
-                            const std::optional<std::int32_t>& bits) {
+                            std::int32_t budget) {
   const Coder& coder = CoderOf(options.kind);
   CompressResult result;
+  result.wavelet = WaveletOf(options);
   result.levels = ChooseLevels(image, options);
-  Compression run(coder, image, options.wavelet, options.pad);
-  if (LevelLimitOf({image.Rows(), image.Cols()}, options.wavelet, options.pad) < 0) {
+  Compression run(coder, image, result.wavelet, options.pad);
+  if (LevelLimitOf(SidesOf(image), result.wavelet, options.pad) < 0) {
     Fail(Errc::kInvalidArgument, "An image with a side of 1 or 2 cannot be coded without padding.");
   }
-  if (coder.HasBudget()) {
-    if (bits) {
-      run.WriteBudgetBits(*bits);
-    } else {
-      run.WriteBudget(options.rate);
-    }
-  }
-  run.WriteLevels(result.levels);
+  if (coder.HasBudget()) run.SetBudget(budget);
+  run.SetLevels(result.levels);
   run.Transform();
-  run.WriteMean();
-  run.WriteThreshold();
+  run.SubtractMean();
+  run.ChooseThreshold();
   if (options.region) run.SetRegion(*options.region, options.share);
   const PassListener listener = Collector(result.passes, options.onPass);
   listener(run.WritePasses(listener));
-  result.mean = run.Mean();
-  result.exponent = run.Exponent();
+  result.mean = run.Header().mean;
+  result.exponent = run.Header().exponent;
   result.file = run.TakeFile();
   return result;
 }
@@ -151,25 +171,42 @@ CompressResult CompressToPsnr(const Image& image, const CompressOptions& options
   }
 }
 
+// With both integer wavelets at once.
+CompressResult CompressToTheShorter(const Image& image, const CompressOptions& options) {
+  const auto tried = [&](WaveletKind wavelet) {
+    CompressOptions quiet = Quiet(options);
+    quiet.wavelet = wavelet;
+    return CompressOnce(image, quiet, 0);
+  };
+  // Where no thread is to be had it runs in this one.
+  auto other =
+      std::async(std::launch::async | std::launch::deferred, tried, WaveletKind::kInteger53);
+  CompressResult result = tried(WaveletKind::kInteger22);
+  CompressResult second = other.get();
+  if (second.file.size() < result.file.size()) result = std::move(second);
+  Replay(result, options.onPass);
+  return result;
+}
+
 }  // namespace
 
 CompressResult Compress(const Image& image, const CompressOptions& options) {
   CheckOptions(image, options);
-  if (!CoderOf(options.kind).HasBudget()) return CompressOnce(image, options, std::nullopt);
+  if (options.bestWavelet) return CompressToTheShorter(image, options);
+  if (!CoderOf(options.kind).HasBudget()) return CompressOnce(image, options, 0);
   if (options.psnr) return CompressToPsnr(image, options);
   if (options.bytes) return CompressToBytes(image, options);
-  return CompressOnce(image, options, std::nullopt);
-}
-
-FileInfo Inspect(ByteView file, FileKind kind, std::int64_t maxPixels) {
-  return Decompression(file, kind, maxPixels).Info();
+  return CompressOnce(image, options, BitBudget(options.rate, SidesOf(image)));
 }
 
 DecompressResult Decompress(ByteView file, FileKind kind, const DecompressOptions& options) {
   Decompression run(file, kind, options.maxPixels);
   DecompressResult result;
   result.info = run.Info();
-  if (options.rate && CoderOf(kind).HasBudget()) result.rateHeld = run.SetRate(*options.rate);
+  if (options.rate && CoderOf(kind).HasBudget()) {
+    result.rateHeld =
+        run.HoldBudget(BitBudget(*options.rate, {result.info.rows, result.info.cols}));
+  }
   const PassListener listener = Collector(result.passes, options.onPass);
   listener(run.ReadPasses(listener));
   result.truncated = run.Truncated();

@@ -24,6 +24,7 @@ constexpr std::array kCoders = {
           kAswdrArithmetic, false},
     Coder{FileKind::kAwg, "awg", kAdaptive, SymbolKind::kAswdr, kLossless, kLossless, kLossless,
           true},
+    Coder{FileKind::kAwc, "awc", kRanked, SymbolKind::kBits, kRaw, kRaw, kRaw, false},
 };
 
 }  // namespace

@@ -1,4 +1,5 @@
-// The table of the coders. Adding one is a row here and at most one pair of symbol classes.
+// What a run has to know of each coder. One more is a row here and at most one pair of symbol
+// classes, but the public headers and the fronts name the kinds as well.
 #pragma once
 
 #include <memory>
@@ -9,7 +10,7 @@
 
 namespace marovia {
 
-enum class ScanKind { kFixed, kAdaptive };
+enum class ScanKind { kFixed, kAdaptive, kRanked };
 enum class SymbolKind { kBits, kWdr, kAswdr };
 
 struct Coder {
@@ -30,6 +31,7 @@ struct Coder {
 
 const Coder& CoderOf(FileKind kind);
 
+// Not for kRanked, whose passes have an order of their own.
 std::unique_ptr<VisitingOrder> MakeOrder(ScanKind scan, const BandGrid& grid);
 
 }  // namespace marovia

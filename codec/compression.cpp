@@ -7,12 +7,13 @@
 #include "aswdr/aswdr_symbols.h"
 #include "base/checked.h"
 #include "base/shift.h"
+#include "codec/geometry.h"
 #include "codec/run.h"
 #include "coding/bit_planes.h"
-#include "coding/file_header.h"
 #include "coding/pass_encoder.h"
 #include "coding/wdr_symbols.h"
 #include "measures/region.h"
+#include "ranked/ranked_encoder.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/scaling.h"
 #include "wavelet/transform.h"
@@ -36,51 +37,42 @@ float HeldShare(float share) {
 }
 
 Compression::Compression(const Coder& coder, const Image& image, WaveletKind wavelet, bool pad)
-    : coder_(coder), image_(image), wavelet_(wavelet), pad_(pad) {
+    : coder_(coder), image_(image), pad_(pad) {
+  header_.wavelet = wavelet;
+  header_.sides = {image.Rows(), image.Cols()};
   if (image.Empty()) Fail(Errc::kInvalidArgument, "The image is empty.");
-  CheckSides({image.Rows(), image.Cols()});
+  CheckSides(header_.sides);
 }
 
-void Compression::WriteBudget(double rate) {
-  WriteBudgetBits(BitBudget(rate, image_.Rows(), image_.Cols()));
-}
-
-void Compression::WriteBudgetBits(std::int32_t bits) {
-  budget_ = bits;
-  AppendBudget(file_, bits);
-}
-
-void Compression::WriteLevels(int levels) {
-  levels_ = levels;
-  coded_ = {image_.Rows(), image_.Cols()};
-  if (pad_) coded_ = PaddedSides(coded_, levels);
-  CheckSides(coded_);
-  AppendGeometry(file_, levels, wavelet_, coded_.rows, coded_.cols);
+void Compression::SetLevels(int levels) {
+  header_.levels = levels;
+  header_.padded = pad_ && PaddedSides(header_.sides, levels) != header_.sides;
+  CheckSides(header_.CodedSides());
 }
 
 const Grid<float>& Compression::Transform() {
-  const bool fits = coded_ == Sides{image_.Rows(), image_.Cols()};
-  coefficients_ = fits ? TransformTheImage(image_, wavelet_, levels_)
-                       : TransformTheImage(Padded(image_, levels_), wavelet_, levels_);
+  const auto [wavelet, levels] = std::pair(header_.wavelet, header_.levels);
+  coefficients_ = header_.padded ? TransformTheImage(Padded(image_, levels), wavelet, levels)
+                                 : TransformTheImage(image_, wavelet, levels);
   return coefficients_;
 }
 
-void Compression::WriteMean() {
-  mean_ = SubtractAverage(coefficients_, wavelet_, levels_);
-  AppendMean(file_, mean_);
+void Compression::SubtractMean() {
+  header_.mean = SubtractAverage(coefficients_, header_.wavelet, header_.levels);
 }
 
-void Compression::WriteThreshold() {
-  exponent_ = GetThreshold(coefficients_.Samples(), wavelet_);
-  AppendExponent(file_, exponent_);
+void Compression::ChooseThreshold() {
+  header_.exponent = GetThreshold(coefficients_.Samples(), header_.wavelet);
 }
 
 Grid<std::uint8_t> Compression::SetRegion(const Region& region, float share) {
-  const std::int16_t widening = LeftShift(static_cast<std::int16_t>(SupportOfWavelet(wavelet_)), 1);
-  mask_ = GetROIValues(coded_.rows, coded_.cols, region, widening, levels_);
+  const std::int16_t widening =
+      LeftShift(static_cast<std::int16_t>(SupportOfWavelet(header_.wavelet)), 1);
+  const Sides coded = header_.CodedSides();
+  mask_ = GetROIValues(coded.rows, coded.cols, region, widening, header_.levels);
   const double budget =
-      coder_.HasBudget()
-          ? static_cast<double>(budget_)
+      header_.budget
+          ? static_cast<double>(*header_.budget)
           : static_cast<float>(CheckedMul32(CheckedMul32(image_.Rows(), image_.Cols()), 8));
   switchPoint_ = ToInt32((1.0 - double{HeldShare(share)}) * budget);
   region_ = region;
@@ -88,47 +80,51 @@ Grid<std::uint8_t> Compression::SetRegion(const Region& region, float share) {
 }
 
 PassReport Compression::WritePasses(const PassListener& onPass) {
-  const int charge = region_ ? coder_.regionCharge : coder_.encoderCharge;
+  file_ = WriteHeader(header_);
+  const Sides coded = header_.CodedSides();
+  const BandGrid grid{coded.rows, coded.cols, header_.levels};
+  if (coder_.scan == ScanKind::kRanked) {
+    const RestingOrder order(grid);
+    return WriteWith<RankedEncoder, BitSymbolWriter>(order, onPass);
+  }
+  const auto order = MakeOrder(coder_.scan, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
-      return WriteWith<BitSymbolWriter>(charge, onPass);
+      return WriteWith<PassEncoder, BitSymbolWriter>(*order, onPass);
     case SymbolKind::kWdr:
-      return WriteWith<WdrSymbolWriter>(charge, onPass);
+      return WriteWith<PassEncoder, WdrSymbolWriter>(*order, onPass);
     case SymbolKind::kAswdr:
       break;
   }
-  return WriteWith<AswdrSymbolWriter>(charge, onPass);
+  return WriteWith<PassEncoder, AswdrSymbolWriter>(*order, onPass);
 }
 
-template <class Symbols>
-PassReport Compression::WriteWith(int charge, const PassListener& onPass) {
-  const auto order = MakeOrder(coder_.scan, {coded_.rows, coded_.cols, levels_});
-  const BitPlanes planes(order->Gather(coefficients_.Samples()), exponent_);
+template <template <class> class Encoder, class Symbols, class Order>
+PassReport Compression::WriteWith(Order& order, const PassListener& onPass) {
+  const BitPlanes planes(order.Gather(coefficients_.Samples()), header_.exponent);
   coefficients_ = {};
 
-  EncoderPlan plan{.budget = budget_,
+  EncoderPlan plan{.budget = header_.budget ? *header_.budget : kNoLimit,
                    .testBeforeFirstSymbol = coder_.symbols != SymbolKind::kAswdr};
   std::optional<HomeSet> regionHomes;
   if (region_) {
-    regionHomes = HomesIn(mask_, order->Positions());
+    regionHomes = HomesIn(mask_, order.Positions());
     plan.region = &*regionHomes;
     plan.switchPoint = switchPoint_;
   }
-  PassEncoder<Symbols> passes(planes, *order, Symbols(charge, file_), plan);
+  const int charge = region_ ? coder_.regionCharge : coder_.encoderCharge;
+  Encoder<Symbols> passes(planes, order, Symbols(charge, file_), plan);
   const auto report = [&](const PassState& state) {
     return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
                       ToInt32(static_cast<double>(passes.BitsSent()))};
   };
   const PassState last = RunPasses(
-      coder_, wavelet_, exponent_, [&](int pass, float) { return passes.Run(pass); },
+      coder_, header_.wavelet, header_.exponent, [&](int pass, float) { return passes.Run(pass); },
       [&](const PassState& state) {
         if (onPass) onPass(report(state));
       });
 
   passes.Finish();
-  if (coded_ != Sides{image_.Rows(), image_.Cols()}) {
-    AppendSizeNote(file_, {image_.Rows(), image_.Cols()});
-  }
   return report(last);
 }
 

@@ -1,14 +1,17 @@
 #include "codec/decompression.h"
 
 #include <algorithm>
-#include <string>
+#include <utility>
 
 #include "aswdr/aswdr_symbols.h"
 #include "base/checked.h"
+#include "codec/geometry.h"
+#include "codec/inspection.h"
 #include "codec/run.h"
 #include "coding/pass_decoder.h"
 #include "coding/pass_plan.h"
 #include "coding/wdr_symbols.h"
+#include "ranked/ranked_decoder.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/scaling.h"
 #include "wavelet/transform.h"
@@ -16,72 +19,49 @@
 namespace marovia {
 namespace {
 
-void CheckSizes(const FileHeader& header, std::int64_t maxPixels) {
-  const std::string sides = std::to_string(header.rows) + " x " + std::to_string(header.cols);
-  const std::int64_t pixels = std::int64_t{header.rows} * header.cols;
-  if (pixels > maxPixels) {
-    Fail(Errc::kLimit, "The image has " + sides + " = " + std::to_string(pixels) +
-                           " pixels; the limit is " + std::to_string(maxPixels) + ".");
-  }
-  if (header.levels > LevelLimit(header.rows, header.cols, header.wavelet)) {
-    Fail(Errc::kMalformed, "Not a file of ours: an image of " + sides + " cannot have " +
-                               std::to_string(header.levels) + " levels.");
-  }
-}
-
-FileInfo MakeInfo(FileKind kind, const FileHeader& header) {
-  FileInfo info;
-  info.kind = kind;
-  info.wavelet = header.wavelet;
-  info.levels = header.levels;
-  info.rows = info.codedRows = header.rows;
-  info.cols = info.codedCols = header.cols;
-  info.mean = header.mean;
-  info.exponent = header.exponent;
-  info.budget = header.budget;
-  return info;
+// Nothing of a file that is shorter than its header.
+ByteView StreamOf(ByteView file, FileKind kind) {
+  return file.subspan(std::min(file.size(), HeaderSize(CoderOf(kind).HasBudget())));
 }
 
 }  // namespace
 
 Decompression::Decompression(ByteView file, FileKind kind, std::int64_t maxPixels)
-    : coder_(CoderOf(kind)) {
-  const FileHeader header = ReadHeader(file, coder_.HasBudget());
-  CheckSizes(header, maxPixels);
-  info_ = MakeInfo(kind, header);
-  stream_ = file.subspan(HeaderSize(coder_.HasBudget()));
-  if (const auto sides = FindSizeNote(stream_, {header.rows, header.cols}, header.levels)) {
-    info_.rows = sides->rows;
-    info_.cols = sides->cols;
-    stream_ = stream_.first(stream_.size() - kSizeNoteBytes);
-  }
-  info_.bitsPresent = 8 * static_cast<std::int64_t>(stream_.size());
-  info_.fillsBudget = LengthSaysComplete();
-  budget_ = header.budget ? *header.budget : kNoLimit;
-}
+    : Decompression(CheckedHeader(file, kind, maxPixels), kind, StreamOf(file, kind)) {}
 
-bool Decompression::SetRate(double rate) {
-  const BudgetChoice choice = SetBitBudget(*info_.budget, rate, info_.rows, info_.cols);
+Decompression::Decompression(const FileHeader& header, FileKind kind, ByteView stream)
+    : coder_(CoderOf(kind)),
+      info_(InfoOf(header, kind, static_cast<std::int64_t>(stream.size()))),
+      stream_(stream),
+      budget_(header.budget ? *header.budget : kNoLimit) {}
+
+bool Decompression::HoldBudget(std::int32_t bits) {
+  const BudgetChoice choice = SetBitBudget(*info_.budget, bits);
   budget_ = choice.bits;
   return choice.held;
 }
 
 PassReport Decompression::ReadPasses(const PassListener& onPass) {
+  const BandGrid grid{info_.codedRows, info_.codedCols, info_.levels};
+  if (coder_.scan == ScanKind::kRanked) {
+    const RestingOrder order(grid);
+    return ReadWith<RankedDecoder, BitSymbolReader>(order, onPass);
+  }
+  const auto order = MakeOrder(coder_.scan, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
-      return ReadWith<BitSymbolReader>(onPass);
+      return ReadWith<PassDecoder, BitSymbolReader>(*order, onPass);
     case SymbolKind::kWdr:
-      return ReadWith<WdrSymbolReader>(onPass);
+      return ReadWith<PassDecoder, WdrSymbolReader>(*order, onPass);
     case SymbolKind::kAswdr:
       break;
   }
-  return ReadWith<AswdrSymbolReader>(onPass);
+  return ReadWith<PassDecoder, AswdrSymbolReader>(*order, onPass);
 }
 
-template <class Symbols>
-PassReport Decompression::ReadWith(const PassListener& onPass) {
-  const auto order = MakeOrder(coder_.scan, {info_.codedRows, info_.codedCols, info_.levels});
-  PassDecoder<Symbols> passes(*order, Symbols(coder_.decoderCharge, stream_), budget_);
+template <template <class> class Decoder, class Symbols, class Order>
+PassReport Decompression::ReadWith(Order& order, const PassListener& onPass) {
+  Decoder<Symbols> passes(order, Symbols(coder_.decoderCharge, stream_), budget_);
   const auto report = [&](const PassState& state) {
     return PassReport{state.pass, state.threshold, static_cast<std::int32_t>(passes.FoundCount()),
                       ToInt32(static_cast<double>(passes.BitsRead()))};
@@ -95,7 +75,7 @@ PassReport Decompression::ReadWith(const PassListener& onPass) {
       });
 
   budgetSpent_ = !finished && !passes.StreamEnded();
-  truncated_ = passes.StreamEnded() && !(coder_.IsArithmetic() && LengthSaysComplete());
+  truncated_ = passes.StreamEnded() && !(coder_.IsArithmetic() && info_.fillsBudget);
   streamBitsRead_ = passes.BitsRead() - coder_.decoderCharge;
   const bool open = coder_.lossless ? passes.StreamEnded()
                                     : !LoopTest(info_.wavelet, last.pass, last.threshold) ||
@@ -103,15 +83,8 @@ PassReport Decompression::ReadWith(const PassListener& onPass) {
   if (open) passes.PlaceInTheMiddle();
 
   coefficients_ = Grid<float>(info_.codedRows, info_.codedCols, Unfilled{});
-  order->Scatter(passes.Values(), coefficients_.Samples());
+  passes.Scatter(coefficients_.Samples());
   return report(last);
-}
-
-// The compressor that charged its header most left the fewest bits for the stream.
-bool Decompression::LengthSaysComplete() const {
-  if (!coder_.HasBudget()) return false;
-  const int charge = std::max(coder_.encoderCharge, coder_.regionCharge);
-  return info_.bitsPresent >= std::int64_t{*info_.budget} - charge;
 }
 
 Image Decompression::Invert() {

@@ -2,24 +2,24 @@
 #pragma once
 
 #include "codec/coders.h"
-#include "codec/geometry.h"
 #include "coding/file_header.h"
 
 namespace marovia {
 
 class Decompression {
  public:
-  // Reads the header and the size note. The bytes must outlive the decompression. Errors as
-  // Inspect.
+  // Reads the header. The bytes must outlive the decompression. Errors as Inspect.
   Decompression(ByteView file, FileKind kind, std::int64_t maxPixels);
+  // A stream under a header that CheckedHeader gave, or one like it with another budget.
+  Decompression(const FileHeader& header, FileKind kind, ByteView stream);
 
   [[nodiscard]] const FileInfo& Info() const { return info_; }
   [[nodiscard]] const Coder& TheCoder() const { return coder_; }
-  [[nodiscard]] ByteView Stream() const { return stream_; }
 
-  // What to read; without it, all. Returns whether the rate was held to what the file was made
-  // with. Not for a lossless coder.
-  bool SetRate(double rate);
+  // What to read; without it, all. Returns whether that was held to what the file was made with.
+  // Not for a lossless coder.
+  bool HoldBudget(std::int32_t bits);
+  // Whatever the file was made with.
   void SetBudget(std::int64_t bits) { budget_ = bits; }
 
   // All passes, and the values put in the middle of what they leave open. Returns the closing
@@ -36,9 +36,8 @@ class Decompression {
   Image Invert();
 
  private:
-  template <class Symbols>
-  PassReport ReadWith(const PassListener& onPass);
-  [[nodiscard]] bool LengthSaysComplete() const;
+  template <template <class> class Decoder, class Symbols, class Order>
+  PassReport ReadWith(Order& order, const PassListener& onPass);
 
   const Coder& coder_;
   FileInfo info_;

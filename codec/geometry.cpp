@@ -1,7 +1,6 @@
 #include "codec/geometry.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 
 #include "coding/file_header.h"
@@ -13,23 +12,12 @@ namespace {
 constexpr int kMostDefaultLevels = 6;
 constexpr int kLeastDefaultLevels = 3;
 constexpr double kMostPadding = 1.06;
-constexpr std::array<std::uint8_t, 4> kNoteTag = {'M', 'V', 's', 'z'};
-
-int PaddedSide(int side, int levels) {
-  if (side < 3) side = kLeastPaddedSide;
-  const int unit = 1 << levels;
-  return (side + unit - 1) / unit * unit;
-}
 
 double Pixels(Sides sides) {
   return static_cast<double>(sides.rows) * sides.cols;
 }
 
 }  // namespace
-
-Sides PaddedSides(Sides sides, int levels) {
-  return {PaddedSide(sides.rows, levels), PaddedSide(sides.cols, levels)};
-}
 
 void CheckSides(Sides sides) {
   const int longest = std::max(sides.rows, sides.cols);
@@ -39,8 +27,9 @@ void CheckSides(Sides sides) {
 }
 
 int LevelLimitOf(Sides sides, WaveletKind wavelet, bool pad) {
-  const Sides coded = pad ? PaddedSides(sides, 0) : sides;
-  return LevelLimit(coded.rows, coded.cols, wavelet);
+  if (!pad) return LevelLimit(sides.rows, sides.cols, wavelet);
+  const auto [rows, cols] = PaddedSides(sides, 0);
+  return std::min(LevelLimit(rows, cols, wavelet), kMostPaddedLevels);
 }
 
 int DefaultLevels(Sides sides, WaveletKind wavelet) {
@@ -68,23 +57,6 @@ Image Cropped(const Image& image, Sides sides) {
     std::copy_n(image.Row(r).begin(), static_cast<std::size_t>(sides.cols), cropped.Row(r).begin());
   }
   return cropped;
-}
-
-void AppendSizeNote(Bytes& file, Sides sides) {
-  file.insert(file.end(), kNoteTag.begin(), kNoteTag.end());
-  for (const int side : {sides.rows, sides.cols}) {
-    file.push_back(static_cast<std::uint8_t>(side & 0xFF));
-    file.push_back(static_cast<std::uint8_t>(side >> 8));
-  }
-}
-
-std::optional<Sides> FindSizeNote(ByteView stream, Sides coded, int levels) {
-  if (stream.size() < kSizeNoteBytes) return std::nullopt;
-  const ByteView note = stream.last(kSizeNoteBytes);
-  if (!std::equal(kNoteTag.begin(), kNoteTag.end(), note.begin())) return std::nullopt;
-  const Sides sides{note[4] | note[5] << 8, note[6] | note[7] << 8};
-  if (sides.rows < 1 || sides.cols < 1 || PaddedSides(sides, levels) != coded) return std::nullopt;
-  return sides;
 }
 
 }  // namespace marovia

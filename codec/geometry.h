@@ -1,25 +1,13 @@
-// Sides: how many levels they bear, how they are padded, and how a file tells.
+// Sides: how many levels they bear, and the padding of an image.
 #pragma once
-
-#include <optional>
 
 #include "marovia/codec.h"
 
+#include "coding/sides.h"
+
 namespace marovia {
 
-struct Sides {
-  int rows;
-  int cols;
-  friend bool operator==(const Sides&, const Sides&) = default;
-};
-
-// Sides of 1 and 2 are padded to this, the smallest that bears 0 levels of coding.
-constexpr int kLeastPaddedSide = 4;
-
-// The next multiples of 2^levels.
-Sides PaddedSides(Sides sides, int levels);
-
-// Error kLimit where a side exceeds 32767.
+// Error kLimit where a side exceeds kMostSide.
 void CheckSides(Sides sides);
 
 // The limit of the levels for an image that is padded, or coded as it is: at least 0 in the first
@@ -33,13 +21,5 @@ int DefaultLevels(Sides sides, WaveletKind wavelet);
 // The image with its last row and column repeated up to PaddedSides.
 Image Padded(const Image& image, int levels);
 Image Cropped(const Image& image, Sides sides);
-
-// The size note: "MVsz", then rows and columns in 16 bits each, little-endian, behind the stream of
-// an image that was padded. A decoder that does not know it never reads so far.
-constexpr std::size_t kSizeNoteBytes = 8;
-void AppendSizeNote(Bytes& file, Sides sides);
-// The note at the end of what follows a header, if it is there and padding to `levels` levels makes
-// `coded` of it.
-std::optional<Sides> FindSizeNote(ByteView stream, Sides coded, int levels);
 
 }  // namespace marovia

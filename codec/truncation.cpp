@@ -1,15 +1,22 @@
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <string>
+#include <utility>
 
 #include "marovia/codec.h"
 
 #include "base/number_text.h"
 #include "codec/decompression.h"
+#include "codec/inspection.h"
 #include "coding/file_header.h"
+#include "coding/wdr_symbols.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {
 namespace {
+
+constexpr std::int64_t kMostBudgetBytes = (std::int64_t{1} << 28) - 1;
 
 void CheckTarget(const TruncateOptions& options) {
   if (options.rate.has_value() == options.bytes.has_value()) {
@@ -19,98 +26,124 @@ void CheckTarget(const TruncateOptions& options) {
     Fail(Errc::kInvalidArgument,
          "The rate is" + NumberText(*options.rate) + " bits per pixel; it must be above 0.");
   }
+  if (options.bytes && *options.bytes < 1) {
+    Fail(Errc::kInvalidArgument, "The file is to have " + std::to_string(*options.bytes) +
+                                     " bytes; that must be 1 or more.");
+  }
 }
 
-// What a run at a budget makes of a file.
+// What is left of a file: a header, the start of its stream, and perhaps a closing byte.
 struct Cut {
-  std::optional<Bytes> file;  // none where the budget does not end the run: it needs all there is
-  std::int64_t bitsRead = 0;  // the header's charge included
+  FileKind kind = FileKind::kAwf;
+  Bytes header;
+  std::size_t streamBytes = 0;
+  bool closed = false;
+  bool whole = false;         // nothing that the file holds is missing
+  std::int64_t bitsRead = 0;  // by a run at the budget, the header's charge included
+
+  [[nodiscard]] std::int64_t Size() const {
+    return static_cast<std::int64_t>(header.size() + streamBytes) + (closed ? 1 : 0);
+  }
 };
 
-// The start of a stream that a decoder asks for at a budget, under the header of its lossy kind.
-class Start {
+// A file to be cut: what a run asks of its stream at a budget.
+class LongFile {
  public:
-  Start(ByteView file, FileKind kind, std::int64_t maxPixels)
-      : file_(file), kind_(kind), maxPixels_(maxPixels) {}
+  LongFile(ByteView file, FileKind kind, std::int64_t maxPixels)
+      : kind_(kind),
+        header_(CheckedHeader(file, kind, maxPixels)),
+        stream_(file.subspan(HeaderSize(header_.budget.has_value()))) {}
 
-  [[nodiscard]] FileKind LossyKind() const {
-    return kind_ == FileKind::kAwg ? FileKind::kAwf : kind_;
-  }
+  [[nodiscard]] const FileHeader& Header() const { return header_; }
+  [[nodiscard]] std::size_t HeaderBytes() const { return HeaderSize(header_.budget.has_value()); }
+  [[nodiscard]] ByteView Stream() const { return stream_; }
 
+  // The start that decodes as the file does at a budget, which is not above its own. Where
+  // something other than the budget ends the run, the file needs all that was read.
   [[nodiscard]] Cut At(std::int32_t budget) const {
-    const Decompression whole(file_, kind_, maxPixels_);
-    Bytes header = HeaderOf(whole.Info(), budget);
-    Bytes lossy = header;
-    lossy.insert(lossy.end(), whole.Stream().begin(), whole.Stream().end());
-    Decompression run(lossy, LossyKind(), maxPixels_);
+    FileHeader header = header_;
+    header.budget = budget;
+    const FileKind kind = kind_ == FileKind::kAwg ? FileKind::kAwf : kind_;
+    Decompression run(header, kind, stream_);
     run.ReadPasses({});
-    const std::int64_t bitsRead = run.StreamBitsRead() + run.TheCoder().decoderCharge;
-    if (!run.BudgetSpent()) return {std::nullopt, bitsRead};
-
-    const auto bytes = static_cast<std::size_t>((run.StreamBitsRead() + 7) / 8);
-    const ByteView kept = whole.Stream().first(std::min(bytes, whole.Stream().size()));
-    header.insert(header.end(), kept.begin(), kept.end());
-    if (!run.TheCoder().IsArithmetic()) header.push_back(128);
-    const FileInfo& info = whole.Info();
-    if (info.rows != info.codedRows || info.cols != info.codedCols) {
-      AppendSizeNote(header, {info.rows, info.cols});
-    }
-    return {std::move(header), bitsRead};
+    const bool whole = !run.BudgetSpent();
+    return {.kind = whole ? kind_ : kind,
+            .header = WriteHeader(whole ? header_ : header),
+            .streamBytes =
+                std::min(static_cast<std::size_t>((run.StreamBitsRead() + 7) / 8), stream_.size()),
+            .closed = !run.TheCoder().IsArithmetic(),
+            .whole = whole,
+            .bitsRead = run.StreamBitsRead() + run.TheCoder().decoderCharge};
   }
 
  private:
-  static Bytes HeaderOf(const FileInfo& info, std::int32_t budget) {
-    Bytes header;
-    AppendBudget(header, budget);
-    AppendGeometry(header, info.levels, info.wavelet, info.codedRows, info.codedCols);
-    AppendMean(header, info.mean);
-    AppendExponent(header, info.exponent);
-    return header;
-  }
-
-  ByteView file_;
   FileKind kind_;
-  std::int64_t maxPixels_;
+  FileHeader header_;
+  ByteView stream_;
 };
 
-// The longest start that fits. A run that its budget does not end has at most `size` bytes.
-Bytes StartOfBytes(const Start& start, std::int64_t most, std::int64_t size) {
-  std::int64_t bits = 8 * std::min<std::int64_t>(most, (std::int64_t{1} << 28) - 1);
-  while (bits > 0) {
-    Cut cut = start.At(static_cast<std::int32_t>(bits));
-    const std::int64_t excess =
-        (cut.file ? static_cast<std::int64_t>(cut.file->size()) : size) - most;
-    if (cut.file && excess <= 0) return *std::move(cut.file);
-    const std::int64_t step = 8 * excess;
-    // No budget above the bits read ends the run either, however many bytes lie behind them.
-    const std::int64_t idle =
-        cut.file ? 0 : std::max<std::int64_t>(0, (bits - cut.bitsRead - 1) / step);
-    bits -= step * (idle + 1);
-  }
+// The longest start that fits.
+Cut StartOfBytes(const LongFile& file, std::int64_t most) {
+  std::int64_t bits = 8 * std::min(most, kMostBudgetBytes);
+  if (file.Header().budget) bits = std::min<std::int64_t>(bits, *file.Header().budget);
+  do {
+    Cut cut = file.At(static_cast<std::int32_t>(bits));
+    const std::int64_t excess = cut.Size() - most;
+    if (excess <= 0) return cut;
+    // No budget above the bits read makes a difference, however many bytes lie behind them.
+    bits = std::min(bits, cut.bitsRead) - 8 * excess;
+  } while (bits > 0);
   Fail(Errc::kInvalidArgument, "A shorter file does not fit " + std::to_string(most) + " bytes.");
+}
+
+// Nothing where the file is short enough as it is.
+std::optional<Cut> CutOf(const LongFile& file, std::int64_t size, const TruncateOptions& options) {
+  if (options.bytes) {
+    if (*options.bytes >= size) return std::nullopt;
+    return StartOfBytes(file, *options.bytes);
+  }
+  const std::int32_t budget = BitBudget(*options.rate, file.Header().sides);
+  if (file.Header().budget && *file.Header().budget <= budget) return std::nullopt;
+  Cut cut = file.At(budget);
+  if (cut.whole) return std::nullopt;
+  return cut;
+}
+
+LongFile Opened(ByteView file, FileKind kind, const TruncateOptions& options) {
+  CheckTarget(options);
+  LongFile opened(file, kind, options.maxPixels);
+  if (kind == FileKind::kAwg && !IsInteger(opened.Header().wavelet)) {
+    Fail(Errc::kUnsupported, "A lossless file of the 9/7 wavelet cannot be cut to a lossy one.");
+  }
+  return opened;
+}
+
+void Close(Bytes& file, const Cut& cut) {
+  if (cut.closed) file.push_back(kEndByte);
 }
 
 }  // namespace
 
 TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options) {
-  CheckTarget(options);
-  const FileInfo info = Inspect(file, kind, options.maxPixels);
-  TruncateResult whole{Bytes(file.begin(), file.end()), kind, true};
-  if (kind == FileKind::kAwg && !IsInteger(info.wavelet)) {
-    Fail(Errc::kUnsupported, "A lossless file of the 9/7 wavelet cannot be cut to a lossy one.");
-  }
-  const Start start(file, kind, options.maxPixels);
-  std::optional<Bytes> result;
-  if (options.bytes) {
-    const auto size = static_cast<std::int64_t>(file.size());
-    if (*options.bytes >= size) return whole;
-    result = StartOfBytes(start, *options.bytes, size);
-  } else {
-    const std::int32_t budget = BitBudget(*options.rate, info.rows, info.cols);
-    if (info.budget && *info.budget <= budget) return whole;
-    result = start.At(budget).file;
-  }
-  return result ? TruncateResult{*std::move(result), start.LossyKind(), false} : whole;
+  const LongFile opened = Opened(file, kind, options);
+  const auto cut = CutOf(opened, static_cast<std::int64_t>(file.size()), options);
+  if (!cut) return {Bytes(file.begin(), file.end()), kind, true};
+  const ByteView kept = opened.Stream().first(cut->streamBytes);
+  TruncateResult result{cut->header, cut->kind, cut->whole};
+  result.file.insert(result.file.end(), kept.begin(), kept.end());
+  Close(result.file, *cut);
+  return result;
+}
+
+TruncateResult Truncate(Bytes&& file, FileKind kind, const TruncateOptions& options) {
+  const LongFile opened = Opened(file, kind, options);
+  const auto cut = CutOf(opened, static_cast<std::int64_t>(file.size()), options);
+  if (!cut) return {std::move(file), kind, true};
+  file.resize(opened.HeaderBytes() + cut->streamBytes);
+  file.insert(file.begin(), cut->header.size() - opened.HeaderBytes(), 0);
+  std::ranges::copy(cut->header, file.begin());
+  Close(file, *cut);
+  return {std::move(file), cut->kind, cut->whole};
 }
 
 }  // namespace marovia

@@ -26,6 +26,13 @@ class BitPlanes {
     const int place = kMantissaBits - (pass - passes_[home]);
     return place >= 0 && (std::bit_cast<std::uint32_t>(homes_[home]) >> place & 1) != 0;
   }
+  // All of that at once, for a coefficient that is found: bit kRefinementPlace - k says it of pass
+  // k.
+  static constexpr int kRefinementPlace = 33;
+  [[nodiscard]] std::uint32_t Refinements(Home home) const {
+    return std::bit_cast<std::uint32_t>(homes_[home]) << (32 - kMantissaBits) >>
+           (passes_[home] - 1);
+  }
   // The homes that pass number `pass` finds.
   void FoundIn(int pass, HomeSet& homes) const;
 

@@ -26,6 +26,8 @@ class HomeSet {
   [[nodiscard]] bool Has(Home home) const { return (words_[home / 64] >> (home % 64) & 1) != 0; }
   void Insert(Home home) { words_[home / 64] |= std::uint64_t{1} << (home % 64); }
 
+  void Remove(Home home) { words_[home / 64] &= ~(std::uint64_t{1} << (home % 64)); }
+
   void Clear() { std::fill(words_.begin(), words_.end(), 0); }
 
   // The homes of one block, the lowest bit the first of them.

@@ -55,8 +55,8 @@ class PassDecoder {
     }
   }
 
-  // The value of every home, 0 where it is not found.
-  [[nodiscard]] std::span<const float> Values() const { return values_; }
+  // Every value to its position in the grid, 0 where nothing is found.
+  void Scatter(std::span<float> grid) const { order_.Scatter(values_, grid); }
 
  private:
   // The place in the stream.

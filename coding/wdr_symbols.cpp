@@ -9,7 +9,6 @@ void FailOnLongNumber() {
 }
 
 void BitSymbolWriter::Finish() {
-  constexpr std::uint8_t kEndByte = 128;
   writer_.Finish();
   writer_.AppendByte(kEndByte);
 }

@@ -43,6 +43,9 @@ MAROVIA_INLINE unsigned FromCharacters(std::uint32_t& number, Reader& reader) {
   return character;
 }
 
+// What follows a stream of raw bits.
+inline constexpr std::uint8_t kEndByte = 128;
+
 class BitSymbolWriter {
  public:
   BitSymbolWriter(int charge, Bytes& bytes) : charge_(charge), writer_(bytes) {}
@@ -56,7 +59,7 @@ class BitSymbolWriter {
   [[nodiscard]] std::int64_t BitsSpent() const { return BitsSent(); }
   [[nodiscard]] std::int64_t BitsSent() const { return charge_ + writer_.BitsSent(); }
 
-  // A byte of 128 ends the stream, whether or not the last one was full.
+  // kEndByte ends the stream, whether or not the last one was full.
   void Finish();
 
  private:

@@ -11,6 +11,7 @@
 
 #include "marovia/error.h"
 
+#include "files/file_access.h"
 #include "files/file_descriptor.h"
 #include "files/input_file.h"
 #include "files/signal_hold.h"
@@ -23,7 +24,7 @@ namespace fs = std::filesystem;
 constexpr int kMostLinks = 40;
 constexpr int kMostTemporaries = 100;
 constexpr mode_t kOrdinaryMode = 0666;  // less what the umask takes away
-constexpr mode_t kPermissionBits = 07777;
+constexpr mode_t kPrivateMode = 0600;   // until it is known who else may
 
 std::optional<struct stat> StatusOfFile(const std::string& name) {
   struct stat status {};
@@ -36,9 +37,11 @@ std::optional<struct stat> StatusOfFile(const std::string& name) {
 std::string BehindLinks(const std::string& name) {
   fs::path path = name;
   for (int links = 0; links < kMostLinks; ++links) {
-    std::error_code none;
-    const fs::path target = fs::read_symlink(path, none);
-    if (none) return path.string();
+    std::error_code failure;
+    const fs::path target = fs::read_symlink(path, failure);
+    if (failure == std::errc::invalid_argument || failure == std::errc::no_such_file_or_directory)
+      return path.string();
+    if (failure) Fail(Errc::kIo, "cannot be written: " + failure.message());
     path = path.parent_path() / target;
   }
   Fail(Errc::kIo, "cannot be written: more than " + std::to_string(kMostLinks) + " symbolic links");
@@ -72,14 +75,14 @@ void PutDirectly(FileDescriptor file, ByteView bytes) {
 // moment in which it replaces a file, it has one of its own, which goes with the object.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(fs::path folder)
+  TemporaryFile(fs::path folder, mode_t mode)
       : folder_(std::move(folder)),
         file_(::open(folder_.empty() ? "." : folder_.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC,
-                     kOrdinaryMode)) {
+                     mode)) {
     // A nameless file is reached through /proc, which may not be there.
     if (file_.IsOpen() && ::access(OpenFile().c_str(), F_OK) == 0) return;
-    TakeName([this](const char* name) {
-      file_ = FileDescriptor(::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOrdinaryMode));
+    TakeName([&](const char* name) {
+      file_ = FileDescriptor(::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
       return file_.IsOpen();
     });
   }
@@ -90,14 +93,7 @@ class TemporaryFile {
     if (!name_.empty()) ::unlink(name_.c_str());
   }
 
-  // Owner and permissions of the file at `other`, as far as the system lets us: nobody but root may
-  // give a file away. The order matters, since a change of owner clears permission bits.
-  void TakeOver(const std::string& other) const {
-    const auto status = StatusOfFile(other);
-    if (!status) return;
-    static_cast<void>(::fchown(file_.Number(), status->st_uid, status->st_gid));
-    static_cast<void>(::fchmod(file_.Number(), status->st_mode & kPermissionBits));
-  }
+  [[nodiscard]] const FileDescriptor& File() const { return file_; }
 
   void Fill(ByteView bytes) const {
     WriteAll(file_, bytes);
@@ -175,6 +171,7 @@ OutputFile::OutputFile(const std::string& name, bool force)
       path_(kind_ == Kind::kDirect ? name : BehindLinks(name)) {}
 
 OutputFile::Kind OutputFile::KindOf(const std::string& name, bool force) {
+  if (name.empty()) Fail(Errc::kInvalidArgument, "the name of what is written is empty");
   if (name == kStandardStream) {
     if (::isatty(STDOUT_FILENO) == 1 && !force)
       Fail(Errc::kInvalidArgument, "standard output is a terminal (--force writes to it)");
@@ -206,8 +203,9 @@ void OutputFile::Put(ByteView bytes) const {
 void OutputFile::PutInPlace(ByteView bytes) const {
   // The hold outlives the temporary file: an interrupt strikes when that is gone.
   const SignalHold hold;
-  TemporaryFile temporary(fs::path(path_).parent_path());
-  temporary.TakeOver(path_);
+  const bool replaces = StatusOfFile(path_).has_value();
+  TemporaryFile temporary(fs::path(path_).parent_path(), replaces ? kPrivateMode : kOrdinaryMode);
+  if (replaces) TakeOverAccess(path_, temporary.File());
   temporary.Fill(bytes);
   if (hold.IsAnyWaiting()) Fail(Errc::kIo, "not written: interrupted");
   temporary.Become(path_, force_);

@@ -8,12 +8,13 @@
 namespace marovia {
 
 // Where a result goes. A regular file is written without a name or under another one in its folder,
-// synced, and put in place, so that until then a file of that name stays as it was; a symbolic link
-// is followed, not replaced. A device, a FIFO and "-" (standard output) are written to directly.
+// synced, and put in place, so that until then a file of that name stays as it was; who may use the
+// old file may use the new one, and nobody else. A symbolic link is followed, not replaced. A
+// device, a FIFO and "-" (standard output) are written to directly.
 class OutputFile {
  public:
   // Errors kIo where `name` is a folder or a file that may not be replaced, kInvalidArgument where
-  // it is standard output on a terminal; `force` allows both.
+  // it is empty, or standard output on a terminal; `force` allows a file and a terminal.
   OutputFile(const std::string& name, bool force);
 
   // Error kIo where not every byte got there. Nothing stray is left then, also after an interrupt.

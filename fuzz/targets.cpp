@@ -70,7 +70,9 @@ void Cut(ByteView input) {
     options.bytes = asked.part < 16 ? size - asked.part : size * asked.part / 256;
   }
   const TruncateResult cut = Truncate(asked.file, asked.kind, options);
-  Inspect(cut.file, cut.kind, kMostPixels);
+  const auto before = Inspect(asked.file, asked.kind, kMostPixels).budget;
+  Promise(!before || Inspect(cut.file, cut.kind, kMostPixels).budget <= before,
+          "No budget is raised.");
   Promise(!options.bytes || static_cast<std::int64_t>(cut.file.size()) <= *options.bytes,
           "The bytes asked for are kept to.");
   if (!options.rate || asked.kind == FileKind::kAwg) return;
@@ -106,7 +108,7 @@ void RoundTrip(ByteView input) {
   const Bytes file = Compress(image, options).file;
   const auto size = static_cast<double>(file.size());
   // A last group of symbols may exceed the budget, and a header may exceed all of it.
-  const double most = options.rate * static_cast<double>(image.Size()) / 8 + image.Rows() + 48;
+  const double most = options.rate * static_cast<double>(image.Size()) / 8 + 48;
   Promise(options.kind == FileKind::kAwg ||
               size <= (options.bytes ? static_cast<double>(*options.bytes) : most),
           "The rate, or the bytes, are kept to.");

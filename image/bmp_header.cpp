@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <limits>
 #include <string>
 
 #include "marovia/error.h"
@@ -15,6 +16,8 @@ namespace {
 // Behind the fields of the smaller information header, whether they belong to a larger one or not.
 constexpr std::size_t kMasksAt = kBmpFileHeaderBytes + kBmpInfoHeaderBytes;
 constexpr std::size_t kMasksBytes = 12;
+constexpr std::size_t kAlphaMaskAt = kMasksAt + kMasksBytes;
+constexpr std::size_t kInfoBytesWithAlpha = 56;
 
 std::uint32_t Field(ByteView file, std::size_t at, std::size_t bytes) {
   return LittleEndian(file.subspan(at, bytes));
@@ -117,6 +120,21 @@ std::array<BmpChannel, 3> Channels(ByteView file, const BmpHeader& header) {
           ChannelOf(masks[2], header.bits)};
 }
 
+// The mask of the larger headers. With 32 bits a pixel the bits that no component takes are one as
+// well, for many writers put it there and tell nothing of it.
+void FindAlpha(ByteView file, std::size_t infoBytes, BmpHeader& header) {
+  const auto& [red, green, blue] = header.channels;
+  const std::uint32_t ofPixel = std::numeric_limits<std::uint32_t>::max() >> (32 - header.bits);
+  const std::uint32_t told =
+      infoBytes >= kInfoBytesWithAlpha ? Field(file, kAlphaMaskAt, 4) & ofPixel : 0;
+  header.alphaTold = told != 0;
+  if (header.alphaTold) {
+    header.alphaMask = told;
+  } else if (header.bits == 32) {
+    header.alphaMask = ~(red.mask | green.mask | blue.mask);
+  }
+}
+
 }  // namespace
 
 BmpHeader ReadBmpHeader(ByteView file, std::int64_t maxPixels) {
@@ -140,6 +158,7 @@ BmpHeader ReadBmpHeader(ByteView file, std::int64_t maxPixels) {
                              fields.colours, header.bits);
   } else {
     header.channels = Channels(file, header);
+    FindAlpha(file, infoBytes, header);
   }
   return header;
 }

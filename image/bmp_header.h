@@ -38,6 +38,8 @@ struct BmpHeader {
   std::size_t pixelOffset = 0;           // from the start of the file, within it
   std::vector<Rgb> palette;              // with at most 8 bits; at most 2^bits colours
   std::array<BmpChannel, 3> channels{};  // with more than 8 bits: red, green, blue
+  std::uint32_t alphaMask = 0;           // and the bits of how opaque a pixel is,
+  bool alphaTold = false;                // which the header tells of, or which are just left over
 
   [[nodiscard]] bool HasPalette() const { return bits <= 8; }
 

@@ -68,7 +68,7 @@ bool ApplyPalette(const std::vector<Rgb>& palette, Image& image) {
     }
     const Rgb& colour = palette[sample];
     coloured = coloured || !colour.IsGrey();
-    sample = static_cast<std::uint8_t>(colour.Luma());
+    sample = LumaAsByte(colour, 255);
   }
   return coloured;
 }
@@ -80,8 +80,29 @@ LoadedImage ReadIndexed(const BmpHeader& header, ByteView pixels) {
   return {std::move(image), ImageFormat::kBmp, Alteration(coloured, 255)};
 }
 
+// Whether any pixel lets something through. Bits that the header does not tell of mean nothing
+// where they are the same in all pixels, all set or all clear.
+class AlphaWatch {
+ public:
+  explicit AlphaWatch(const BmpHeader& header)
+      : mask_(header.alphaMask), told_(header.alphaTold), common_(mask_) {}
+
+  void See(std::uint32_t pixel) {
+    any_ |= pixel & mask_;
+    common_ &= pixel;
+  }
+  [[nodiscard]] bool IsTransparent() const { return common_ != mask_ && (told_ || any_ != 0); }
+
+ private:
+  std::uint32_t mask_;
+  bool told_;
+  std::uint32_t any_ = 0;  // bits that some pixel has
+  std::uint32_t common_;   // bits that all have
+};
+
 // The same for pixels that hold their components.
-bool ConvertRow(const BmpHeader& header, ByteView packed, std::span<std::uint8_t> greys) {
+bool ConvertRow(const BmpHeader& header, ByteView packed, std::span<std::uint8_t> greys,
+                AlphaWatch& alpha) {
   const auto& [red, green, blue] = header.channels;
   const std::size_t pixelBytes = static_cast<std::size_t>(header.bits) / 8;
   bool coloured = false;
@@ -89,7 +110,8 @@ bool ConvertRow(const BmpHeader& header, ByteView packed, std::span<std::uint8_t
     const std::uint32_t pixel = LittleEndian(packed.subspan(col * pixelBytes, pixelBytes));
     const Rgb colour{red.Of(pixel), green.Of(pixel), blue.Of(pixel)};
     coloured = coloured || !colour.IsGrey();
-    greys[col] = static_cast<std::uint8_t>(colour.Luma());
+    alpha.See(pixel);
+    greys[col] = LumaAsByte(colour, 255);
   }
   return coloured;
 }
@@ -98,12 +120,13 @@ LoadedImage ReadDirect(const BmpHeader& header, ByteView pixels) {
   const PackedRows rows(header, pixels);
   Image image(header.shape.rows, header.shape.cols);
   bool coloured = false;
+  AlphaWatch alpha(header);
   for (int row = 0; row < header.shape.rows; ++row) {
-    coloured |= ConvertRow(header, rows.Row(row), image.Row(header.ImageRow(row)));
+    coloured |= ConvertRow(header, rows.Row(row), image.Row(header.ImageRow(row)), alpha);
   }
   const auto& [red, green, blue] = header.channels;
   const std::uint32_t widest = std::max({255U, red.maximum, green.maximum, blue.maximum});
-  return {std::move(image), ImageFormat::kBmp, Alteration(coloured, widest)};
+  return {std::move(image), ImageFormat::kBmp, Alteration(coloured, widest, alpha.IsTransparent())};
 }
 
 }  // namespace

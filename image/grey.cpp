@@ -2,11 +2,13 @@
 
 namespace marovia {
 
-std::string Alteration(bool coloured, std::uint32_t maximum) {
-  std::string text = coloured ? "colour turned to grey" : "";
-  if (maximum == 255) return text;
-  if (coloured) text += ", ";
-  return text + "values scaled from " + std::to_string(maximum) + " to 255";
+std::string Alteration(bool coloured, std::uint32_t maximum, bool transparent) {
+  std::string text;
+  const auto add = [&text](const std::string& what) { text += (text.empty() ? "" : ", ") + what; };
+  if (coloured) add("colour turned to grey");
+  if (transparent) add("transparency dropped");
+  if (maximum != 255) add("values scaled from " + std::to_string(maximum) + " to 255");
+  return text;
 }
 
 }  // namespace marovia

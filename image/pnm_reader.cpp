@@ -76,15 +76,13 @@ LoadedImage Convert(const Header& header, auto next) {
   LoadedImage loaded{Image(header.shape.rows, header.shape.cols), ImageFormat::kPgm, {}};
   bool coloured = false;
   for (std::uint8_t& grey : loaded.image.Samples()) {
-    std::uint32_t luma = 0;
     if (header.form.colour) {
       const Rgb pixel{sample(), sample(), sample()};
       coloured = coloured || !pixel.IsGrey();
-      luma = pixel.Luma();
+      grey = LumaAsByte(pixel, header.maximum);
     } else {
-      luma = sample();
+      grey = ScaledToByte(sample(), header.maximum);
     }
-    grey = ScaledToByte(luma, header.maximum);
   }
   loaded.alteration = Alteration(coloured, header.maximum);
   return loaded;

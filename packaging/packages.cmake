@@ -1,5 +1,15 @@
 # Debian packages by `cpack -G DEB`, one a component; scripts/make_packages.sh builds and checks them.
 
+# The change log begins with this version, and with the day of its release or the word unreleased.
+file(STRINGS ${PROJECT_SOURCE_DIR}/CHANGELOG.md newest LIMIT_COUNT 1 REGEX "^## ")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
+set(package_version ${PROJECT_VERSION})
+set(distribution unstable)
+if(newest MATCHES "unreleased$")
+  string(APPEND package_version "~dev")  # older than the release to come
+  set(distribution UNRELEASED)
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME marovia)
 set(CPACK_PACKAGE_VENDOR "The Marovia authors")
@@ -14,10 +24,13 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_VERSION ${package_version})
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_CURRENT_BINARY_DIR})
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
+# What uses the public interface runs with any later library of the same interface.
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 # What a package is called, its line in a list of packages, and its description.
@@ -29,8 +42,9 @@ function(marovia_package component name summary text)
 endfunction()
 
 set(CPACK_COMPONENTS_ALL)
-set(library libmarovia${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
-set(same_version "(= ${PROJECT_VERSION})")
+set(library libmarovia${interface_version})
+set(same_version "(= ${package_version})")
+set(same_library "${library} ${same_version}")
 set(coder_text
     "Marovia compresses 8-bit grey images with wavelets and embedded bit-plane
 coding: lossy at any rate, met to the byte, or lossless, with a region of
@@ -50,7 +64,7 @@ marovia_package(
 
 This package has the headers, a CMake package and a pkg-config file.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library} ${same_version}")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same_library}")
 
 if(TARGET marovia_cli)
   marovia_package(
@@ -58,6 +72,8 @@ if(TARGET marovia_cli)
     "${coder_text}
 
 This package has the command-line tool, the file types and sample images.")
+  # By what the library shows to programs of its own version only.
+  set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${same_library}")
 endif()
 if(TARGET marovia-window)
   marovia_package(
@@ -66,16 +82,19 @@ if(TARGET marovia-window)
 
 This package has a window for it: a region drawn by mouse, error measures,
 and both images compared at full resolution.")
-  set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS "marovia ${same_version}")
+  set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS "marovia ${same_version}, ${same_library}")
   marovia_package(
     qtplugin marovia-qt6-imageformat "wavelet image codec - plugin for Qt 6"
     "${coder_text}
 
 With this package installed, image viewers on Qt 6 open such files.")
+  set(CPACK_DEBIAN_QTPLUGIN_PACKAGE_DEPENDS "${library} (>= ${package_version})")
   set(CPACK_DEBIAN_QTPLUGIN_PACKAGE_RECOMMENDS marovia)
 endif()
 
+string(TIMESTAMP build_time "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(debian/changelog.in debian_changelog @ONLY)
 set(CPACK_MAROVIA_CHANGELOG ${CMAKE_CURRENT_BINARY_DIR}/debian_changelog)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/finish_packages.cmake)
+set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/drop_ldconfig.cmake)
 include(CPack)

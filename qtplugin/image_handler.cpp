@@ -18,10 +18,12 @@ ByteView BytesOf(const QByteArray& content) {
           static_cast<std::size_t>(content.size())};
 }
 
-// Nothing where the bytes are no file of the kind. Qt has its own limit on sizes.
-std::optional<FileInfo> InfoOf(const QByteArray& content, FileKind kind) {
+// From the header that the device goes on with; its position stays. Nothing where that is none of
+// the kind. Qt has its own limit on sizes.
+std::optional<FileInfo> InfoOf(QIODevice& device, FileKind kind) {
   try {
-    return Inspect(BytesOf(content), kind, kAnySize);
+    const QByteArray start = device.peek(kMostHeaderBytes);
+    return InspectStart(BytesOf(start), start.size(), kind, kAnySize);
   } catch (const std::exception&) {
     return {};
   }
@@ -39,8 +41,7 @@ std::optional<FileKind> KindOfFormat(const QByteArray& format) {
 }
 
 bool LooksLike(QIODevice& device, FileKind kind) {
-  constexpr qint64 kMoreThanAHeader = 64;
-  return InfoOf(device.peek(kMoreThanAHeader), kind).has_value();
+  return InfoOf(device, kind).has_value();
 }
 
 bool ImageHandler::canRead() const {
@@ -49,15 +50,16 @@ bool ImageHandler::canRead() const {
   return true;
 }
 
-// A file cut short gives the picture that is left of it.
+// A file cut short gives the picture that is left of it; of a long one no more is read than the
+// picture can need.
 bool ImageHandler::read(QImage* image) {
-  const QByteArray content = device()->readAll();
-  const auto info = InfoOf(content, kind_);
+  const auto info = InfoOf(*device(), kind_);
   QImage result;
-  // Coded sides are below twice those of the image, so Qt's limit bounds the work too.
+  // The coded image has less than four times its pixels, so Qt's limit bounds the work too.
   if (!info || !allocateImage({info->cols, info->rows}, QImage::Format_Grayscale8, &result))
     return false;
   try {
+    const QByteArray content = device()->read(UsefulBytes(*info));
     const DecompressResult decoded =
         Decompress(BytesOf(content), kind_, {.rate = {}, .maxPixels = kAnySize, .onPass = {}});
     *image = QImageOf(decoded.image, std::move(result));
@@ -74,8 +76,7 @@ bool ImageHandler::supportsOption(ImageOption option) const {
 QVariant ImageHandler::option(ImageOption option) const {
   if (option == ImageFormat) return QImage::Format_Grayscale8;
   if (option != Size || device() == nullptr) return {};
-  // The true size may be noted at the end.
-  const auto info = InfoOf(device()->peek(device()->bytesAvailable()), kind_);
+  const auto info = InfoOf(*device(), kind_);
   return info ? QVariant(QSize(info->cols, info->rows)) : QVariant();
 }
 

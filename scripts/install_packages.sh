@@ -11,7 +11,7 @@ build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev
 test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
   locales valgrind parallel appstream pkg-config python3 mandoc zsh fish)
 check_packages=(clang-format clang-tidy cppcheck)
-package_packages=(dpkg-dev lintian debootstrap)
+package_packages=(dpkg-dev file lintian debootstrap)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
 fuzz_packages=(clang)
@@ -60,8 +60,14 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || give_up "root rights are needed and there is no sudo"
   as_root=(sudo)
 fi
-echo "Installing ${missing[*]}" >&2
-export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get update -qq >&2 || give_up "the package lists cannot be updated"
-"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 ||
-  give_up "the packages cannot be installed"
+# How far apt is goes to a descriptor of its own: apt closes it to the scripts of the packages.
+apt() {
+  # shellcheck disable=SC2016 # the inner shell is to see it
+  "${BASH_SOURCE[0]%/*}/with_progress.sh" "$1" "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    sh -c 'exec apt-get -q -o Dpkg::Use-Pty=0 -o APT::Status-Fd=3 "$@" 3>&1' apt "${@:2}"
+}
+echo "${#missing[@]} packages are missing: ${missing[*]}" >&2
+apt "Updating the package lists" update || give_up "the package lists cannot be updated"
+fetch=(install -y --no-install-recommends "${missing[@]}")
+apt "Downloading them and what they need" "${fetch[@]}" --download-only &&
+  apt "Installing them" "${fetch[@]}" || give_up "the packages cannot be installed"

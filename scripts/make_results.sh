@@ -3,9 +3,12 @@
 # on a machine that does nothing else.
 #
 #   scripts/make_results.sh [BUILD_FOLDER [CAMPAIGN_IMAGES [RUNS]]]
+#
+# Nothing may be uncommitted, since the page names the commit.
 set -eu
 
 root=$(cd "$(dirname "$0")/.." && pwd)
+git -C "$root" diff --quiet HEAD || { echo "make_results.sh: commit first" >&2; exit 2; }
 build=${1:-$root/build/results}
 campaign_images=${2:-20000}
 runs=${3:-9}
@@ -75,7 +78,7 @@ quality_table() {
 cat >"$root/docs/results.md" <<END
 # Results
 
-Made by scripts/make_results.sh on $(date -u +%Y-%m-%d), from $(git -C "$root" describe --always --dirty), on
+Made by scripts/make_results.sh on $(date -u +%Y-%m-%d), at $(git -C "$root" describe --always), on
 $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1) ($(nproc) processors, one of them used), built by
 $(c++ --version | head -n 1), Release. Levels are those that the codec chooses by itself.
 The load average was $load at the start; above 1, other work took part of the machine.
@@ -88,6 +91,10 @@ The images are those of Images/: $(awk -F '\t' '!seen[$1]++ { printf "%s%s (%s)"
 | image | wavelet | bytes | bits per pixel | compress ms | decompress ms |
 |---|---|---|---|---|---|
 $(awk -F '\t' '{ print "| " $1 " | " $4 " | " $6 " | " $5 " | " $8 " | " $9 " |" }' "$work/lossless")
+
+2+2,2 is what a lossless file gets unless told: most photographs come out up to 1 % shorter. Pages of
+text and drawings come out 3 to 25 % shorter with 5/3. \`--wavelet best\` codes with both at once and
+keeps the shorter file.
 
 Every one of them comes back bit for bit. So did all of a campaign over seeded random, structured,
 flat and hard-edged images of 3 to 256 pixels a side, with both integer wavelets and every number of

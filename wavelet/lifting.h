@@ -44,7 +44,7 @@ std::span<const LiftingStep> LiftingSteps(WaveletKind wavelet, Direction directi
 
 // What the rounded steps compute in. Single precision gives the same where all samples are
 // multiples of a power of two with few enough bits between it and the largest of them
-// (ExactInSingle); the weighted steps are in double precision always.
+// (InversePrecision in wavelet/transform.cpp); the weighted steps are in double precision always.
 enum class Precision { kSingle, kDouble };
 
 // Applies one step to targets that lie one after another; neighbours[i] are a, b, c and d of the

@@ -1,8 +1,8 @@
 // Compression of grey images into embedded wavelet files, and back, on bytes in memory.
 //
 //   marovia::Image image = marovia::ReadImage(bytes).image;
-//   marovia::CompressResult file = marovia::Compress(image, {.rate = 0.5});
-//   marovia::DecompressResult back = marovia::Decompress(file.bytes, marovia::FileKind::kAwf);
+//   marovia::CompressResult packed = marovia::Compress(image, {.rate = 0.5});
+//   marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwf);
 //
 // A file is embedded: decompressed at any lower rate, or cut short, it gives the picture that those
 // bits hold. Every function may be called from several threads at once; nothing is shared.
@@ -34,11 +34,15 @@ enum class FileKind {
   kAwd,  // ASWDR, raw bits
   kAwf,  // ASWDR, arithmetic coding
   kAwg,  // ASWDR, arithmetic coding, lossless
+  kAwc,  // ASWDR, second version, raw bits
 };
 
 // "awb" ... "awg", and back (lower case, without a point).
 MAROVIA_API std::string_view Extension(FileKind kind);
 MAROVIA_API std::optional<FileKind> KindOfExtension(std::string_view extension);
+
+// The longest side that a file can hold.
+inline constexpr int kMostSide = 32767;
 
 // Rows row1 to row2 and columns col1 to col2 of an image, all included, from 0.
 struct Region {
@@ -60,19 +64,22 @@ using PassListener = std::function<void(const PassReport&)>;
 
 struct CompressOptions {
   FileKind kind = FileKind::kAwf;
-  WaveletKind wavelet = WaveletKind::kDaub97;
+  // Unset: 9/7, and 2+2,2 for kAwg, which needs an integer one.
+  std::optional<WaveletKind> wavelet = {};
   // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long
   // as padding the sides to multiples of 2^levels adds at most 6 % of the pixels, else 3.
   std::optional<int> levels = {};
-  // Bits per pixel of the image (unpadded), the header included. Ignored by kAwg.
+  // Bits per pixel of the image (unpadded), the header included: the budget is the whole number of
+  // bits nearest to that, and the last group of symbols may exceed it by its own length. Ignored by
+  // kAwg.
   double rate = 0.5;
-  // The most bytes that the file may have, in place of the rate. Ignored by kAwg.
+  // The most bytes that the file may have, in place of the rate; never exceeded. Ignored by kAwg.
   std::optional<std::int64_t> bytes = {};
   // Spend the last `share` of the bits on this part of the image; below 0 it counts as 0.01, above
   // 0.99 as 0.99.
   std::optional<Region> region = {};
   float share = 0.9F;
-  // Repeat the last row and column up to multiples of 2^levels, and note the true size in the file.
+  // Repeat the last row and column up to multiples of 2^levels; the file tells the true size.
   // Without it such sides are coded as they are, and do not come back faithfully.
   bool pad = true;
   PassListener onPass = {};
@@ -80,19 +87,23 @@ struct CompressOptions {
   // in about the fewest bytes. Takes a search that decodes some dozen times; not with a region.
   // Ignored by kAwg.
   std::optional<double> psnr = {};
+  // Of kAwg alone, in place of a wavelet: code with both integer wavelets, at once on two threads,
+  // and keep the shorter file.
+  bool bestWavelet = false;
 };
 
 struct CompressResult {
   Bytes file;
-  int levels = 0;  // as used
-  float mean = 0;  // of the low band; subtracted before coding
+  WaveletKind wavelet = WaveletKind::kDaub97;  // as used
+  int levels = 0;                              // as used
+  float mean = 0;                              // of the low band; subtracted before coding
   int exponent = 0;
   std::vector<PassReport> passes;  // one a pass, then one more of the end
 };
 
-// Throws Error: kInvalidArgument (a rate that is not a number, levels below 1, lossless with the
-// 9/7 wavelet and padding on, a region outside the image, a PSNR out of reach), kLimit (a padded
-// side above 32767), kOverflow (more than 2^31 bits).
+// Throws Error: kInvalidArgument (a rate or a number of bytes that is none, levels below 1,
+// lossless with the 9/7 wavelet and padding on, a region outside the image, a PSNR out of reach),
+// kLimit (a padded side above kMostSide), kOverflow (more than 2^31 bits).
 MAROVIA_API CompressResult Compress(const Image& image, const CompressOptions& options = {});
 
 // What a compressed file says of itself, read without decoding.
@@ -118,6 +129,15 @@ struct FileInfo {
 MAROVIA_API FileInfo Inspect(ByteView file, FileKind kind,
                              std::int64_t maxPixels = kDefaultMaxPixels);
 
+// The same of a file of `fileBytes` bytes of which only the start is at hand: the header suffices.
+inline constexpr std::size_t kMostHeaderBytes = 14;
+MAROVIA_API FileInfo InspectStart(ByteView start, std::int64_t fileBytes, FileKind kind,
+                                  std::int64_t maxPixels = kDefaultMaxPixels);
+
+// The bytes of a file, header included, behind which nothing is read: by its budget, or, of a
+// lossless one, more than any image of its size needs. What follows them changes no picture.
+MAROVIA_API std::int64_t UsefulBytes(const FileInfo& info);
+
 struct DecompressOptions {
   // Bits per pixel to decode, held to what the file was made with; unset: all. Ignored by kAwg.
   std::optional<double> rate = {};
@@ -139,22 +159,26 @@ MAROVIA_API DecompressResult Decompress(ByteView file, FileKind kind,
                                         const DecompressOptions& options = {});
 
 struct TruncateOptions {
-  std::optional<double> rate;  // bits per pixel to keep, or
-  std::optional<std::int64_t>
-      bytes;  // the most bytes that the result may have; just one of the two
+  // Just one of the two: bits per pixel to keep, or the most bytes that the result may have.
+  std::optional<double> rate;
+  std::optional<std::int64_t> bytes;
   std::int64_t maxPixels = kDefaultMaxPixels;
 };
 
 struct TruncateResult {
   Bytes file;
   FileKind kind = FileKind::kAwf;  // that of the file, but kAwf for a kAwg that was cut
-  bool rateHeld = false;           // the file was already no longer than that, and is as it was
+  // The file holds no more than that, and is as it was, but for bytes behind its stream that there
+  // was no room for.
+  bool rateHeld = false;
 };
 
 // A shorter file that decodes just as the long one does at that rate, without coding again. A
-// lossless file becomes a lossy one of its kind (kAwg to kAwf).
-// Throws Error as Inspect, and kInvalidArgument (no target or two, a rate that is not a number
-// above 0, fewer bytes than a header).
+// lossless file becomes a lossy one of its kind (kAwg to kAwf); no budget is ever raised.
+// Throws Error as Inspect, and kInvalidArgument (no target or two, a rate or a number of bytes that
+// is not above 0, fewer bytes than a header).
 MAROVIA_API TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options);
+// The same in place, without a second copy of a large file.
+MAROVIA_API TruncateResult Truncate(Bytes&& file, FileKind kind, const TruncateOptions& options);
 
 }  // namespace marovia

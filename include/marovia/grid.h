@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "marovia/export.h"
+
 namespace marovia {
 
 // Asks for values that are whatever memory held, to be written before they are read.

@@ -29,8 +29,8 @@ enum class ImageFormat {
 struct LoadedImage {
   Image image;
   ImageFormat format;
-  // How the samples differ from those in the file ("colour turned to grey", "values scaled from
-  // 1023 to 255"); empty where they are the same.
+  // What of the file the image does not hold ("colour turned to grey", "transparency dropped",
+  // "values scaled from 1023 to 255"), with commas between; empty where it holds all.
   std::string alteration;
 };
 

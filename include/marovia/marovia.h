@@ -20,7 +20,8 @@
  * Growth: structs that may get more fields begin with `size`, which the caller sets to the sizeof
  * that it was compiled with (the init functions do). A library newer than its caller takes the
  * defaults for what the caller does not know; an older one refuses a field it does not know unless
- * its bytes are 0. Numbers of enumerations stay what they are.
+ * its bytes are 0. A size that no version of the struct has is MAROVIA_INVALID_ARGUMENT, and
+ * nothing is handed out. Numbers of enumerations stay what they are.
  */
 #ifndef MAROVIA_MAROVIA_H
 #define MAROVIA_MAROVIA_H
@@ -51,13 +52,16 @@ typedef enum marovia_kind {
   MAROVIA_AWA = 1, /* WDR, arithmetic coding */
   MAROVIA_AWD = 2, /* ASWDR, raw bits */
   MAROVIA_AWF = 3, /* ASWDR, arithmetic coding */
-  MAROVIA_AWG = 4  /* ASWDR, arithmetic coding, lossless */
+  MAROVIA_AWG = 4, /* ASWDR, arithmetic coding, lossless */
+  MAROVIA_AWC = 5  /* ASWDR, second version, raw bits */
 } marovia_kind;
 
 typedef enum marovia_wavelet {
-  MAROVIA_DAUB_97 = 1,    /* floating point, the best pictures at a given rate */
-  MAROVIA_INTEGER_53 = 2, /* exactly invertible, as lossless needs it */
-  MAROVIA_INTEGER_22 = 3  /* exactly invertible, one more lifting step */
+  MAROVIA_DAUB_97 = 1,      /* floating point, the best pictures at a given rate */
+  MAROVIA_INTEGER_53 = 2,   /* exactly invertible, as lossless needs it */
+  MAROVIA_INTEGER_22 = 3,   /* exactly invertible, one more lifting step */
+  MAROVIA_BEST_WAVELET = -1 /* as an option of MAROVIA_AWG: both integer ones at once, on two
+                               threads; the shorter file is kept */
 } marovia_wavelet;
 
 /* What went wrong: one sentence in UTF-8, closed by a 0 byte; empty after a success. */
@@ -91,11 +95,12 @@ typedef struct marovia_region {
 typedef struct marovia_compress_options {
   size_t size;
   int32_t kind;    /* MAROVIA_AWF */
-  int32_t wavelet; /* 0: MAROVIA_DAUB_97, for MAROVIA_AWG MAROVIA_INTEGER_53 */
+  int32_t wavelet; /* 0: MAROVIA_DAUB_97, for MAROVIA_AWG MAROVIA_INTEGER_22 */
   int32_t levels;  /* of the transform; 0: as the size of the image suggests */
   int32_t pad;     /* 1: sides of any size come back; 0: code them as they are */
   double rate;     /* bits per pixel, the header included: 0.5. Ignored by MAROVIA_AWG */
-  int64_t bytes;   /* the most bytes that the file may have, in place of the rate; 0: by the rate */
+  int64_t bytes;   /* the most bytes that the file may have, in place of the rate; 0: by the rate.
+                      Below 0 it is refused */
   int32_t has_region;
   float share;           /* the part of the bits that the region gets: 0.9 */
   marovia_region region; /* looked at if has_region is not 0 */
@@ -105,7 +110,7 @@ typedef struct marovia_compress_options {
 typedef struct marovia_decompress_options {
   size_t size;
   double rate;        /* bits per pixel to decode; 0: all. Ignored by MAROVIA_AWG */
-  int64_t max_pixels; /* larger images are refused before anything is allocated: 2^26 */
+  int64_t max_pixels; /* larger images are refused before anything is allocated; 0: 2^26 */
 } marovia_decompress_options;
 
 /* A decoded image. Its rows lie one after another without gaps. */

@@ -102,10 +102,11 @@ Bytes StreamOf(plain::Coding coding, std::int64_t pixels, int first, int second,
 void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   constexpr int kNone = std::numeric_limits<int>::max();
   const std::int64_t pixels = std::int64_t{rows} * cols;
-  const bool raw = kind == FileKind::kAwb || kind == FileKind::kAwd;
-  const plain::Coding coding = raw                      ? plain::Coding::kRaw
-                               : kind == FileKind::kAwa ? plain::Coding::kWdr
-                                                        : plain::Coding::kAswdr;
+  using enum FileKind;
+  const bool raw = kind == kAwb || kind == kAwd || kind == kAwc;
+  const plain::Coding coding = raw            ? plain::Coding::kRaw
+                               : kind == kAwa ? plain::Coding::kWdr
+                                              : plain::Coding::kAswdr;
   const Bytes header =
       test::ForgedHeader({.levels = LevelLimit(rows, cols, WaveletKind::kDaub97),
                           .rows = rows,
@@ -122,6 +123,7 @@ void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   add("header alone", {});
   add("nothing found in 32 passes", StreamOf(coding, pixels, kNone, kNone, kNone));
   add("one found at the end of each pass", StreamOf(coding, pixels, 0, 0, 0));
+  add("some found at once, then one at the end of each pass", StreamOf(coding, pixels, 14, 0, 0));
   std::mt19937 random(7);
   Bytes noise(static_cast<std::size_t>(pixels) / 2);
   for (auto& byte : noise) byte = static_cast<std::uint8_t>(random());

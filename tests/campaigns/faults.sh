@@ -17,8 +17,8 @@ tool=$(realpath "$1")
 failing_new=$(realpath "$2")
 kills=${3:-200}
 step=${4:-1}
-all_scenes=(full_disks read_only_file_system forbidden_folders odd_names links nodes_and_pipes
-  closed_streams memory_that_runs_out signals)
+all_scenes=(full_disks read_only_file_system without_proc owners_and_groups forbidden_folders odd_names
+  links nodes_and_pipes closed_streams memory_that_runs_out signals)
 scenes=("${@:5}")
 
 if [ -z "${MAROVIA_OWN_MOUNTS:-}" ]; then
@@ -132,6 +132,47 @@ read_only_file_system() {
   check_names sealed old.awf
 }
 
+# Where nothing leads back to a nameless file, files are written under another name.
+without_proc() {
+  mkdir unmapped
+  [ "$MAROVIA_OWN_MOUNTS" != none ] || return 0
+  mount -t tmpfs tmpfs /proc
+  check 0 '' "$tool" compress data/flat.pgm unmapped/new
+  check 0 '' "$tool" compress data/flat.pgm unmapped/new -f
+  check 4 'unmapped/new.awf: already exists' "$tool" compress data/flat.pgm unmapped/new
+  umount /proc
+  cmp unmapped/new.awf data/flat.awf || fail "another file without /proc"
+  check_names unmapped new.awf
+}
+
+# replaced_as OWNER:GROUP MODE WANTED: a file of those, replaced by user 1234 of the groups 1234 and
+# 5678, comes to be as wanted
+replaced_as() {
+  cp data/flat.pgm shared/old.awf
+  chown "$1" shared/old.awf
+  chmod "$2" shared/old.awf
+  check 0 '' setpriv --reuid 1234 --regid 1234 --groups 5678 \
+    "$tool" compress data/flat.pgm shared/old -f
+  cases=$((cases + 1))
+  [ "$(stat -c '%u:%g %a' shared/old.awf)" = "$3" ] ||
+    fail "of $1 $2 became $(stat -c '%u:%g %a' shared/old.awf)"
+}
+
+owners_and_groups() {
+  setpriv --reuid 1234 --regid 1234 --groups 5678 true 2>/dev/null || {
+    echo "Only root may give files away: owners and groups are left out" >&2
+    return 0
+  }
+  mkdir shared
+  chmod 777 shared "$work"
+  replaced_as 1234:1234 640 '1234:1234 640'
+  replaced_as 0:5678 664 '1234:5678 664'
+  # A group that cannot be kept takes its rights with it.
+  replaced_as 0:0 664 '1234:1234 644'
+  replaced_as 4321:4321 2770 '1234:1234 700'
+  check_names shared old.awf
+}
+
 # Root may write everywhere, unless it gives that power up.
 forbidden_folders() {
   local powerless=()
@@ -165,6 +206,7 @@ odd_names() {
   check 4 'cannot be written: File name too long' "$tool" compress data/flat.pgm "names/$long"
   check 4 'cannot be written: File name too long' "$tool" decompress data/flat.awf "names/$long.pgm"
   check 4 'cannot be written' "$tool" compress data/flat.pgm data/flat.pgm/new.awf
+  check 2 'OUT is an empty name' "$tool" compress data/flat.pgm ''
   check_names names
   # The longest name that there can be leaves no room for a longer one beside it.
   check 0 '' "$tool" compress data/flat.pgm "names/$most"

@@ -47,7 +47,7 @@ static void LosslessComesBackThroughAStride(void) {
   marovia_error error;
   CHECK(marovia_inspect(file.data, file.size, MAROVIA_AWG, 0, &info, &error) == MAROVIA_OK);
   CHECK(info.rows == kRows && info.cols == kCols && info.budget == -1);
-  CHECK(info.wavelet == MAROVIA_INTEGER_53);
+  CHECK(info.wavelet == MAROVIA_INTEGER_22);
   CHECK(marovia_decompress(file.data, file.size, MAROVIA_AWG, NULL, &back, &error) == MAROVIA_OK);
   CHECK(error.status == MAROVIA_OK && error.message[0] == 0);
   CHECK(back.rows == kRows && back.cols == kCols && !back.truncated);
@@ -92,10 +92,16 @@ static void OptionsReachTheCodec(void) {
   CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
   CHECK(file.size > 20);
   marovia_free(file.data);
+  options.kind = MAROVIA_AWG;
+  options.wavelet = MAROVIA_BEST_WAVELET;
+  CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
+  marovia_free(file.data);
+  options.kind = MAROVIA_AWF;
+  options.wavelet = 0;
   options.psnr = -1;
   CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_INVALID_ARGUMENT);
-  CHECK(strcmp(marovia_extension(MAROVIA_AWD), "awd") == 0);
-  CHECK(marovia_extension(5) == NULL && marovia_kind_of_extension("awz") == -1);
+  CHECK(strcmp(marovia_extension(MAROVIA_AWC), "awc") == 0);
+  CHECK(marovia_extension(MAROVIA_AWC + 1) == NULL && marovia_kind_of_extension("awz") == -1);
 }
 
 /* Every refusal: its status, a message, and nothing handed out. */
@@ -126,11 +132,12 @@ static void RefusalsSayWhatIsWrong(void) {
   image.stride = 0;
   image.rows = 0;
   CHECK(marovia_compress(&image, NULL, &file, &error) == MAROVIA_INVALID_ARGUMENT);
-  image.rows = 40000;
-  image.cols = 1;
-  image.samples = calloc(40000, 1);
+  image.rows = 2000000000; /* refused before a sample is looked at */
   CHECK(marovia_compress(&image, NULL, &file, &error) == MAROVIA_LIMIT);
-  free((void*)image.samples);
+  image = Picture();
+  options.rate = 1;
+  options.bytes = INT64_MIN;
+  CHECK(marovia_compress(&image, &options, &file, &error) == MAROVIA_INVALID_ARGUMENT);
 
   marovia_buffer whole = Lossless();
   marovia_picture back = {sizeof back, samples, 1, 1, 1, 1};
@@ -140,6 +147,18 @@ static void RefusalsSayWhatIsWrong(void) {
   CHECK(marovia_decompress(NULL, 5, MAROVIA_AWF, NULL, &back, &error) == MAROVIA_INVALID_ARGUMENT);
   CHECK(marovia_decompress(whole.data, whole.size, MAROVIA_AWG, &limit, &back, &error) ==
         MAROVIA_LIMIT);
+  CHECK(marovia_truncate(whole.data, whole.size, MAROVIA_AWG, -1, &file, NULL, &error) ==
+        MAROVIA_INVALID_ARGUMENT);
+  limit.max_pixels = 0; /* the default, here as for marovia_inspect */
+  CHECK(marovia_decompress(whole.data, whole.size, MAROVIA_AWG, &limit, &back, &error) ==
+        MAROVIA_OK);
+  marovia_free(back.samples);
+  const size_t sizes[] = {0, 9, 12, sizeof back - 8, sizeof back + 4, 1 << 20};
+  for (int i = 0; i < 6; i++) {
+    back.size = sizes[i];
+    CHECK(marovia_decompress(whole.data, whole.size, MAROVIA_AWG, NULL, &back, &error) ==
+          MAROVIA_INVALID_ARGUMENT);
+  }
   marovia_free(whole.data);
   marovia_free(NULL);
 }
@@ -159,19 +178,6 @@ static void StructsOfAnotherAgeAreTaken(void) {
   marovia_free(file.data);
   newer.later = 1;
   CHECK(marovia_compress(&image, &newer.known, &file, &error) == MAROVIA_INVALID_ARGUMENT);
-
-  /* Older: it ends before the rate, and what lies there is not the library's to read or write. */
-  marovia_compress_options older;
-  older.rate = -1;
-  CHECK(marovia_compress_options_init(&older, offsetof(marovia_compress_options, rate)) ==
-        MAROVIA_OK);
-  CHECK(older.rate == -1);
-  CHECK(marovia_compress(&image, &older, &file, &error) == MAROVIA_OK);
-  CHECK(file.size > kRows * kCols / 20 && file.size <= kRows * kCols / 16 + 8);
-  marovia_free(file.data);
-
-  older.size = 0;
-  CHECK(marovia_compress(&image, &older, &file, &error) == MAROVIA_INVALID_ARGUMENT);
 }
 
 /* A header that asks for the largest image, on a machine that has no room for it. */

@@ -35,15 +35,22 @@ std::string Listing(ByteView bytes) {
     if (i > 0) text += i % 16 == 0 ? '\n' : ' ';
     for (const int digit : {bytes[i] / 16, bytes[i] % 16}) text += "0123456789ABCDEF"[digit];
   }
-  return "```\n" + text + "\n```\n";
+  return text;
 }
 
 TEST(FileFormat, ListsTheFilesOfItsImage) {
   for (const FileKind kind : plain::AllKinds()) {
     const Bytes file = Compress(ExampleImage(), {kind, WaveletKind::kInteger53, 1, 4}).file;
-    EXPECT_NE(Document().find(Listing(file)), std::string::npos) << "missing: " << Listing(file);
+    EXPECT_NE(Document().find("```\n" + Listing(file) + "\n```\n"), std::string::npos)
+        << "missing: " << Listing(file);
     EXPECT_EQ(Decompress(file, kind).image, ExampleImage()) << Extension(kind);
   }
+}
+
+TEST(FileFormat, ListsAMarkedHeader) {
+  const CompressOptions options{FileKind::kAwg, WaveletKind::kInteger53, 4};
+  const Bytes file = Compress(Image(300, 517, 100), options).file;
+  EXPECT_NE(Document().find(Listing(ByteView(file).first(5))), std::string::npos);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // What a rate, a number of bytes, a quality and a region promise.
+#include <cmath>
+#include <cstdint>
 #include <gtest/gtest.h>
 
 #include "marovia/codec.h"
@@ -15,12 +17,22 @@ using enum FileKind;
 using enum WaveletKind;
 using test::CodeOf;
 
-constexpr FileKind kLossyKinds[] = {kAwb, kAwa, kAwd, kAwf};
+constexpr FileKind kLossyKinds[] = {kAwb, kAwa, kAwd, kAwf, kAwc};
 
 DecompressResult DecodedAt(ByteView file, FileKind kind, double rate) {
   DecompressOptions options;
   options.rate = rate;
   return Decompress(file, kind, options);
+}
+
+// The last group of symbols may exceed a budget.
+TEST(Rates, AreMetToTheBitWhateverTheSides) {
+  for (const auto& [rows, cols] : {std::pair(1, 5000), {5000, 1}, {150, 200}, {61, 83}}) {
+    const double bits = 0.05 * rows * cols;
+    const Bytes file = Compress(test::NamedImage("lcgnoise", rows, cols), {.rate = 0.05}).file;
+    EXPECT_EQ(Inspect(file, kAwf).budget, std::lround(bits));
+    EXPECT_NEAR(static_cast<double>(file.size()), bits / 8, 12);
+  }
 }
 
 TEST(Rates, AboveThatOfTheFileAreHeldToIt) {
@@ -95,6 +107,34 @@ TEST(Bytes, AreTheMostThatAFileHas) {
       CompressOptions options{kind, kInteger53, 3};
       options.bytes = most;
       if (kind != kAwg) expectMost(Compress(image, options).file, kind, most);
+    }
+  }
+}
+
+// However long the tail behind the stream; a lossless file becomes a lossy one with the largest
+// budget of all.
+TEST(Bytes, NeverRaiseABudget) {
+  const Image image = test::NamedImage("rings", 45, 61);
+  for (const FileKind kind : plain::AllKinds()) {
+    const Bytes file = LongFile(kind, kInteger22, image);
+    Bytes tailed = file;
+    for (unsigned i = 0; i < 1000; ++i) tailed.push_back(static_cast<std::uint8_t>(i * i * 7 + i));
+    Bytes lossy = file;
+    if (kind == kAwg) lossy.insert(lossy.begin(), {0xFF, 0xFF, 0xFF, 0x7F});
+    for (std::size_t most = 34; most < tailed.size(); most += tailed.size() / 90) {
+      SCOPED_TRACE(testing::Message() << Extension(kind) << " in " << most);
+      const TruncateResult cut = Truncate(tailed, kind, {{}, static_cast<std::int64_t>(most)});
+      ASSERT_LE(cut.file.size(), most);
+      const auto budget = Inspect(cut.file, cut.kind).budget;
+      ASSERT_LE(budget, Inspect(tailed, kind).budget.value_or(INT32_MAX));
+      ASSERT_FALSE(Decompress(cut.file, cut.kind).truncated);
+      const Image expected =
+          budget ? DecodedAt(lossy, cut.kind, *budget / static_cast<double>(image.Size())).image
+                 : image;
+      ASSERT_EQ(Decompress(cut.file, cut.kind).image, expected);
+    }
+    for (const std::int64_t most : {INT64_MIN, std::int64_t{0}, std::int64_t{9}}) {
+      EXPECT_EQ(CodeOf([&] { Truncate(tailed, kind, {{}, most}); }), Errc::kInvalidArgument);
     }
   }
 }

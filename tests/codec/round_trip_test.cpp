@@ -1,6 +1,7 @@
 // Images of every size come back, and their files tell the size.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <random>
 #include <string_view>
@@ -21,7 +22,7 @@ void ExpectExact(const Image& image, const CompressOptions& options) {
   const DecompressResult back = Decompress(Compress(image, options).file, options.kind);
   EXPECT_TRUE(back.image == image && !back.truncated)
       << image.Rows() << " x " << image.Cols() << ", " << Extension(options.kind) << ", wavelet "
-      << static_cast<int>(options.wavelet) << ", " << *options.levels;
+      << static_cast<int>(*options.wavelet) << ", " << *options.levels;
 }
 
 // Peaks that are powers of two, edges of full height and flat pages have the first threshold and
@@ -52,12 +53,46 @@ TEST(Files, TellTheSizeOfTheirImageAndHowItWasPadded) {
     for (const FileKind kind : plain::AllKinds()) {
       const CompressOptions options{kind, kInteger53, c.levels, 40};
       ExpectExact(image, options);
-      const FileInfo info = Inspect(Compress(image, options).file, kind);
+      const Bytes file = Compress(image, options).file;
+      const FileInfo info = Inspect(file, kind);
+      const bool padded = c.codedRows != c.rows || c.codedCols != c.cols;
+      EXPECT_EQ(file[kind == FileKind::kAwg ? 0 : 4] >= 128, padded);
       EXPECT_EQ(info.rows, c.rows) << Extension(kind);
       EXPECT_EQ(info.cols, c.cols) << Extension(kind);
       EXPECT_EQ(info.codedRows, c.codedRows) << Extension(kind);
       EXPECT_EQ(info.codedCols, c.codedCols) << Extension(kind);
     }
+  }
+}
+
+TEST(Files, KeepTheSizeWhenCutAndThePictureWithATail) {
+  const Image image = test::NamedImage("blobs", 77, 101);
+  for (const FileKind kind : plain::AllKinds()) {
+    Bytes file = Compress(image, {.kind = kind, .rate = 0.3}).file;
+    for (std::size_t length = 14; length < file.size(); length += 1 + file.size() / 300) {
+      ASSERT_TRUE(Decompress(ByteView(file).first(length), kind).image.SameShape(image)) << length;
+    }
+    const Image whole = Decompress(file, kind).image;
+    for (int tail = 1; tail <= 100; ++tail) {
+      file.push_back(static_cast<std::uint8_t>(tail * tail * 31));
+      ASSERT_EQ(Decompress(file, kind).image, whole) << Extension(kind) << ", " << tail;
+    }
+  }
+}
+
+TEST(Wavelet, IsTheBetterOneOfTheKindUnlessTold) {
+  EXPECT_EQ(Compress(Image(8, 8)).wavelet, kDaub97);
+  EXPECT_EQ(Compress(Image(8, 8), {.kind = FileKind::kAwg}).wavelet, kInteger22);
+  for (const std::string_view name : {"rings", "checker", "blobs"}) {
+    const Image image = test::NamedImage(name, 64, 64);
+    const Bytes five = Compress(image, {FileKind::kAwg, kInteger53}).file;
+    const Bytes two = Compress(image, {FileKind::kAwg, kInteger22}).file;
+    std::size_t reports = 0;
+    CompressOptions best{.kind = FileKind::kAwg, .bestWavelet = true};
+    best.onPass = [&](const PassReport&) { ++reports; };
+    const CompressResult shorter = Compress(image, best);
+    EXPECT_EQ(shorter.file, five.size() < two.size() ? five : two) << name;
+    EXPECT_EQ(shorter.passes.size(), reports);
   }
 }
 
@@ -86,6 +121,9 @@ TEST(Compress, RefusesWhatMakesNoSense) {
                {{kAwf, kDaub97, 1, 1e8}, Errc::kOverflow},
                {{kAwg, kDaub97, 1}, Errc::kInvalidArgument},
                {{kAwf, kDaub97, 1, 1, 3}, Errc::kInvalidArgument},
+               {{kAwf, kDaub97, 1, 1, INT64_MIN}, Errc::kInvalidArgument},
+               {{.kind = kAwf, .bestWavelet = true}, Errc::kInvalidArgument},
+               {{.kind = kAwg, .wavelet = kInteger53, .bestWavelet = true}, Errc::kInvalidArgument},
                {{kAwf, kDaub97, 1, 1, {}, Region{0, 0, 20, 0}}, Errc::kInvalidArgument},
                {{kAwf, kDaub97, 1, 1, {}, Region{5, 0, 4, 0}}, Errc::kInvalidArgument}};
   for (const auto& c : cases)

@@ -1,5 +1,6 @@
 #include "coding/file_header.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "tests/support/code_of.h"
@@ -8,52 +9,57 @@ namespace marovia {
 namespace {
 
 using test::CodeOf;
+using enum WaveletKind;
 
-// Budget 32768, 5 levels of 9/7, 300 x 517, mean -1.5, first threshold 2^9.
-const Bytes kHeader = {0, 0x80, 0, 0, 51, 0x2C, 1, 5, 2, 0, 0, 0xC0, 0xBF, 9};
+// Budget 32768, 5 levels of 9/7, 300 x 517 and so padded, mean -1.5, first threshold 2^9.
+const Bytes kHeader = {0, 0x80, 0, 0, 179, 0x2C, 1, 5, 2, 0, 0, 0xC0, 0xBF, 9};
 
 TEST(FileHeader, HoldsItsFieldsLowestByteFirst) {
-  Bytes file;
-  AppendBudget(file, 32768);
-  AppendGeometry(file, 5, WaveletKind::kDaub97, 300, 517);
-  AppendMean(file, -1.5F);
-  AppendExponent(file, 9);
-  EXPECT_EQ(file, kHeader);
-
-  const FileHeader header = ReadHeader(file, true);
+  const FileHeader header = ReadHeader(kHeader, true);
   EXPECT_EQ(header.budget, 32768);
   EXPECT_EQ(header.levels, 5);
-  EXPECT_EQ(header.wavelet, WaveletKind::kDaub97);
-  EXPECT_EQ(header.rows, 300);
-  EXPECT_EQ(header.cols, 517);
+  EXPECT_EQ(header.wavelet, kDaub97);
+  EXPECT_TRUE((header.sides == Sides{300, 517}) && (header.CodedSides() == Sides{320, 544}));
   EXPECT_EQ(header.mean, -1.5F);
   EXPECT_EQ(header.exponent, 9);
-  const FileHeader lossless = ReadHeader(ByteView(file).subspan(4), false);
+  EXPECT_EQ(WriteHeader(header), kHeader);
+  const FileHeader lossless = ReadHeader(ByteView(kHeader).subspan(4), false);
   EXPECT_FALSE(lossless.budget);
-  EXPECT_EQ(lossless.cols, 517);
+  EXPECT_EQ(WriteHeader(lossless), Bytes(kHeader.begin() + 4, kHeader.end()));
+}
+
+TEST(FileHeader, TellsThirteenLevelsFromAPaddedLine) {
+  for (const FileHeader& header :
+       {FileHeader{.levels = 13, .sides = {32000, 24576}},
+        FileHeader{.wavelet = kInteger22, .sides = {2, 9}, .padded = true}}) {
+    const Bytes file = WriteHeader(header);
+    EXPECT_EQ(file[0], 131);
+    const FileHeader read = ReadHeader(file, false);
+    EXPECT_EQ(read.levels, header.levels);
+    EXPECT_EQ(read.wavelet, header.wavelet);
+    EXPECT_EQ(read.padded, header.padded);
+  }
 }
 
 TEST(FileHeader, FailsOnFieldsThatDoNotFit) {
-  Bytes file;
-  EXPECT_EQ(CodeOf([&] { AppendGeometry(file, 26, WaveletKind::kDaub97, 8, 8); }), Errc::kOverflow);
-  EXPECT_EQ(CodeOf([&] { AppendGeometry(file, 1, WaveletKind::kDaub97, 32768, 8); }),
-            Errc::kOverflow);
-  EXPECT_EQ(CodeOf([&] { AppendExponent(file, -1); }), Errc::kOverflow);
+  for (const FileHeader& header :
+       {FileHeader{.levels = 13, .sides = {9, 9}, .padded = true}, FileHeader{.levels = 26},
+        FileHeader{.sides = {32768, 8}}, FileHeader{.sides = {8, 8}, .exponent = -1}})
+    EXPECT_EQ(CodeOf([&] { WriteHeader(header); }), Errc::kOverflow);
 }
 
+// Wavelets 0 and 4; sides, two of which fit and one of which does not when padded; exponents, an
+// infinite mean.
 TEST(FileHeader, IsRefusedWithAFieldThatNoCompressorWrites) {
   const struct {
     std::size_t at;
-    std::uint8_t low, high;
-  } cases[] = {
-      {4, 50, 44},     {4, 54, 1},  {5, 0, 0},    {5, 0, 0x80},    {7, 0, 0},
-      {7, 0xFF, 0xFF}, {13, 32, 0}, {13, 255, 0}, {11, 0x80, 0x7F}};  // wavelets 0 and 4, sides,
-                                                                      // exponents, an infinite mean
+    Bytes bytes;
+  } cases[] = {{4, {50}},   {4, {182}},        {5, {0, 0}},         {5, {0, 0x80}},
+               {7, {0, 0}}, {7, {0xFF, 0xFF}}, {5, {64, 1, 64, 1}}, {7, {0xE1, 0x7F}},
+               {13, {32}},  {13, {255}},       {11, {0x80, 0x7F}}};
   for (const auto& c : cases) {
     Bytes file = kHeader;
-    file.push_back(0);
-    file[c.at] = c.low;
-    file[c.at + 1] = c.high;
+    std::ranges::copy(c.bytes, file.begin() + static_cast<std::ptrdiff_t>(c.at));
     EXPECT_EQ(CodeOf([&] { ReadHeader(file, true); }), Errc::kMalformed) << c.at;
   }
   for (std::size_t length = 0; length < kHeader.size(); ++length) {
@@ -62,24 +68,35 @@ TEST(FileHeader, IsRefusedWithAFieldThatNoCompressorWrites) {
   }
 }
 
-TEST(Budget, IsTheRoundedBitsOfARowTimesTheRows) {
+TEST(Budget, IsTheRateOfAllPixelsOrOfWholeBitsARow) {
   const struct {
     double rate;
-    int rows, cols;
-    std::int32_t bits;
-  } cases[] = {{0.5, 256, 256, 32768}, {1.5, 10, 3, 40}, {0.5, 10, 3, 20}, {0.5, 10, 5, 20},
-               {0, 8, 8, 0},           {-1, 4, 4, -16},  {1e-9, 9, 9, 0}};
-  for (const auto& c : cases) EXPECT_EQ(BitBudget(c.rate, c.rows, c.cols), c.bits) << c.rate;
-  EXPECT_EQ(CodeOf([] { BitBudget(2.01, 32767, 32767); }), Errc::kOverflow);
-  EXPECT_EQ(CodeOf([] { BitBudget(1e9, 1, 8); }), Errc::kOverflow);
+    Sides sides;
+    std::int32_t bits, ofRows;
+  } cases[] = {{0.5, {256, 256}, 32768, 32768},
+               {1.5, {10, 3}, 45, 40},
+               {0.5, {10, 3}, 15, 20},
+               {0.5, {1, 5000}, 2500, 2500},
+               {0.5, {5000, 1}, 2500, 0},
+               {0.01, {150, 200}, 300, 300},
+               {0.5, {1, 5}, 2, 2},
+               {-1, {4, 4}, -16, -16},
+               {1e-9, {9, 9}, 0, 0}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(BitBudget(c.rate, c.sides), c.bits) << c.rate;
+    EXPECT_EQ(BitBudgetOfRows(c.rate, c.sides), c.ofRows) << c.rate;
+  }
+  for (const auto budget : {BitBudget, BitBudgetOfRows}) {
+    EXPECT_EQ(CodeOf([&] { budget(2.01, {32767, 32767}); }), Errc::kOverflow);
+    EXPECT_EQ(CodeOf([&] { budget(1e9, {1, 8}); }), Errc::kOverflow);
+  }
 }
 
 TEST(Budget, OfADecoderIsHeldToThatOfTheFile) {
-  EXPECT_EQ(SetBitBudget(100, 2, 10, 5).bits, 100);
-  EXPECT_FALSE(SetBitBudget(100, 2, 10, 5).held);
-  EXPECT_TRUE(SetBitBudget(99, 2, 10, 5).held);
-  EXPECT_EQ(SetBitBudget(99, 2, 10, 5).bits, 99);
-  EXPECT_EQ(SetBitBudget(101, 2, 10, 5).bits, 100);
+  for (const std::int32_t stored : {99, 100, 101}) {
+    EXPECT_EQ(SetBitBudget(stored, 100).bits, std::min(stored, 100));
+    EXPECT_EQ(SetBitBudget(stored, 100).held, stored == 99);
+  }
 }
 
 }  // namespace

@@ -101,6 +101,22 @@ TEST(BmpColour, ReadsFiveBitsWithoutMasksAndNotesMasksWiderThanAByte) {
   EXPECT_EQ(ReadImage(ten).alteration, "values scaled from 1023 to 255");
 }
 
+TEST(BmpColour, NotesTransparencyThatIsTherePixelByPixel) {
+  const auto alteration = [](std::uint32_t info, std::uint8_t first, std::uint8_t second) {
+    Bytes file = Bmp(2, 1, 32, 0, {});
+    file.resize(14 + info);
+    if (info > 66) file = With(file, 66, 0xFF000000);
+    const Bytes pixels = {7, 7, 7, first, 9, 9, 9, second};
+    file.insert(file.end(), pixels.begin(), pixels.end());
+    return ReadImage(With(With(file, kInfoSize, info), kPixelsAt, 14 + info)).alteration;
+  };
+  EXPECT_EQ(alteration(40, 0, 0), "") << "a byte that nobody filled";
+  EXPECT_EQ(alteration(40, 255, 255), "");
+  EXPECT_EQ(alteration(40, 255, 254), "transparency dropped");
+  EXPECT_EQ(alteration(108, 255, 255), "");
+  EXPECT_EQ(alteration(108, 0, 0), "transparency dropped") << "the header says what it is";
+}
+
 TEST(BmpRuns, GoUpFromTheBottomAndLeaveColourZeroWhereTheyJump) {
   const std::pair<Bytes, std::string_view> cases[] = {
       {{0, 3, 1, 2, 1, 9, 0, 0, 1, 2, 0, 1}, "b...\ngbg.\n"},

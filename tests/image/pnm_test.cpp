@@ -28,6 +28,7 @@ TEST(Pnm, ScalesToTheNearestOf255) {
   EXPECT_EQ(SamplesOf("P2 4 1 4 0 1 2 3"), (Samples{0, 64, 128, 191}));
   EXPECT_EQ(SamplesOf("P2 4 1 65535 128 129 65406 65407"), (Samples{0, 1, 254, 255}));
   EXPECT_EQ(SamplesOf("P2 2 1 254 253 1"), (Samples{254, 1}));
+  EXPECT_EQ(SamplesOf("P3 3 1 1 1 0 0 0 1 0 0 0 1"), (Samples{76, 150, 29}));
   EXPECT_EQ(SamplesOf({"P5 2 1 256\n\x01\x00\x00\x80", 15}), (Samples{255, 128}));
 }
 

@@ -90,8 +90,11 @@ TEST(ReadImage, SurvivesEveryTruncationAndEveryDamagedByte) {
 TEST(ReadImage, RefusesWhatIsNoImage) {
   const std::tuple<std::string_view, std::string_view, Errc> cases[] = {
       {"", "empty", Errc::kMalformed},
-      {"GIF89a", "neither a PGM nor a BMP", Errc::kMalformed},
-      {"PK\3\4", "begins with P", Errc::kMalformed},
+      {"GIF89a", "a GIF image; PGM, PPM and BMP are read", Errc::kUnsupported},
+      {"RIFFxxxxWEBPVP8 ", "a WebP image", Errc::kUnsupported},
+      {"RIFFxxxxWAVE", "no image that is known", Errc::kMalformed},
+      {"P", "begins with P", Errc::kMalformed},
+      {"PK\3\4", "a zip archive", Errc::kUnsupported},
       {"P4 8 1 x", "P4", Errc::kUnsupported}};
   for (const auto& [text, part, code] : cases) {
     EXPECT_EQ(CodeOf([&, file = BytesOf(text)] { ReadImage(file); }, part), code) << text;

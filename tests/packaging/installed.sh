@@ -22,20 +22,52 @@ libraries=$(dirname "$library")
 marovia=$prefix/bin/marovia
 sample=$prefix/share/marovia/Images/camera.pgm
 
-# The library shows the public interface, and nothing else.
-nm -D -C --defined-only "$library" | cut -d ' ' -f 3- | grep -v ' for marovia::Error$' |
-  sed -nE 's/^(marovia::)?([A-Za-z_:]+).*/\2/p' | sort -u >"$folder/shown"
+# To everybody the library shows the public interface, and nothing else.
+nm -D -C --defined-only "$library" | cut -d ' ' -f 3- | grep -v ' for marovia::Error@' >"$folder/all"
+sed -nE '/@@MAROVIA_[0-9.]+$/s/^(marovia::)?([A-Za-z_:]+).*/\2/p' "$folder/all" | sort -u >"$folder/shown"
 {
   sed -nE '/#define/d; s/.*MAROVIA_API .*\b([A-Za-z]+)\(.*/\1/p' "$prefix"/include/marovia/*.h
   sed -nE 's/.*\b(marovia_[a-z_]+)\(.*/\1/p' "$prefix/include/marovia/marovia.h"
   echo Error::Error
 } | sort -u >"$folder/public"
 diff "$folder/public" "$folder/shown" >&2 || fail "the library shows other symbols than its headers"
+! grep -vE 'marovia.*@@|^MAROVIA_' "$folder/all" >&2 || fail "the library shows what is not its own"
 
 "$marovia" compress "$sample" "$folder/camera.awf"
 "$marovia" decompress "$folder/camera.awf" "$folder/camera.pgm"
 "$marovia" measure "$sample" "$folder/camera.pgm" | grep -q 'PSNR error:  3[0-9]' ||
   fail "the installed tool does not give the picture back"
+
+# One version everywhere, and the fronts use the library rather than a copy of the codec.
+version=$("$marovia" --version | cut -d ' ' -f 2)
+grep -m 1 '^## ' "$root/CHANGELOG.md" | grep -q "^## $version - " || fail "CHANGELOG.md begins with another version"
+grep -m 1 '<release ' "$root/packaging/org.marovia.marovia.metainfo.xml" | grep -q "version=\"$version\"" ||
+  fail "the newest release of the metainfo is of another version"
+plugin=$(find "$prefix" -name libqmarovia.so)
+for front in "$prefix"/bin/* $plugin; do
+  readelf -d "$front" | grep -q 'NEEDED.*libmarovia' || fail "$front does not use the library"
+done
+[ -z "$plugin" ] || ! readelf -V "$plugin" | grep PRIVATE || fail "the plugin uses more than the public interface"
+[ -f "$prefix/share/doc/marovia/LICENSE" ] || fail "the licence is not installed"
+
+# C reads the version in #if; older C++ is told what it lacks.
+cat >"$folder/version.c" <<'END'
+#include <marovia/marovia.h>
+#include <marovia/version.h>
+#include <string.h>
+#if MAROVIA_VERSION_NUMBER != MAROVIA_VERSION_MAJOR * 10000 + MAROVIA_VERSION_MINOR * 100 + MAROVIA_VERSION_PATCH
+#error "the parts are not the whole"
+#endif
+int main(void) { return strcmp(marovia_version(), MAROVIA_VERSION_STRING); }
+END
+cc -std=c99 -Wall -Wextra -Werror -I"$prefix/include" "$folder/version.c" -o "$folder/version" \
+  -L"$libraries" -lmarovia -Wl,-rpath,"$libraries"
+"$folder/version" || fail "the library is of another version than its headers"
+for header in "$prefix"/include/marovia/*.h; do
+  case $header in */marovia.h | */version.h) continue ;; esac
+  ! "$cxx" -std=c++17 -fsyntax-only -I"$prefix/include" -x c++ "$header" 2>"$folder/log" &&
+    grep -q 'error.* need C++20' "$folder/log" || fail "$header does not say that it needs C++20"
+done
 
 # A failure crosses the border of the library as the type that the header declares.
 use_consumer() {
@@ -49,6 +81,24 @@ cmake -S "$root/examples/consumer" -B "$folder/consumer" -DCMAKE_CXX_COMPILER="$
   -DCMAKE_PREFIX_PATH="$prefix" >"$folder/log" 2>&1 &&
   cmake --build "$folder/consumer" >"$folder/log" 2>&1 || fail "$(cat "$folder/log")"
 use_consumer "$folder/consumer/consumer"
+
+# As a part of another project: nothing but a compiler is asked for, and the library is static unless
+# that project says otherwise.
+mkdir "$folder/whole"
+{
+  echo 'cmake_minimum_required(VERSION 3.25)'
+  echo 'project(whole LANGUAGES CXX)'
+  echo "add_subdirectory($root marovia)"
+  grep -v -E '^(cmake_minimum|project|find_package)' "$root/examples/consumer/CMakeLists.txt"
+} >"$folder/whole/CMakeLists.txt"
+cp "$root/examples/consumer/consumer.cpp" "$folder/whole"
+without=$(printf -- '-DCMAKE_DISABLE_FIND_PACKAGE_%s=ON ' GTest CLI11 nlohmann_json ZLIB Qt6 benchmark)
+# shellcheck disable=SC2086 # several words are wanted
+cmake -S "$folder/whole" -B "$folder/part" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_BUILD_TYPE=Debug \
+  $without >"$folder/log" 2>&1 && cmake --build "$folder/part" >"$folder/log" 2>&1 ||
+  fail "$(cat "$folder/log")"
+[ -f "$folder/part/marovia/libmarovia.a" ] || fail "a subdirectory does not make a static library"
+use_consumer "$folder/part/consumer"
 
 # The lines of the README do as they say.
 readme_block() { sed -n "/^\`\`\`$1/,/^\`\`\`/p" "$root/README.md" | sed '1d;$d'; }

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "marovia/codec.h"
@@ -39,7 +40,7 @@ class ImagePlugin : public testing::Test {
 };
 
 TEST_F(ImagePlugin, ReadsEveryKindByItsExtensionAndSaysTheSizeBefore) {
-  const Image image = Pattern(45, 70);  // padded: the size stands at the end
+  const Image image = Pattern(45, 70);  // padded
   for (const FileKind kind :
        {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
     const QByteArray file = Compressed(image, kind);
@@ -80,6 +81,31 @@ TEST_F(ImagePlugin, LeavesTheFilesOfOthersAlone) {
   QImageReader reader(name);
   reader.setDecideFormatFromContent(true);
   EXPECT_EQ(reader.read().size(), QSize(20, 10));
+}
+
+// What is asked of a device, and no more, is read.
+class Counted : public QFile {
+ public:
+  using QFile::QFile;
+  qint64 bytes = 0;
+
+ protected:
+  qint64 readData(char* data, qint64 most) override {
+    const qint64 count = QFile::readData(data, most);
+    bytes += std::max<qint64>(count, 0);
+    return count;
+  }
+};
+
+TEST_F(ImagePlugin, ReadsNoMoreOfALongFileThanItsPictureNeeds) {
+  const QByteArray content = Compressed(Pattern(64, 64), FileKind::kAwf);
+  Counted file(Write("long.awf", content));
+  ASSERT_TRUE(file.resize(qint64{3} << 30));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  QImageReader reader(&file, "awf");
+  EXPECT_EQ(reader.size(), QSize(64, 64));
+  EXPECT_EQ(reader.read(), QImageReader(Write("whole.awf", content)).read());
+  EXPECT_LT(file.bytes, 1 << 16);
 }
 
 TEST_F(ImagePlugin, GivesWhatIsLeftOfACutFileAndRefusesWhatIsTooLarge) {

@@ -33,8 +33,9 @@ std::string ReportDifference(const std::string& ours, const std::string& plain) 
 
 // An arithmetic decoder reads ahead, so that the last bits it asks for may lie behind a whole file.
 bool TruncatedAlike(const DecompressResult& decoded, bool missingBits) {
+  using enum FileKind;
   const FileKind kind = decoded.info.kind;
-  if (kind == FileKind::kAwb || kind == FileKind::kAwd) return decoded.truncated == missingBits;
+  if (kind == kAwb || kind == kAwd || kind == kAwc) return decoded.truncated == missingBits;
   return decoded.truncated || !missingBits || decoded.info.fillsBudget;
 }
 

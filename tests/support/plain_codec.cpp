@@ -12,6 +12,7 @@
 
 #include "base/checked.h"
 #include "measures/region.h"
+#include "tests/support/plain_ranked.h"
 #include "tests/support/plain_symbols.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/scaling.h"
@@ -23,21 +24,25 @@ namespace {
 constexpr int kMostPasses = 32;
 constexpr std::int32_t kNoBudget = std::numeric_limits<std::int32_t>::max();
 
+enum class Scan { kFixed, kAdaptive, kRanked };
+
 struct Rules {
   FileKind kind;
   Coding coding;
-  bool adaptive;
+  Scan scan;
   // Bits counted for the header before the first bit of the stream.
   int charge;
   int regionCharge;
   int readerCharge;
 };
 
-constexpr std::array kRules = {Rules{FileKind::kAwb, Coding::kRaw, false, 120, 120, 120},
-                               Rules{FileKind::kAwa, Coding::kWdr, false, 136, 136, 120},
-                               Rules{FileKind::kAwd, Coding::kRaw, true, 120, 120, 120},
-                               Rules{FileKind::kAwf, Coding::kAswdr, true, 128, 136, 128},
-                               Rules{FileKind::kAwg, Coding::kAswdr, true, 96, 96, 96}};
+constexpr std::array kRules = {
+    Rules{FileKind::kAwb, Coding::kRaw, Scan::kFixed, 120, 120, 120},
+    Rules{FileKind::kAwa, Coding::kWdr, Scan::kFixed, 136, 136, 120},
+    Rules{FileKind::kAwd, Coding::kRaw, Scan::kAdaptive, 120, 120, 120},
+    Rules{FileKind::kAwf, Coding::kAswdr, Scan::kAdaptive, 128, 136, 128},
+    Rules{FileKind::kAwg, Coding::kAswdr, Scan::kAdaptive, 96, 96, 96},
+    Rules{FileKind::kAwc, Coding::kRaw, Scan::kRanked, 120, 120, 120}};
 
 const Rules& RulesOf(FileKind kind) {
   const auto* found = std::ranges::find(kRules, kind, &Rules::kind);
@@ -140,6 +145,13 @@ class ListedVisits final : public Visits {
   std::size_t next_ = 0;
 };
 
+std::unique_ptr<Visits> MakeVisits(const FileInfo& info, Scan scan) {
+  if (scan == Scan::kRanked) {
+    return std::make_unique<RankedVisits>(info.levels, info.codedRows, info.codedCols);
+  }
+  return std::make_unique<ListedVisits>(info, scan == Scan::kAdaptive);
+}
+
 // The passes in either direction.
 class Walker {
  public:
@@ -152,7 +164,7 @@ class Walker {
         rules_(RulesOf(info.kind)),
         reading_(bits.stream.has_value()),
         budget_(budget),
-        visits_(std::make_unique<ListedVisits>(info, rules_.adaptive)),
+        visits_(MakeVisits(info, rules_.scan)),
         threshold_(std::ldexp(1.0F, info.exponent)) {}
 
   // Whether the budget and the stream let every pass end.
@@ -291,10 +303,6 @@ std::size_t HeaderBytes(const FileInfo& info) {
   return info.budget ? 14 : 10;
 }
 
-ByteView StreamOf(ByteView file, const FileInfo& info) {
-  return file.subspan(HeaderBytes(info), static_cast<std::size_t>(info.bitsPresent / 8));
-}
-
 }  // namespace
 
 std::vector<FileKind> AllKinds() {
@@ -319,18 +327,16 @@ Coded Compress(const Image& image, const CompressOptions& options) {
     walker.switchPoint = SwitchPoint(info, options.share);
   }
   walker.Run();
-  // In place of the library's stream, which may have something behind it.
   const Bytes stream = walker.symbols.Finish();
-  const auto begin = file.begin() + static_cast<std::ptrdiff_t>(HeaderBytes(info));
-  const auto place = file.erase(begin, begin + info.bitsPresent / 8);
-  file.insert(place, stream.begin(), stream.end());
   walker.Report();
+  file.resize(HeaderBytes(info));
+  file.insert(file.end(), stream.begin(), stream.end());
   return {std::move(file), std::move(walker.reports)};
 }
 
 Decoded Decompress(ByteView file, FileKind kind, std::optional<std::int32_t> budget) {
   const FileInfo info = Inspect(file, kind);
-  Walker walker(info, {RulesOf(kind).readerCharge, StreamOf(file, info)},
+  Walker walker(info, {RulesOf(kind).readerCharge, file.subspan(HeaderBytes(info))},
                 std::min(info.budget.value_or(kNoBudget), budget.value_or(kNoBudget)));
   const bool missingBits = !walker.Run() && walker.symbols.PastEnd();
   walker.Report();
