@@ -17,7 +17,7 @@
 
 #include "marovia/codec.h"
 
-#include "tests/support/forged_file.h"
+#include "coding/file_header.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/plain_symbols.h"
 #include "wavelet/catalogue.h"
@@ -107,13 +107,12 @@ void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   const plain::Coding coding = raw            ? plain::Coding::kRaw
                                : kind == kAwa ? plain::Coding::kWdr
                                               : plain::Coding::kAswdr;
-  const Bytes header =
-      test::ForgedHeader({.levels = LevelLimit(rows, cols, WaveletKind::kDaub97),
-                          .rows = rows,
-                          .cols = cols,
-                          .mean = 100,
-                          .exponent = 14},
-                         std::numeric_limits<std::int32_t>::max(), kind == FileKind::kAwg);
+  FileHeader fields{.levels = LevelLimit(rows, cols, WaveletKind::kDaub97),
+                    .sides = {rows, cols},
+                    .mean = 100,
+                    .exponent = 14};
+  if (kind != kAwg) fields.budget = std::numeric_limits<std::int32_t>::max();
+  const Bytes header = WriteHeader(fields);
   const auto add = [&](const char* name, const Bytes& stream) {
     Bytes file = header;
     file.insert(file.end(), stream.begin(), stream.end());
