@@ -2,7 +2,6 @@
 #include <array>
 #include <cmath>
 
-#include "app/viewing.h"
 #include "tests/app/form_test.h"
 
 namespace marovia::test {
@@ -13,7 +12,6 @@ class Views : public FormTest {};
 TEST_F(Views, AClickSetsTheMarkAndRunsTheHandlerOfItsControl) {
   Load(Photograph(64, 64));
   form.Click(form.mnuCompress);
-  EXPECT_EQ(form.PanelInView(), 1);
   form.Click(form.OpMethod[1]);
   form.Click(form.OpEntropyCode[1]);
   EXPECT_TRUE(form.OpMethod[1].selected && !form.OpMethod[0].selected);
@@ -21,14 +19,9 @@ TEST_F(Views, AClickSetsTheMarkAndRunsTheHandlerOfItsControl) {
   form.Click(form.cmdBegin[0]);
   EXPECT_TRUE(std::filesystem::exists(Path("a.awf")));
   form.Click(form.OpDisplayImage);
-  EXPECT_EQ(form.GraphBox.content, PictureContent::kImage);
-  EXPECT_TRUE(form.OpDisplayImage.selected && !form.OpDisplayTransform.selected);
-
   Drag(10, 10, 20, 20);
   form.Click(form.chkROIErrorOnly);
   EXPECT_FALSE(form.chkROIErrorOnly.checked);
-  form.Click(form.mnuErrormeasures);
-  EXPECT_EQ(form.PanelInView(), 2);
   form.Click(form.OpErrorMeasure[2]);
   form.Click(form.cmdBegin[1]);
   EXPECT_TRUE(form.Report.text.starts_with("Root Mean")) << form.Report.text;
