@@ -1,10 +1,10 @@
-#include "tests/support/literal_ranked.h"
+#include "tests/support/plain_ranked.h"
 
 #include <cstdlib>
 
-namespace marovia::literal {
+namespace marovia::plain {
 
-RankedWalk::RankedWalk(int levels, int rows, int cols)
+RankedVisits::RankedVisits(int levels, int rows, int cols)
     : levels_(levels),
       lowRows_(levels > 0 ? rows >> levels : 0),
       lowCols_(levels > 0 ? cols >> levels : 0),
@@ -27,15 +27,16 @@ RankedWalk::RankedWalk(int levels, int rows, int cols)
       if (PlaceOf({r, c}).band == Band::kNone) resting_.push_back({r, c});
     }
   }
+  EndPass(Grid<float>(rows, cols));
 }
 
-void RankedWalk::AppendRaster(Position corner, int rows, int cols) {
+void RankedVisits::AppendRaster(Position corner, int rows, int cols) {
   for (int r = 0; r < rows; ++r) {
     for (int c = 0; c < cols; ++c) resting_.push_back({corner.row + r, corner.col + c});
   }
 }
 
-RankedWalk::Place RankedWalk::PlaceOf(Position p) const {
+RankedVisits::Place RankedVisits::PlaceOf(Position p) const {
   int rows = lowRows_;
   int cols = lowCols_;
   if (p.row < rows && p.col < cols) return {Band::kLow, {0, 0}, rows, cols};
@@ -48,16 +49,16 @@ RankedWalk::Place RankedWalk::PlaceOf(Position p) const {
   return {};
 }
 
-void RankedWalk::BeginPass() {
+void RankedVisits::EndPass(const Grid<float>& quantized) {
   for (const Position p : resting_) {
     visited_(p.row, p.col) = 0;
-    if (found_(p.row, p.col) == 0) {
+    if (quantized(p.row, p.col) == 0) {
       lines_[static_cast<std::size_t>(score_(p.row, p.col))].push_back(p);
     }
   }
 }
 
-std::optional<Position> RankedWalk::Next() {
+std::optional<Position> RankedVisits::Next() {
   for (int line = 15; line >= 0; --line) {
     auto& waiting = lines_[static_cast<std::size_t>(line)];
     while (!waiting.empty()) {
@@ -71,7 +72,7 @@ std::optional<Position> RankedWalk::Next() {
   return {};
 }
 
-void RankedWalk::Find(Position p) {
+void RankedVisits::Found(Position p) {
   found_(p.row, p.col) = 1;
   foundInOrder_.push_back(p);
   const Place place = PlaceOf(p);
@@ -89,7 +90,7 @@ void RankedWalk::Find(Position p) {
   for (int i = 0; i < 4; ++i) Raise({2 * p.row + i / 2, 2 * p.col + i % 2}, 1);
 }
 
-void RankedWalk::RaiseNeighbours(Position p, const Place& place) {
+void RankedVisits::RaiseNeighbours(Position p, const Place& place) {
   int upright = 2;
   if (place.band == Band::kRight) upright = 3;
   if (place.band == Band::kLower) upright = 1;
@@ -104,7 +105,7 @@ void RankedWalk::RaiseNeighbours(Position p, const Place& place) {
   }
 }
 
-void RankedWalk::Raise(Position p, int amount) {
+void RankedVisits::Raise(Position p, int amount) {
   int& score = score_(p.row, p.col);
   score += amount;
   if (found_(p.row, p.col) == 0 && visited_(p.row, p.col) == 0) {
@@ -112,4 +113,4 @@ void RankedWalk::Raise(Position p, int amount) {
   }
 }
 
-}  // namespace marovia::literal
+}  // namespace marovia::plain
