@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 
 #include "marovia/codec.h"
 
@@ -42,14 +43,21 @@ struct AppState {
   SharedValue<Grid<float>> TransformArray;
   SharedValue<Image> ReconstructedImage;
 
+  // Where the image came from, and the compressed file that was written or read last. File
+  // questions propose names after theirs.
+  std::filesystem::path sourceFile;
+  std::filesystem::path packedFile;
+
   // The picture whose bit rate the reports of a decompression give.
   int decodedRows = 0;
   int decodedCols = 0;
 
   // Whether sides are padded to what the levels need, and the file tells the true size. Without it
-  // such images are coded as they are and do not come back faithfully, and a rate means whole bits
-  // a row.
+  // such images are coded as they are and do not come back faithfully.
   bool padToFit = false;
+  // Whether a budget is the rate times the pixels, rounded once. Without it, it is the bits of a
+  // row, rounded, times the rows.
+  bool exactRate = false;
 };
 
 }  // namespace marovia

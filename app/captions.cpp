@@ -5,7 +5,6 @@
 
 #include "app/frm_main.h"
 #include "base/number_text.h"
-#include "coding/file_header.h"
 
 namespace marovia {
 namespace {
@@ -17,8 +16,7 @@ std::string BytesText(std::int32_t budget) {
 
 std::string Shape(const std::string& what, const Image& image) {
   if (image.Empty()) return what;
-  return what + ": " + std::to_string(image.Cols()) + " x " + std::to_string(image.Rows()) +
-         " pixels";
+  return what + ": " + SizeText(image) + " pixels";
 }
 
 }  // namespace
@@ -26,13 +24,20 @@ std::string Shape(const std::string& what, const Image& image) {
 std::string frmMain::RateHint() const {
   try {
     const double rate = LeadingNumber(txtBitRate.text);
-    if (rate == 0) return "lossless";
+    if (rate == 0) return LosslessHint();
     const bool sized = !state.SourceImage->Empty();
     return TrimmedNumberText(rate) + " bits per pixel" +
            (sized ? BytesText(Budget(rate, state.NumRows, state.NumCols)) : "");
   } catch (const Error&) {
     return "more bits than a file can have";
   }
+}
+
+// A decompression goes by its file alone.
+std::string frmMain::LosslessHint() const {
+  if (Label[0].caption == "Decompress") return "lossless";
+  if (state.WaveletKind == marovia::WaveletKind::kDaub97) return "not lossless with Daub 9/7";
+  return state.ROISelected != 0 ? "lossless in the region only" : "lossless";
 }
 
 std::string frmMain::SourceCaption() const {

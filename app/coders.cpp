@@ -6,9 +6,15 @@
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
+#include "codec/geometry.h"
 #include "coding/file_header.h"
 
 namespace marovia {
+namespace {
+
+constexpr const char* kRateHeld = "Bpp value too large, decompressing at largest possible rate.";
+
+}  // namespace
 
 // clang-format off
 void frmMain::Compress_WDR_Binary()                { Compress(FileKind::kAwb, Emphasis::kNone); }
@@ -26,14 +32,14 @@ void frmMain::DeCompress_WDR_Arithmetic()          { DeCompress(FileKind::kAwa);
 void frmMain::DeCompress_ASWDR_Binary_Ver1()       { DeCompress(FileKind::kAwd); }
 void frmMain::DeCompress_ASWDR_Arithmetic_Ver1()   { DeCompress(FileKind::kAwf); }
 void frmMain::DeCompress_ASWDR_Ver1_Lossless()     { DeCompress(FileKind::kAwg); }
-void frmMain::Compress_ASWDR_Binary_Ver2()         { SendMessage("Procedure not available yet."); }
-void frmMain::DeCompress_ASWDR_Binary_Ver2()       { SendMessage("Procedure not available yet."); }
+void frmMain::Compress_ASWDR_Binary_Ver2()         { Note("Procedure not available yet."); }
+void frmMain::DeCompress_ASWDR_Binary_Ver2()       { Note("Procedure not available yet."); }
 // clang-format on
 
 void frmMain::Compress(FileKind kind, Emphasis emphasis) {
   RequireImage();
   const Coder& coder = CoderOf(kind);
-  if (coder.scan == ScanKind::kAdaptive) SendMessage("");
+  if (coder.method == ScanMethod::kAswdr) SendMessage("");
   std::string fileName;
   if (SetCompressedFileName(fileName, coder.extension) == -1) return;
   CompressInto(fileName, coder, emphasis);
@@ -52,6 +58,7 @@ void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emph
   };
   const PassReport closing = run.WritePasses(report);
   WriteChosenFile(fileName, run.File());
+  state.packedFile = fileName;
   report(closing);
   ReportCompressedFile(fileName, coder);
   SetPointer(Pointer::kDefault);
@@ -70,23 +77,22 @@ bool frmMain::WriteHeaderStart(Compression& run, const Coder& coder) {
 }
 
 void frmMain::WriteTransform(Compression& run, const Coder& coder) {
+  SetPointer(Pointer::kBusy);
   SendMessage("Transforming image...");
   const Grid<float>& coefficients =
       coder.lossless ? TransformTheImageLossless(run) : TransformTheImage(run);
-  SetPointer(Pointer::kBusy);
   run.SubtractMean();
   state.TransformArray = coefficients;
   run.ChooseThreshold();
 }
 
-// A bare form counts whole bits a row.
 std::int32_t frmMain::Budget(double rate, int rows, int cols) const {
   const Sides sides{rows, cols};
-  return state.padToFit ? BitBudget(rate, sides) : BitBudgetOfRows(rate, sides);
+  return state.exactRate ? BitBudget(rate, sides) : BitBudgetOfRows(rate, sides);
 }
 
 // The mask is shown in place of a reconstruction, white where the coefficients belong to the
-// region.
+// region, without what padding added to it.
 void frmMain::SetRegion(Compression& run) {
   const Region region = GetROICoordinates();
   const auto share = static_cast<float>(std::clamp(LeadingNumber(txtROIPercent.text), -1.0, 1.0));
@@ -96,7 +102,7 @@ void frmMain::SetRegion(Compression& run) {
   }
   Image mask = run.SetRegion(region, share);
   std::ranges::for_each(mask.Samples(), [](std::uint8_t& sample) { sample *= 255; });
-  state.ReconstructedImage = std::move(mask);
+  state.ReconstructedImage = Cropped(mask, {state.NumRows, state.NumCols});
   DisplayImageRec();
 }
 
@@ -104,17 +110,18 @@ void frmMain::DeCompress(FileKind kind) {
   std::string fileName;
   if (GetCompressedFileName(fileName, Extension(kind)) == -1) return;
   SendMessage("Decompressing...");
-  Decode(ReadChosenFile(fileName), kind);
+  Decode(ReadChosenFile(fileName), kind, Extent::kAtRate);
 }
 
-void frmMain::Decode(ByteView file, FileKind kind) {
+void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
   SetPointer(Pointer::kBusy);
   Decompression run(file, kind, kDefaultMaxPixels);
   ShowHeader(run.Info());
   const Coder& coder = run.TheCoder();
-  const double rate = LeadingNumber(txtBitRate.text);
-  if (coder.HasBudget() && run.HoldBudget(Budget(rate, run.Info().rows, run.Info().cols)))
-    AppendToReport("Bpp value too large, decompressing at largest possible rate.\r\n");
+  const bool held =
+      coder.HasBudget() && extent == Extent::kAtRate &&
+      run.HoldBudget(Budget(LeadingNumber(txtBitRate.text), run.Info().rows, run.Info().cols));
+  if (held) AppendToReport(kRateHeld + std::string("\r\n"));
 
   const auto report = [this](const PassReport& pass) {
     ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
@@ -124,8 +131,10 @@ void frmMain::Decode(ByteView file, FileKind kind) {
   SendMessage("Inverse transforming...");
   coder.lossless ? InvertTheTransformQuantLossless(run) : InvertTheTransformQuant(run);
   SendMessage("Image decompressed.");
+  if (held) AppendToReport(std::string("\r\n") + kRateHeld);
   if (run.Truncated())
     AppendToReport("\r\nThe file is cut short: bits that were asked for are missing.");
+  state.packedFile = file_;
   SetPointer(Pointer::kDefault);
 }
 

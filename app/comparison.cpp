@@ -19,6 +19,10 @@ std::string Sample(const std::string& what, const Image& image, int row, int col
 
 }  // namespace
 
+std::string SizeText(const Image& image) {
+  return std::to_string(image.Cols()) + " x " + std::to_string(image.Rows());
+}
+
 Comparison::Comparison(SharedValue<Image> source, SharedValue<Image> reconstruction,
                        bool prefersSource)
     : source_(std::move(source)),
@@ -31,7 +35,7 @@ bool Comparison::ShowsSource() const {
 }
 
 std::string Comparison::Caption() const {
-  if (hasTwo_) return "Source, and right of the handle the reconstruction";
+  if (hasTwo_) return "Left the source, right the reconstruction";
   return ShowsSource() ? "Source" : "Reconstruction";
 }
 

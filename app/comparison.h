@@ -9,6 +9,9 @@
 
 namespace marovia {
 
+// Columns by rows: "512 x 384".
+std::string SizeText(const Image& image);
+
 class Comparison {
  public:
   // Either may be empty, not both.

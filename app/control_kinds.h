@@ -134,7 +134,7 @@ struct Outline {
   friend bool operator==(const Outline&, const Outline&) = default;
 };
 
-// A coordinate of a picture, 1 to 256.
+// A coordinate of a picture: 1 to 256 on its pixels, 0 before the first.
 struct PicturePoint {
   int row = 0;
   int col = 0;
@@ -152,8 +152,9 @@ struct PictureBox : Control {
     spokenName = std::move(itsSpokenName);
   }
 
-  // For who hears the form: where the arrow keys stand, if they do.
+  // For who hears the form: what an empty picture waits for, or where the arrow keys stand.
   [[nodiscard]] std::string Description() const {
+    if (raster.Empty()) return placeholder;
     if (!crosshair) return {};
     return "Crosshair at row " + std::to_string(crosshair->row) + ", column " +
            std::to_string(crosshair->col);

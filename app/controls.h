@@ -49,9 +49,11 @@ struct Controls {
       TextLabel{"Label(0)", "Compress/Decompress"}, TextLabel{"Label(1)", "Levels:"},
       TextLabel{"Label(2)", "Wavelet:"}, TextLabel{"Label(3)", "Bit rate (bpp):"},
       TextLabel{"Label(4)", "Percentage of bits to ROI:"}};
-  std::array<FrameBox, 3> Frame{Placed(FrameBox{"Frame(0)", "Transform type"}, {.height = 735}),
-                                Placed(FrameBox{"Frame(1)", "Coding properties"}, {.height = 2415}),
-                                Placed(FrameBox{"Frame(2)", ""}, {.height = 1095})};
+  // Before a mode is chosen the frames are those of the two that the first label names.
+  std::array<FrameBox, 3> Frame{
+      Hidden(Placed(FrameBox{"Frame(0)", "Transform type"}, {.height = 735})),
+      Placed(FrameBox{"Frame(1)", "Coding properties"}, {.height = 2415}),
+      Placed(FrameBox{"Frame(2)", ""}, {.height = 1095})};
   OptionGroup<2> OpTransform{
       "Transform type",
       {OptionButton{"OpTransform(0)", "Forward "}, OptionButton{"OpTransform(1)", "Inverse "}}};
@@ -103,6 +105,11 @@ struct Controls {
   template <class T>
   static T Disabled(T control) {
     control.enabled = false;
+    return control;
+  }
+  template <class T>
+  static T Hidden(T control) {
+    control.visible = false;
     return control;
   }
   template <class T>

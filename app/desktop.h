@@ -38,6 +38,10 @@ class Desktop {
   virtual void ShowHelp(const std::filesystem::path& file, int command) = 0;
 
   [[nodiscard]] virtual std::filesystem::path ProgramFolder() const = 0;
+  // Where file questions start until a file was used. Need not be there.
+  [[nodiscard]] virtual std::filesystem::path PicturesFolder() const {
+    return ProgramFolder() / "Images";
+  }
   [[nodiscard]] virtual UnitsPerPixel PictureUnits() const { return {}; }
 };
 

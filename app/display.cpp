@@ -59,10 +59,14 @@ void frmMain::OpDisplayTransform_Click() {
   if (state.GraphBoxContent == 'I') Act([this] { DisplayImageWaveletTransform(); });
 }
 
-// The rectangle belongs to the image: it is in force while the transform shows, but not on show.
+// The rectangle belongs to the image: it is in force while the transform shows, but not on show. A
+// drag ends where the image goes.
 void frmMain::RefreshGraphBox() {
   GraphBox.outline.reset();
-  if (state.GraphBoxContent != 'I') GraphBox.crosshair.reset();
+  if (state.GraphBoxContent != 'I') {
+    GraphBox.crosshair.reset();
+    dragging_ = false;
+  }
   if (state.GraphBoxContent == 'I' && (dragging_ || state.ROISelected != 0)) {
     GraphBox.outline = {{state.ROIRow1, state.ROICol1, state.ROIRow2, state.ROICol2},
                         state.ROIColor};

@@ -1,6 +1,7 @@
 #include "app/file_dialog.h"
 
 #include <algorithm>
+#include <cctype>
 #include <system_error>
 #include <vector>
 
@@ -29,6 +30,12 @@ std::vector<FileFilter> SplitFilter(std::string_view filter) {
   return filters;
 }
 
+std::string LowerCase(std::string text) {
+  std::ranges::transform(text, text.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
 }  // namespace
 
 std::string FilterNames(std::string_view filter) {
@@ -55,6 +62,27 @@ std::string UsefulFilter(std::string_view filter, const std::filesystem::path& f
 std::string SuffixOfFilter(std::string_view name) {
   const auto suffix = name.substr(name.rfind('.') + 1);
   return std::string(suffix.substr(0, suffix.find(')')));
+}
+
+std::string NameAfter(const std::filesystem::path& file, std::string_view end) {
+  return file.empty() ? "" : file.stem().string().append(end);
+}
+
+std::filesystem::path WithSuffix(std::filesystem::path file, std::string_view suffix) {
+  // A point at the end begins no suffix.
+  if (file.extension().string().size() < 2) file.replace_extension(suffix);
+  return file;
+}
+
+std::string NameRefusal(const FileDialog& question, const std::filesystem::path& file) {
+  if (!question.writesFile) return {};
+  const std::string pattern = "*" + LowerCase(file.extension().string());
+  std::string right;
+  for (const FileFilter& part : SplitFilter(question.filter)) {
+    if (part.pattern == pattern) return {};
+    right += (right.empty() ? "" : " or ") + part.pattern.substr(1);
+  }
+  return file.filename().string() + ": the name of this file must end in " + right + ".";
 }
 
 std::string ReplaceQuestion(const std::filesystem::path& file) {

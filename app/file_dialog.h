@@ -25,6 +25,7 @@ struct FileDialog {
   [[nodiscard]] bool AsksBeforeReplacing() const {
     return writesFile && (flags & kAskBeforeReplacing) != 0;
   }
+  std::string proposedName;   // in the initial folder
   std::string fileName;       // the last one chosen
   std::string defaultSuffix;  // for a name typed without one, under the first pattern
 };
@@ -36,6 +37,13 @@ std::string FilterNames(std::string_view filter);
 std::string UsefulFilter(std::string_view filter, const std::filesystem::path& folder);
 // What a name typed without a suffix gets under a part of this name.
 std::string SuffixOfFilter(std::string_view name);
+// The name of another file with something else in place of its extension; none after none.
+std::string NameAfter(const std::filesystem::path& file, std::string_view end);
+// A chosen name, with this suffix where it has none.
+std::filesystem::path WithSuffix(std::filesystem::path file, std::string_view suffix);
+// Why no file of this name may be written: its extension is none of the filter's, and would say
+// something else of the file than what is in it. Empty where it may.
+std::string NameRefusal(const FileDialog& question, const std::filesystem::path& file);
 // Before a file of this name is replaced.
 std::string ReplaceQuestion(const std::filesystem::path& file);
 

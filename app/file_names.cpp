@@ -36,10 +36,14 @@ std::filesystem::path FolderOfProgramFiles(const std::filesystem::path& program)
 // The file question is the open form even where a file is about to be written: the flag that asks
 // before one is replaced is what guards it.
 std::int16_t frmMain::SetCompressedFileName(std::string& fileName, std::string_view extension) {
+  dialog.proposedName = NameAfter(state.sourceFile, std::string(".").append(extension));
   return AskForCompressedFile(fileName, extension, "Compress to", kAskBeforeReplacing);
 }
 
 std::int16_t frmMain::GetCompressedFileName(std::string& fileName, std::string_view extension) {
+  const bool fits = state.packedFile.extension() == "." + std::string(extension) &&
+                    state.packedFile.parent_path() == lastFolder_;
+  dialog.proposedName = fits ? state.packedFile.filename().string() : "";
   return AskForCompressedFile(fileName, extension, "Decompress", kFileMustExist);
 }
 
@@ -60,9 +64,10 @@ bool frmMain::AskForFile(DialogForm form, std::string_view title, int flags) {
   dialog.title = title;
   dialog.flags = flags;
   dialog.fileName.clear();
-  dialog.initialFolder = desktop_.ProgramFolder() / "Images";
+  dialog.initialFolder = lastFolder_.empty() ? desktop_.PicturesFolder() : lastFolder_;
   const auto chosen = desktop_.ChooseFile(dialog);
   if (!chosen) return false;
+  lastFolder_ = chosen->parent_path();
   dialog.fileName = chosen->string();
   return true;
 }

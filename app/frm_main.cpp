@@ -29,7 +29,7 @@ void frmMain::Act(const std::function<void()>& action) {
   state = earlierState;
   dragging_ = false;
   SetPointer(Pointer::kDefault);
-  SendMessage(failure);
+  Note(failure);
 }
 
 std::string frmMain::FailureText(std::string_view what) const {

@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "marovia/codec.h"
 
@@ -83,10 +84,12 @@ class frmMain : public Controls {
   bool Picture_KeyDown(const PictureBox& picture, std::string_view name, bool longStep);
 
   // A file by its name alone, dropped or named at the start: an image is loaded, a compressed file
-  // decompressed whole, with the options set to what it was made with.
+  // decompressed whole, with the options set to what it was made with. Of several the images come
+  // first, since a load takes the reconstruction away.
   void OpenFile(const std::filesystem::path& file);
-  // How the text of txtBitRate is read: "0.25 bits per pixel: 8192 bytes", "lossless". The bytes
-  // only while an image is loaded.
+  void OpenFiles(std::vector<std::filesystem::path> files);
+  // How the text of txtBitRate is read: "0.25 bits per pixel: 8192 bytes", "lossless", or why a
+  // rate of 0 is not. The bytes only while an image is loaded.
   [[nodiscard]] std::string RateHint() const;
   // What stands above the pictures: "Source: 512 x 512 pixels".
   [[nodiscard]] std::string SourceCaption() const;
@@ -159,6 +162,7 @@ class frmMain : public Controls {
 
  private:
   enum class Emphasis { kNone, kRegion };
+  enum class Extent { kAtRate, kWhole };
 
   // The region, and where it shows apart from the picture.
   struct RegionShown {
@@ -181,6 +185,9 @@ class frmMain : public Controls {
   void GoCoder();
   void Compute();
 
+  // A message that the next good load or save takes away, if it still shows.
+  void Note(std::string_view text);
+  void DropNote();
   void AppendToReport(std::string_view text);
   void ReportCompressedFile(const std::string& fileName, const Coder& coder);
 
@@ -206,6 +213,7 @@ class frmMain : public Controls {
   void PutCrosshairAway();
   void AtCrosshair(void (frmMain::*step)(float x, float y));
 
+  [[nodiscard]] std::string LosslessHint() const;
   // The bits of a picture at a rate. Error kOverflow where they leave 32 bits.
   [[nodiscard]] std::int32_t Budget(double rate, int rows, int cols) const;
   void Compress(FileKind kind, Emphasis emphasis);
@@ -214,7 +222,7 @@ class frmMain : public Controls {
   void WriteTransform(Compression& run, const Coder& coder);
   void SetRegion(Compression& run);
   void DeCompress(FileKind kind);
-  void Decode(ByteView file, FileKind kind);
+  void Decode(ByteView file, FileKind kind, Extent extent);
   void ShowHeader(const FileInfo& info);
   void OpenCompressedFile(const std::string& fileName, FileKind kind);
 
@@ -223,6 +231,8 @@ class frmMain : public Controls {
   bool acting_ = false;
   bool dragging_ = false;
   std::optional<RegionShown> beforePress_;
+  std::filesystem::path lastFolder_;  // of a chosen or dropped file
+  std::string note_;
   // What the text of a failure begins with: a line of its own, if any, and the file at work.
   std::string lead_;
   std::string file_;

@@ -106,11 +106,12 @@ void frmMain::GoCoder() {
   const auto* route = std::ranges::find_if(
       kRoutes, [&choice](const Route& row) { return Fits(row.choice, choice); });
   if (route == kRoutes.end()) return;
-  if (route->procedure == nullptr) return SendMessage(route->message);
+  if (route->procedure == nullptr) return Note(route->message);
   (this->*route->procedure)();
 }
 
 void frmMain::Compute() {
+  RequireImage();
   switch (OpErrorMeasure.Selected()) {
     case 0:
       return ComputeSupNormError();

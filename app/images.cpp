@@ -31,6 +31,7 @@ void frmMain::GetTheImage() {
   dialog.filter = "Windows bitmap|*.bmp|PGM file|*.pgm";
   dialog.defaultSuffix = "bmp";
   dialog.writesFile = false;
+  dialog.proposedName.clear();
   if (AskForFile(DialogForm::kOpen, "Get Image", kAskBeforeReplacing)) LoadChosenImage();
 }
 
@@ -56,6 +57,7 @@ void frmMain::DisplayBMPImage(const std::string& fileName) {
 }
 
 void frmMain::TakeSourceImage(Image image, std::string alteration) {
+  state.sourceFile = file_;
   state.NumRows = ToInt16(image.Rows());
   state.NumCols = ToInt16(image.Cols());
   state.LastRow = static_cast<std::int16_t>(state.NumRows - 1);
@@ -68,11 +70,12 @@ void frmMain::TakeSourceImage(Image image, std::string alteration) {
   std::string notes = alteration.empty() ? "" : "The image was read with its " + alteration + ".";
   if (!state.padToFit && !BearsLevels(image)) {
     if (!notes.empty()) notes += "\r\n";
-    notes += "The sides, " + std::to_string(image.Rows()) + " x " + std::to_string(image.Cols()) +
+    notes += "The sides, " + SizeText(image) +
              ", are no multiples of 16: the image is coded as it is and comes back unfaithful.";
   }
   state.SourceImage = std::move(image);
-  if (!notes.empty()) SendMessage(notes);
+  DropNote();
+  if (!notes.empty()) Note(notes);
 }
 
 void frmMain::SaveTheReconstructedImage() {
@@ -81,6 +84,8 @@ void frmMain::SaveTheReconstructedImage() {
   dialog.filter = "Windows Bitmap file|*.bmp|PGM file (*.pgm)|*.pgm";
   dialog.defaultSuffix = "bmp";
   dialog.writesFile = true;
+  const bool decoded = !state.packedFile.empty();
+  dialog.proposedName = NameAfter(decoded ? state.packedFile : state.sourceFile, "_decoded");
   if (!AskForFile(DialogForm::kSave, "Save Reconstructed Image", kAskBeforeReplacing)) return;
   const std::string suffix = SuffixOf(dialog.fileName);
   if (suffix == "PGM") SaveRecImage(dialog.fileName);
@@ -89,11 +94,13 @@ void frmMain::SaveTheReconstructedImage() {
 
 void frmMain::SaveRecImage(const std::string& fileName) {
   WriteChosenFile(fileName, WriteFormPgm(*state.ReconstructedImage));
+  DropNote();
 }
 
 void frmMain::SaveRecImageAsBmp(const std::string& fileName) {
   lead_ = "Error saving file.";
   WriteChosenFile(fileName, WriteBmp(*state.ReconstructedImage));
+  DropNote();
 }
 
 }  // namespace marovia

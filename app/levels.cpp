@@ -29,7 +29,7 @@ std::int16_t frmMain::SetNumberOfLevels() {
   const LevelChoice choice =
       marovia::SetNumberOfLevels(txtLevels.text, rows, cols, state.WaveletKind);
   if (!choice.message.empty()) {
-    SendMessage(choice.message);
+    Note(choice.message);
     desktop_.SetFocus(txtLevels);
   } else if (choice.held) {
     txtLevels.text = TrimmedNumberText(choice.levels);

@@ -14,6 +14,9 @@ struct Measured {
 Measured MeasureForm(const frmMain& form) {
   const Image& source = *form.state.SourceImage;
   const Image& reconstruction = *form.state.ReconstructedImage;
+  if (!source.SameShape(reconstruction))
+    Fail(Errc::kIndex, "The two images differ in shape: " + SizeText(source) + " and " +
+                           SizeText(reconstruction) + ".");
   if (!form.chkROIErrorOnly.checked) return {Measure(source, reconstruction)};
   return {Measure(source, reconstruction, form.GetROICoordinates()), MeasuredArea::kRegion};
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cctype>
+#include <vector>
 
 #include "app/frm_main.h"
 #include "base/number_text.h"
@@ -17,6 +18,11 @@ std::string LowerExtension(const std::filesystem::path& file) {
   return extension;
 }
 
+bool IsImageName(const std::filesystem::path& file) {
+  const std::string extension = LowerExtension(file);
+  return extension == "pgm" || extension == "bmp";
+}
+
 // The rate at which a file was made; "0" for a lossless one.
 std::string RateText(const FileInfo& info) {
   if (!info.budget) return "0";
@@ -25,17 +31,22 @@ std::string RateText(const FileInfo& info) {
 
 }  // namespace
 
+void frmMain::OpenFiles(std::vector<std::filesystem::path> files) {
+  std::stable_partition(files.begin(), files.end(), IsImageName);
+  for (const std::filesystem::path& file : files) OpenFile(file);
+}
+
 void frmMain::OpenFile(const std::filesystem::path& file) {
   Act([this, &file] {
-    const std::string extension = LowerExtension(file);
-    if (extension == "pgm" || extension == "bmp") {
+    lastFolder_ = file.parent_path();
+    if (IsImageName(file)) {
       dialog.fileName = file.string();
       LoadChosenImage();
-    } else if (const auto kind = KindOfExtension(extension)) {
+    } else if (const auto kind = KindOfExtension(LowerExtension(file))) {
       OpenCompressedFile(file.string(), *kind);
     } else {
-      SendMessage(file.filename().string() +
-                  ": neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg).");
+      Note(file.filename().string() +
+           ": neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg).");
     }
   });
 }
@@ -44,12 +55,12 @@ void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
   SendMessage("Decompressing...");
   const Bytes bytes = ReadChosenFile(fileName);
   const Coder& coder = CoderOf(kind);
-  OpMethod.Select(coder.scan == ScanKind::kAdaptive ? 1 : 0);
+  OpMethod.Select(coder.method == ScanMethod::kAswdr ? coder.version : 0);
   OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   txtBitRate.text = RateText(Inspect(bytes, kind));
   mnuDecompress.enabled = true;
   mnuDecompress_Click();
-  Decode(bytes, kind);
+  Decode(bytes, kind, Extent::kWhole);
 }
 
 }  // namespace marovia

@@ -34,12 +34,11 @@ Marks Frame(const PictureRectangle& corners, int reach) {
           {top + rows - width, left, width, cols}};
 }
 
-// Both lines through a point, all across the picture.
+// Both lines through a point, all across the picture from coordinate 0.
 Marks Cross(const PicturePoint& at, int reach) {
   const int width = 2 * reach + 1;
-  const int first = 1 - reach;
-  return {{at.row - reach, first, width, kPictureSide + 2 * reach},
-          {first, at.col - reach, at.row - 1, width},
+  return {{at.row - reach, -reach, width, kPictureSide + width},
+          {-reach, at.col - reach, at.row, width},
           {at.row + reach + 1, at.col - reach, kPictureSide - at.row, width}};
 }
 

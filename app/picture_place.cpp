@@ -9,7 +9,11 @@ namespace {
 constexpr int kRim = 2;
 
 int Coordinate(double place) {
-  return static_cast<int>(std::clamp(std::floor(place) + 1, 1.0, double{kPictureSide}));
+  return static_cast<int>(std::clamp(std::floor(place) + 1, 0.0, double{kPictureSide}));
+}
+
+int RoomFor(double factor, double ratio) {
+  return static_cast<int>(std::ceil(kPictureSide * factor / ratio)) + 2 * kRim;
 }
 
 }  // namespace
@@ -21,9 +25,12 @@ PicturePlace PicturePlace::In(int width, int height, double ratio) {
   return {(across - kPictureSide * factor) / 2, (down - kPictureSide * factor) / 2, factor};
 }
 
+int PicturePlace::GoodRoom(double ratio) {
+  return RoomFor(std::max(1.0, std::round(ratio)), ratio);
+}
+
 int PicturePlace::LeastRoom(double ratio) {
-  const double factor = std::max(1.0, std::round(ratio));
-  return static_cast<int>(std::ceil(kPictureSide * factor / ratio)) + 2 * kRim;
+  return RoomFor(1, ratio);
 }
 
 PicturePoint PicturePlace::CoordinateAt(double x, double y) const {

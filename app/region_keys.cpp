@@ -58,8 +58,8 @@ void frmMain::MoveCrosshair(PictureKey key, bool longStep) {
   const PicturePoint step = StepOf(key);
   const int length = longStep ? kLongStep : 1;
   if (const auto from = GraphBox.crosshair) {
-    GraphBox.crosshair = {std::clamp(from->row + length * step.row, 1, kPictureSide),
-                          std::clamp(from->col + length * step.col, 1, kPictureSide)};
+    GraphBox.crosshair = {std::clamp(from->row + length * step.row, 0, kPictureSide),
+                          std::clamp(from->col + length * step.col, 0, kPictureSide)};
   } else {
     GraphBox.crosshair = {kPictureSide / 2, kPictureSide / 2};
   }

@@ -12,6 +12,16 @@ void frmMain::SendMessage(std::string_view text) {
   desktop_.Repaint(Report);
 }
 
+void frmMain::Note(std::string_view text) {
+  SendMessage(text);
+  note_ = text;
+}
+
+void frmMain::DropNote() {
+  if (!note_.empty() && Report.text == note_) SendMessage("");
+  note_.clear();
+}
+
 void frmMain::AppendToReport(std::string_view text) {
   Report.text += text;
   Report.selStart = 0;
@@ -32,7 +42,7 @@ void frmMain::ReportDataRec(std::int16_t pass, float threshold, std::int32_t sig
 }
 
 void frmMain::ReportCompressedFile(const std::string& fileName, const Coder& coder) {
-  const char* lead = coder.scan == ScanKind::kAdaptive ? "\r\n" : "";
+  const char* lead = coder.method == ScanMethod::kAswdr ? "\r\n" : "";
   Report.text += lead + ("Compressed file: " + fileName + "\r\n");
   Report.text += "To decompress this file, press the GO button.";
   Report.selStart = Report.text.size();

@@ -46,7 +46,7 @@ Image SampleImage(const Image& image) {
 
 Image SampleCoefficients(const Grid<float>& coefficients) {
   return Sample(coefficients, [](float value) {
-    return static_cast<std::uint8_t>(std::min<int>(ToInt16(std::fabs(value)), 255));
+    return static_cast<std::uint8_t>(ToInt16(std::min(255.0F, std::fabs(value))));
   });
 }
 

@@ -18,8 +18,7 @@ int SourceLine(int coordinate, int lines);
 // is nothing to show.
 Image SampleImage(const Image& image);
 
-// The magnitudes of the coefficients rounded half to even; those above 255 are white. Error
-// kOverflow where one exceeds 16 bits.
+// The magnitudes of the coefficients rounded half to even; those above 255 are white.
 Image SampleCoefficients(const Grid<float>& coefficients);
 
 }  // namespace marovia

@@ -14,20 +14,25 @@ TEST_F(Files, TheQuestionsCarryTheirFilterFolderFormAndFlags) {
   EXPECT_EQ(load.filter, "Windows bitmap|*.bmp|PGM file|*.pgm");
   EXPECT_EQ(load.form, DialogForm::kOpen);
   EXPECT_EQ(load.initialFolder, "/programs/marovia/Images");
-  EXPECT_EQ(load.fileName, "");
+  EXPECT_EQ(load.fileName + load.proposedName, "");
+  EXPECT_FALSE(load.AsksBeforeReplacing());  // only what is written
 
   desktop.answers.clear();
   form.mnuSaveReconstructedImage_Click();
   EXPECT_EQ(desktop.questions.back().filter, "Windows Bitmap file|*.bmp|PGM file (*.pgm)|*.pgm");
   EXPECT_EQ(desktop.questions.back().form, DialogForm::kSave);
   EXPECT_EQ(desktop.questions.back().flags, 2);
+  EXPECT_EQ(desktop.questions.back().initialFolder, folder);
+  EXPECT_EQ(desktop.questions.back().proposedName, "source_decoded");
 
   std::string name = "as it was";
   EXPECT_EQ(form.SetCompressedFileName(name, "awg"), -1);
+  EXPECT_TRUE(desktop.questions.back().AsksBeforeReplacing());
   EXPECT_EQ(name, "as it was");
   EXPECT_EQ(desktop.questions.back().form, DialogForm::kOpen);
   EXPECT_EQ(desktop.questions.back().flags, 2);
   EXPECT_EQ(desktop.questions.back().filter, "ASWDR_V1 lossless arith. compression (*.awg)|*.awg");
+  EXPECT_EQ(desktop.questions.back().proposedName, "source.awg");
   // An extension that is not in the table leaves the filter of the question before.
   desktop.answers = {"/tmp/x"};
   EXPECT_EQ(form.GetCompressedFileName(name, "AWB"), 1);
@@ -49,20 +54,38 @@ TEST_F(Files, AFileQuestionNamesItsFiltersAndBeginsWithOneThatShowsAFile) {
   EXPECT_EQ(FilterNames("") + UsefulFilter("", folder), "");
 }
 
+TEST_F(Files, AWrittenFileBearsTheExtensionOfItsKind) {
+  FileDialog question;
+  question.filter = "a|*.bmp|b|*.pgm";
+  question.writesFile = true;
+  const std::pair<const char*, const char*> names[] = {
+      {"/x.y/a", "/x.y/a.bmp"}, {"a.", "a.bmp"}, {".a", ".a.bmp"}, {"a.Pgm", "a.Pgm"}};
+  for (const auto& [typed, completed] : names) {
+    EXPECT_EQ(WithSuffix(typed, "bmp"), completed);
+    EXPECT_EQ(NameRefusal(question, completed), "");
+  }
+  EXPECT_EQ(NameRefusal(question, "/x/a.awf"),
+            "a.awf: the name of this file must end in .bmp or .pgm.");
+  question.writesFile = false;
+  EXPECT_EQ(NameRefusal(question, "a.awf"), "");
+}
+
+TEST_F(Files, TheFileJustMadeIsTheOneProposedForDecompression) {
+  Load(Photograph(64, 64));
+  Compress(FileKind::kAwf, "1", "made.awf");
+  desktop.answers.clear();
+  for (const FileKind kind : {FileKind::kAwf, FileKind::kAwa}) {
+    Choose(kind, "1");
+    form.cmdBegin_Click(0);
+    EXPECT_EQ(desktop.questions.back().proposedName, kind == FileKind::kAwf ? "made.awf" : "");
+    EXPECT_EQ(desktop.questions.back().initialFolder, folder);
+  }
+}
+
 TEST_F(Files, TheFilesOfTheProgramAreBesideItOrInTheSharedFolderOfItsInstallation) {
   EXPECT_EQ(FolderOfProgramFiles("/usr/bin"), "/usr/share/marovia");
   WriteFile(Path("Marovia.HLP"), {});
   EXPECT_EQ(FolderOfProgramFiles(folder), folder);
-}
-
-TEST_F(Files, OnlyAFileThatIsWrittenIsAskedAboutBeforeItIsReplaced) {
-  form.GetTheImage();
-  EXPECT_FALSE(desktop.questions.back().AsksBeforeReplacing());
-  std::string name;
-  form.SetCompressedFileName(name, "awf");
-  EXPECT_TRUE(desktop.questions.back().AsksBeforeReplacing());
-  form.GetCompressedFileName(name, "awf");
-  EXPECT_FALSE(desktop.questions.back().AsksBeforeReplacing());
 }
 
 TEST_F(Files, ALoadDiscardsTheEarlierTransformAndReconstruction) {
@@ -158,7 +181,7 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestion) {
   EXPECT_EQ(form.txtBitRate.text, "1.5");
   EXPECT_EQ(form.cmbWavelet.text, "Daub 9/7");
   EXPECT_EQ(form.Label[0].caption, "Decompress");
-  EXPECT_NE(Compute(0).find("differ in shape"), std::string::npos);
+  EXPECT_TRUE(Compute(0).starts_with("There is no image yet"));
 
   WriteFile(
       Path("b.awg"),
@@ -167,9 +190,14 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestion) {
   EXPECT_EQ(*form.state.ReconstructedImage, source);
   EXPECT_EQ(form.txtBitRate.text, "0");
 
+  // Of a budget that is no round rate nothing is left out, and the image does not take it away.
   WriteFile(Path("c.pgm"), WriteFormPgm(source));
-  form.OpenFile(Path("c.pgm"));
+  const Bytes odd = marovia::Compress(Photograph(50, 33), {.bytes = 777}).file;
+  WriteFile(Path("d.awf"), odd);
+  form.OpenFiles({Path("d.awf"), Path("c.pgm")});
   EXPECT_EQ(*form.state.SourceImage, source);
+  EXPECT_EQ(*form.state.ReconstructedImage, marovia::Decompress(odd, FileKind::kAwf).image);
+  EXPECT_EQ(form.state.GraphBoxRecContent, 'I');
   form.OpenFile(Path("notes.txt"));
   EXPECT_TRUE(form.Report.text.starts_with("notes.txt: neither an image")) << form.Report.text;
   EXPECT_TRUE(desktop.questions.empty());
@@ -190,6 +218,26 @@ TEST_F(Files, TheRateHintSaysHowTheTextIsRead) {
   for (const auto& [text, hint] : hints) {
     form.txtBitRate.text = text;
     EXPECT_EQ(form.RateHint(), hint) << text;
+  }
+  form.txtBitRate.text = "0";
+  Drag(10, 10, 20, 20);
+  EXPECT_EQ(form.RateHint(), "lossless in the region only");
+  form.state.WaveletKind = WaveletKind::kDaub97;
+  EXPECT_EQ(form.RateHint(), "not lossless with Daub 9/7");
+  form.mnuDecompress_Click();
+  EXPECT_EQ(form.RateHint(), "lossless");
+}
+
+TEST_F(Files, ABudgetIsRoundedOnceWhereTheRateIsExactAndElseByRows) {
+  Load(Photograph(200, 150));
+  for (const bool exact : {false, true}) {
+    form.state.exactRate = exact;
+    Compress(FileKind::kAwb, "0.01", "a.awb");
+    const auto info = Inspect(FileBytes(Path("a.awb")), FileKind::kAwb);
+    EXPECT_EQ(info.budget, exact ? 300 : 400);
+    EXPECT_TRUE(form.RateHint().ends_with(exact ? ": 38 bytes" : ": 50 bytes"));
+    Decompress(FileKind::kAwb, "0.01", "a.awb");
+    EXPECT_EQ(form.Report.text, "Image decompressed.");
   }
 }
 

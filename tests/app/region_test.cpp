@@ -1,4 +1,6 @@
 // The region of interest by mouse and by keys.
+#include "marovia/measures.h"
+
 #include "tests/app/form_test.h"
 
 namespace marovia::test {
@@ -41,15 +43,11 @@ TEST_F(RegionOnPicture, ADragInAnyDirectionGivesTheSameRectangle) {
   }
 }
 
-TEST_F(RegionOnPicture, UnitsOfThePictureAreTurnedIntoPixels) {
-  desktop.units = {15, 15};
-  Drag(600, 1200, 1500, 3000);
-  EXPECT_EQ(Corners(), "20 20 50 50");
-}
-
-TEST_F(RegionOnPicture, BeyondThePictureItIsHeldToTheImage) {
+TEST_F(RegionOnPicture, UnitsAreTurnedIntoPixelsAndHeldToTheImage) {
   Drag(-50, 100, 900, 5000);
   EXPECT_EQ(Corners(), "25 0 63 127");
+  desktop.units = {15, 15};
+  EXPECT_EQ(Corners(), "2 0 63 30");
 }
 
 TEST_F(RegionOnPicture, AClickSelectsOnePixelAndASecondOneRemovesIt) {
@@ -118,6 +116,10 @@ TEST_F(RegionOnPicture, KeysDrawWithACrosshairThatStaysInThePicture) {
   EXPECT_TRUE(InForce());
   EXPECT_EQ(Corners(), "60 64 63 64");
   EXPECT_FALSE(form.GraphBox.crosshair);
+  while (form.GraphBox.crosshair != PicturePoint{0, 0})
+    press(PictureKey::kUp, true), press(PictureKey::kLeft, true);
+  for (int i = 0; i < 3; ++i) press(PictureKey::kCorner);
+  EXPECT_EQ(Corners(), "0 0 0 0");
 
   // Whatever ends it in its middle leaves nothing.
   const std::function<void()> ends[] = {[&] { press(PictureKey::kGiveUp); },
@@ -143,6 +145,25 @@ TEST_F(RegionOnPicture, ItStaysInForceButHiddenWhileTheTransformShows) {
   EXPECT_EQ(form.state.ROISelected, 1);
   form.OpDisplayImage_Click();
   EXPECT_TRUE(InForce());
+}
+
+TEST_F(RegionOnPicture, ADragEndsWhereThePictureShowsSomethingElse) {
+  form.GraphBox_MouseDown(kLeft, 0, 10, 20);
+  Compress(FileKind::kAwf, "1", "a.awf");
+  form.GraphBox_MouseMove(kLeft, 0, 30, 50);
+  form.OpDisplayImage_Click();
+  EXPECT_FALSE(InForce());
+  form.GraphBox_MouseUp(kLeft, 0, 30, 50);
+  EXPECT_FALSE(InForce());
+  EXPECT_EQ(form.state.ROIRow2, 0);
+}
+
+TEST_F(RegionOnPicture, AtARateOfZeroOnlyTheRegionIsExact) {
+  Drag(100, 100, 140, 140);
+  Compress(FileKind::kAwg, "0", "a.awg");
+  const Image back = marovia::Decompress(FileBytes(Path("a.awg")), FileKind::kAwg).image;
+  EXPECT_EQ(Measure(*form.state.SourceImage, back, form.GetROICoordinates()).supNorm, 0);
+  EXPECT_GT(Measure(*form.state.SourceImage, back).supNorm, 0);
 }
 
 TEST_F(RegionOnPicture, ACompressionShowsTheMaskAndHoldsTheShare) {

@@ -32,29 +32,7 @@ TEST_F(WindowRegion, ADragSetsTheRectangleAndShowsItOnAnyGround) {
   }
 }
 
-TEST_F(WindowRegion, AClickIsOnePixelASecondTakesItAwayAndADoubleClickChangesNothing) {
-  Load(Photograph(256, 256));
-  const auto click = [this](QPoint at) {
-    QTest::mouseClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), at));
-  };
-  const QString before = ReportText();
-  click({30, 60});
-  EXPECT_EQ(ReportText().toStdString(),
-            "Upper left corner: (60, 30)\nLower right corner: (60, 30)");
-  QTest::mouseDClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {30, 60}));
-  EXPECT_EQ(Form().state.ROISelected, 0);
-  EXPECT_EQ(ReportText(), before);
-  EXPECT_NE(window.findChild<QWidget*>("Viewer"), nullptr);
-
-  click({200, 90});
-  // An Enter opens the viewer too, but had no click before it.
-  QTest::keyClick(&Source(), Qt::Key_Return);
-  EXPECT_EQ(Form().state.ROISelected, 1);
-  click({5, 5});
-  EXPECT_EQ(Form().state.ROISelected, 0);
-}
-
-TEST_F(WindowRegion, ArrowsSpaceAndEscDrawWithoutAMouse) {
+TEST_F(WindowRegion, ArrowsAndSpaceDrawWithoutAMouse) {
   Load(Photograph(256, 256));
   const auto press = [this](int key, Qt::KeyboardModifiers with = {}) {
     QTest::keyClick(&Source(), static_cast<Qt::Key>(key), with);
@@ -69,15 +47,6 @@ TEST_F(WindowRegion, ArrowsSpaceAndEscDrawWithoutAMouse) {
   EXPECT_EQ(state.ROISelected, 1);
   EXPECT_EQ((std::array{state.ROICol1, state.ROIRow1, state.ROICol2, state.ROIRow2}),
             (std::array<std::int16_t, 4>{128, 112, 131, 112}));
-
-  // As with the mouse, the next one takes it away and only then another begins.
-  press(Qt::Key_Down);
-  press(Qt::Key_Space);
-  EXPECT_EQ(state.ROISelected, 0);
-  press(Qt::Key_Space);
-  press(Qt::Key_Escape);
-  EXPECT_EQ(state.ROISelected, 0);
-  EXPECT_FALSE(Form().GraphBox.outline.has_value());
 }
 
 }  // namespace

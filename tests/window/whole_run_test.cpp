@@ -11,16 +11,17 @@ struct WholeRun {
   const char* method;
   const char* coding;
   const char* rate;
+  const char* extension;
 };
 
 // Through load, compress, decompress, measure and save by the widgets alone.
 TEST_F(WindowTest, ImagesOfManySizesGoThroughAWholeRun) {
   const WholeRun runs[] = {
-      {"odd sides", 333, 500, "OpMethod(1)", "OpEntropyCode(1)", "0.5"},
-      {"odd sides, lossless", 333, 500, "OpMethod(1)", "OpEntropyCode(1)", "0"},
-      {"tiny", 5, 3, "OpMethod(0)", "OpEntropyCode(1)", "6"},
-      {"tiny, lossless", 5, 3, "OpMethod(1)", "OpEntropyCode(1)", "0"},
-      {"large", 2048, 2048, "OpMethod(0)", "OpEntropyCode(0)", "0.25"},
+      {"odd sides", 333, 500, "OpMethod(1)", "OpEntropyCode(1)", "0.5", "awf"},
+      {"odd sides, lossless", 333, 500, "OpMethod(1)", "OpEntropyCode(1)", "0", "awg"},
+      {"tiny", 5, 3, "OpMethod(0)", "OpEntropyCode(1)", "6", "awa"},
+      {"tiny, lossless", 5, 3, "OpMethod(1)", "OpEntropyCode(1)", "0", "awg"},
+      {"large", 2048, 2048, "OpMethod(0)", "OpEntropyCode(0)", "0.25", "awb"},
   };
   for (const WholeRun& run : runs) {
     SCOPED_TRACE(run.what);
@@ -33,7 +34,7 @@ TEST_F(WindowTest, ImagesOfManySizesGoThroughAWholeRun) {
     Choose(run.method, run.coding, run.rate);
     // A decompressed file leaves its own number there.
     Type("txtLevels", "4");
-    const QString file = Path(QString("%1.packed").arg(run.what));
+    const QString file = Path(QString("%1.%2").arg(run.what, run.extension));
     AnswerFileQuestion(file);
     Click("cmdBegin(0)");
     ASSERT_TRUE(QFile::exists(file)) << ReportText().toStdString();

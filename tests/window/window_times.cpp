@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
   const auto made = marovia::MakeMainWindow(true);
   marovia::MainWindow& window = *made;
   window.show();
-  window.OpenFile(MAROVIA_ROOT "/Images/camera.pgm");
+  window.OpenFiles({MAROVIA_ROOT "/Images/camera.pgm"});
   while (window.windowHandle() == nullptr || !window.windowHandle()->isExposed())
     QApplication::processEvents();
   QApplication::processEvents();
