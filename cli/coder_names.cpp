@@ -1,9 +1,10 @@
 #include "cli/coder_names.h"
 
 #include <algorithm>
-#include <array>
 
 #include "marovia/error.h"
+
+#include "codec/coders.h"
 
 namespace marovia::cli {
 namespace {
@@ -11,101 +12,73 @@ namespace {
 constexpr const char* kBestMethod = "aswdr";
 constexpr const char* kBestCoding = "arithmetic";
 
-struct CoderNames {
-  FileKind kind;
-  std::string_view method;
-  std::string_view coding;
-  bool lossless;
-};
-
-constexpr std::array kCoders = {
-    CoderNames{FileKind::kAwb, "wdr", "binary", false},
-    CoderNames{FileKind::kAwa, "wdr", "arithmetic", false},
-    CoderNames{FileKind::kAwd, "aswdr", "binary", false},
-    CoderNames{FileKind::kAwf, "aswdr", "arithmetic", false},
-    CoderNames{FileKind::kAwg, "aswdr", "arithmetic", true},
-    CoderNames{FileKind::kAwc, "aswdr2", "binary", false},
-};
-
-const CoderNames& NamesOf(FileKind kind) {
-  return *std::ranges::find(kCoders, kind, &CoderNames::kind);
-}
-
 // Each once, in the order of the table.
-std::vector<std::string> Distinct(std::string_view CoderNames::*name) {
+std::vector<std::string> Distinct(std::string (*name)(FileKind), std::span<const FileKind> kinds) {
   std::vector<std::string> names;
-  for (const CoderNames& coder : kCoders)
-    if (std::ranges::find(names, coder.*name) == names.end()) names.emplace_back(coder.*name);
+  for (const FileKind kind : kinds)
+    if (std::ranges::find(names, name(kind)) == names.end()) names.push_back(name(kind));
   return names;
 }
 
-// The kinds of a method, either lossy or lossless.
-std::vector<FileKind> KindsOf(const std::string& method, bool lossless) {
-  std::vector<FileKind> kinds = AllKinds();
-  std::erase_if(kinds, [&](FileKind kind) {
-    return MethodOf(kind) != method || IsLossless(kind) != lossless;
-  });
-  return kinds;
+std::vector<std::string> CodingsOf(const std::string& method) {
+  std::vector<FileKind> kinds = LossyKinds();
+  std::erase_if(kinds, [&](FileKind kind) { return MethodOf(kind) != method; });
+  return Distinct(CodingOf, kinds);
 }
 
 std::string DefaultCoding(const std::string& method) {
-  if (KindWith(method, kBestCoding, false)) return kBestCoding;
-  return std::string(CodingOf(KindsOf(method, false).front()));
+  return KindWith(method, kBestCoding, false) ? kBestCoding : CodingsOf(method).front();
 }
 
 [[noreturn]] void RefuseLossless() {
   std::vector<std::string> choices;
   for (const FileKind kind : AllKinds())
-    if (IsLossless(kind)) choices.push_back(OptionsFor(kind));
+    if (IsLossless(kind))
+      choices.push_back("--method " + MethodOf(kind) + " --coding " + CodingOf(kind));
   Fail(Errc::kInvalidArgument, "--lossless works with " + Joined(choices, " or ") + " only");
 }
 
 [[noreturn]] void RefuseCoding(const std::string& method) {
-  std::vector<std::string> codings;
-  for (const FileKind kind : KindsOf(method, false)) codings.emplace_back(CodingOf(kind));
-  Fail(Errc::kInvalidArgument,
-       "--method " + method + " works with --coding " + Joined(codings, " or ") + " only");
+  Fail(Errc::kInvalidArgument, "--method " + method + " works with --coding " +
+                                   Joined(CodingsOf(method), " or ") + " only");
 }
 
 }  // namespace
 
-std::vector<FileKind> AllKinds() {
-  std::vector<FileKind> kinds;
-  for (const CoderNames& coder : kCoders) kinds.push_back(coder.kind);
-  return kinds;
+bool IsLossless(FileKind kind) {
+  return CoderOf(kind).lossless;
 }
 
 std::vector<FileKind> LossyKinds() {
-  std::vector<FileKind> kinds = AllKinds();
+  const auto all = AllKinds();
+  std::vector<FileKind> kinds(all.begin(), all.end());
   std::erase_if(kinds, IsLossless);
   return kinds;
 }
 
-bool IsLossless(FileKind kind) {
-  return NamesOf(kind).lossless;
+// The first version of a method goes without its number.
+std::string MethodOf(FileKind kind) {
+  const Coder& coder = CoderOf(kind);
+  const std::string method = coder.method == ScanMethod::kWdr ? "wdr" : "aswdr";
+  return coder.version == 1 ? method : method + std::to_string(coder.version);
 }
 
-std::string_view MethodOf(FileKind kind) {
-  return NamesOf(kind).method;
+std::string CodingOf(FileKind kind) {
+  return CoderOf(kind).IsArithmetic() ? "arithmetic" : "binary";
 }
-std::string_view CodingOf(FileKind kind) {
-  return NamesOf(kind).coding;
-}
+
 std::vector<std::string> MethodNames() {
-  return Distinct(&CoderNames::method);
+  return Distinct(MethodOf, AllKinds());
 }
 std::vector<std::string> CodingNames() {
-  return Distinct(&CoderNames::coding);
+  return Distinct(CodingOf, AllKinds());
 }
 
-std::string OptionsFor(FileKind kind) {
-  return "--method " + std::string(MethodOf(kind)) + " --coding " + std::string(CodingOf(kind));
-}
-
-std::optional<FileKind> KindWith(std::string_view method, std::string_view coding, bool lossless) {
-  for (const CoderNames& coder : kCoders)
-    if (coder.method == method && coder.coding == coding && coder.lossless == lossless)
-      return coder.kind;
+std::optional<FileKind> KindWith(const std::string& method, const std::string& coding,
+                                 bool lossless) {
+  for (const FileKind kind : AllKinds())
+    if (MethodOf(kind) == method && CodingOf(kind) == coding && IsLossless(kind) == lossless)
+      return kind;
   return std::nullopt;
 }
 
@@ -116,7 +89,7 @@ FileKind ChosenKind(const std::optional<std::string>& method,
   lossless ? RefuseLossless() : RefuseCoding(one);
 }
 
-std::vector<std::string> ExtensionsOf(const std::vector<FileKind>& kinds) {
+std::vector<std::string> ExtensionsOf(std::span<const FileKind> kinds) {
   std::vector<std::string> extensions;
   for (const FileKind kind : kinds) extensions.emplace_back(Extension(kind));
   return extensions;

@@ -79,8 +79,7 @@ std::string FileOf(FileKind kind) {
 FileKind KindOfOtherHeader(FileKind kind) {
   const bool lossless = !IsLossless(kind);
   if (const auto same = KindWith(MethodOf(kind), CodingOf(kind), lossless)) return *same;
-  const std::vector<FileKind> kinds = AllKinds();
-  return *std::ranges::find(kinds, lossless, IsLossless);
+  return *std::ranges::find(AllKinds(), lossless, IsLossless);
 }
 
 // Any four bytes may begin a file of ours, as its budget, but hardly those of another kind with a

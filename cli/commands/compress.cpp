@@ -20,6 +20,7 @@
 #include "cli/file_list.h"
 #include "cli/many_files.h"
 #include "cli/values.h"
+#include "codec/coders.h"
 #include "codec/report_text.h"
 #include "files/output_file.h"
 
@@ -65,8 +66,8 @@ void TakeWavelet(const std::string& text, CompressArguments& arguments) {
 // Whether an option says what no file of this lossless kind can be.
 bool MakesLossy(const CompressArguments& arguments, FileKind kind) {
   return arguments.rate || arguments.bytes || arguments.psnr || arguments.ratio ||
-         arguments.method.value_or(std::string(MethodOf(kind))) != MethodOf(kind) ||
-         arguments.coding.value_or(std::string(CodingOf(kind))) != CodingOf(kind);
+         arguments.method.value_or(MethodOf(kind)) != MethodOf(kind) ||
+         arguments.coding.value_or(CodingOf(kind)) != CodingOf(kind);
 }
 
 // The choices, with those that no option made taken from the extension of OUT. One that an option
@@ -77,8 +78,8 @@ CompressArguments WithKindOf(const std::string& output, CompressArguments argume
   if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) {
     arguments.lossless = true;
   } else {
-    arguments.method = arguments.method.value_or(std::string(MethodOf(*kind)));
-    arguments.coding = arguments.coding.value_or(std::string(CodingOf(*kind)));
+    arguments.method = arguments.method.value_or(MethodOf(*kind));
+    arguments.coding = arguments.coding.value_or(CodingOf(*kind));
   }
   return arguments;
 }
@@ -310,8 +311,8 @@ constexpr const char* kExamples =
     "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n";
 
 constexpr const char* kKindsNote =
-    "wdr with raw bits (binary) is the simplest to decode; aswdr with arithmetic coding gives the "
-    "best pictures at a given size, and aswdr2 nearly the same with raw bits.\n"
+    "WDR with raw bits is the simplest to decode, ASWDR with arithmetic coding gives the\n"
+    "best pictures at a given size, and its second version nearly the same with raw bits.\n"
     "\n"
     "IN and OUT may be - for standard input and output; what is written is then\n"
     "an .awf unless options say otherwise.\n";
@@ -320,8 +321,7 @@ std::string FooterText() {
   std::string text = std::string(kExamples) +
                      "\nThe extension of OUT chooses the coder, and is added where OUT has none:\n";
   for (const FileKind kind : AllKinds())
-    text += "  ." + std::string(Extension(kind)) + "  " + OptionsFor(kind) +
-            (IsLossless(kind) ? " --lossless" : "") + "\n";
+    text += "  ." + std::string(Extension(kind)) + "  " + std::string(CoderOf(kind).name) + "\n";
   return text + "\n" + kKindsNote + "\n" + kManyFilesNote;
 }
 

@@ -53,18 +53,17 @@ Lines LinesOf(const FileInfo& info) {
   const std::string coded = info.codedRows == info.rows && info.codedCols == info.cols
                                 ? ""
                                 : ", coded as " + SizeText(info.codedRows, info.codedCols);
-  return {
-      {"kind", Extension(info.kind).data()},
-      {"method", std::string(MethodOf(info.kind))},
-      {"coding", std::string(CodingOf(info.kind)) + (IsLossless(info.kind) ? ", lossless" : "")},
-      {"wavelet", std::string(NameOf(info.wavelet))},
-      {"levels", std::to_string(info.levels)},
-      {"size", SizeText(info.rows, info.cols) + coded},
-      {"mean", TrimmedNumberText(info.mean)},
-      {"first threshold", TrimmedNumberText(std::ldexp(1.0, info.exponent))},
-      {"budget", BudgetText(info)},
-      {"bits present", std::to_string(info.bitsPresent)},
-      {"fills budget", FillText(info)}};
+  return {{"kind", Extension(info.kind).data()},
+          {"method", MethodOf(info.kind)},
+          {"coding", CodingOf(info.kind) + (IsLossless(info.kind) ? ", lossless" : "")},
+          {"wavelet", std::string(NameOf(info.wavelet))},
+          {"levels", std::to_string(info.levels)},
+          {"size", SizeText(info.rows, info.cols) + coded},
+          {"mean", TrimmedNumberText(info.mean)},
+          {"first threshold", TrimmedNumberText(std::ldexp(1.0, info.exponent))},
+          {"budget", BudgetText(info)},
+          {"bits present", std::to_string(info.bitsPresent)},
+          {"fills budget", FillText(info)}};
 }
 
 std::string TextOf(const FileInfo& info) {
