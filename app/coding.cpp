@@ -1,18 +1,25 @@
-#include "codec/coders.h"
-
+// A run of a coder, in steps between which the form reads its controls and says what happens.
 #include <algorithm>
 
 #include "app/frm_main.h"
 #include "base/number_text.h"
+#include "codec/coders.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
 #include "codec/geometry.h"
 #include "coding/file_header.h"
+#include "wavelet/catalogue.h"
 
 namespace marovia {
 namespace {
 
 constexpr const char* kRateHeld = "Bpp value too large, decompressing at largest possible rate.";
+
+// The rate at which a file was made; "0" for a lossless one.
+std::string RateText(const FileInfo& info) {
+  if (!info.budget) return "0";
+  return TrimmedNumberText(*info.budget / (static_cast<double>(info.rows) * info.cols));
+}
 
 }  // namespace
 
@@ -32,8 +39,8 @@ void frmMain::DeCompress_WDR_Arithmetic()          { DeCompress(FileKind::kAwa);
 void frmMain::DeCompress_ASWDR_Binary_Ver1()       { DeCompress(FileKind::kAwd); }
 void frmMain::DeCompress_ASWDR_Arithmetic_Ver1()   { DeCompress(FileKind::kAwf); }
 void frmMain::DeCompress_ASWDR_Ver1_Lossless()     { DeCompress(FileKind::kAwg); }
-void frmMain::Compress_ASWDR_Binary_Ver2()         { Note("Procedure not available yet."); }
-void frmMain::DeCompress_ASWDR_Binary_Ver2()       { Note("Procedure not available yet."); }
+void frmMain::Compress_ASWDR_Binary_Ver2()         { Compress(FileKind::kAwc, Emphasis::kNone); }
+void frmMain::DeCompress_ASWDR_Binary_Ver2()       { DeCompress(FileKind::kAwc); }
 // clang-format on
 
 void frmMain::Compress(FileKind kind, Emphasis emphasis) {
@@ -42,14 +49,14 @@ void frmMain::Compress(FileKind kind, Emphasis emphasis) {
   if (coder.method == ScanMethod::kAswdr) SendMessage("");
   std::string fileName;
   if (SetCompressedFileName(fileName, coder.extension) == -1) return;
-  CompressInto(fileName, coder, emphasis);
+  OfFile(fileName, [&] { CompressInto(fileName, coder, emphasis); });
 }
 
 // Nothing is written before the run is over, so that one that fails leaves an earlier file whole.
 void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emphasis emphasis) {
-  file_ = fileName;
   Compression run(coder, *state.SourceImage, state.WaveletKind, state.padToFit);
   if (!WriteHeaderStart(run, coder)) return;
+  const BusyPointer busy(desktop_);
   WriteTransform(run, coder);
   if (emphasis == Emphasis::kRegion) SetRegion(run);
 
@@ -61,7 +68,6 @@ void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emph
   state.packedFile = fileName;
   report(closing);
   ReportCompressedFile(fileName, coder);
-  SetPointer(Pointer::kDefault);
   mnuDecompress.enabled = true;
   mnuDecompress_Click();
 }
@@ -77,7 +83,6 @@ bool frmMain::WriteHeaderStart(Compression& run, const Coder& coder) {
 }
 
 void frmMain::WriteTransform(Compression& run, const Coder& coder) {
-  SetPointer(Pointer::kBusy);
   SendMessage("Transforming image...");
   const Grid<float>& coefficients =
       coder.lossless ? TransformTheImageLossless(run) : TransformTheImage(run);
@@ -110,18 +115,21 @@ void frmMain::DeCompress(FileKind kind) {
   std::string fileName;
   if (GetCompressedFileName(fileName, Extension(kind)) == -1) return;
   SendMessage("Decompressing...");
-  Decode(ReadChosenFile(fileName), kind, Extent::kAtRate);
+  OfFile(fileName, [&] {
+    Decode(ReadChosenFile(fileName), kind, Extent::kAtRate);
+    state.packedFile = fileName;
+  });
 }
 
 void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
-  SetPointer(Pointer::kBusy);
+  const BusyPointer busy(desktop_);
   Decompression run(file, kind, kDefaultMaxPixels);
   ShowHeader(run.Info());
   const Coder& coder = run.TheCoder();
   const bool held =
       coder.HasBudget() && extent == Extent::kAtRate &&
       run.HoldBudget(Budget(LeadingNumber(txtBitRate.text), run.Info().rows, run.Info().cols));
-  if (held) AppendToReport(kRateHeld + std::string("\r\n"));
+  if (held) report_.Append(kRateHeld + std::string("\r\n"));
 
   const auto report = [this](const PassReport& pass) {
     ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
@@ -131,11 +139,9 @@ void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
   SendMessage("Inverse transforming...");
   coder.lossless ? InvertTheTransformQuantLossless(run) : InvertTheTransformQuant(run);
   SendMessage("Image decompressed.");
-  if (held) AppendToReport(std::string("\r\n") + kRateHeld);
+  if (held) report_.Append(std::string("\r\n") + kRateHeld);
   if (run.Truncated())
-    AppendToReport("\r\nThe file is cut short: bits that were asked for are missing.");
-  state.packedFile = file_;
-  SetPointer(Pointer::kDefault);
+    report_.Append("\r\nThe file is cut short: bits that were asked for are missing.");
 }
 
 void frmMain::ShowHeader(const FileInfo& info) {
@@ -143,8 +149,78 @@ void frmMain::ShowHeader(const FileInfo& info) {
   ResetWaveletLabel();
   txtLevels.text = TrimmedNumberText(info.levels);
   desktop_.Repaint(txtLevels);
-  state.decodedRows = info.rows;
-  state.decodedCols = info.cols;
+  state.decodedSides = {info.rows, info.cols};
+}
+
+void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
+  SendMessage("Decompressing...");
+  const Bytes bytes = ReadChosenFile(fileName);
+  const Coder& coder = CoderOf(kind);
+  OpMethod.Select(coder.method == ScanMethod::kAswdr ? coder.version : 0);
+  OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
+  txtBitRate.text = RateText(Inspect(bytes, kind));
+  mnuDecompress.enabled = true;
+  mnuDecompress_Click();
+  Decode(bytes, kind, Extent::kWhole);
+  state.packedFile = fileName;
+}
+
+const Grid<float>& frmMain::TransformTheImage(Compression& run) {
+  const Grid<float>& coefficients = run.Transform();
+  ShowCoefficients(coefficients);
+  return coefficients;
+}
+
+const Grid<float>& frmMain::TransformTheImageLossless(Compression& run) {
+  return TransformTheImage(run);
+}
+
+// A file can be decompressed before any image is loaded; there is no source to show then.
+void frmMain::InvertTheTransformQuant(Decompression& run) {
+  state.ReconstructedImage = run.Invert();
+  if (!state.SourceImage->Empty()) DisplayImage(1);
+  DisplayImageRec();
+}
+
+void frmMain::InvertTheTransformQuantLossless(Decompression& run) {
+  InvertTheTransformQuant(run);
+}
+
+void frmMain::cmbWavelet_Click() {
+  if (const auto wavelet = WaveletOfLabel(cmbWavelet.text)) state.WaveletKind = *wavelet;
+}
+
+void frmMain::ResetWaveletLabel() {
+  cmbWavelet.text = WaveletLabel(state.WaveletKind);
+  desktop_.Repaint(cmbWavelet);
+}
+
+std::int16_t frmMain::SupportOfWavelet() const {
+  return static_cast<std::int16_t>(marovia::SupportOfWavelet(state.WaveletKind));
+}
+
+Sides frmMain::SidesForLevels() const {
+  const Sides sides{state.NumRows, state.NumCols};
+  return state.padToFit ? PaddedSides(sides, 0) : sides;
+}
+
+std::int16_t frmMain::SetNumberOfLevels() {
+  RequireImage();
+  const auto [rows, cols] = SidesForLevels();
+  const LevelChoice choice =
+      marovia::SetNumberOfLevels(txtLevels.text, rows, cols, state.WaveletKind);
+  if (!choice.message.empty()) {
+    report_.Note(choice.message);
+    desktop_.SetFocus(txtLevels);
+  } else if (choice.held) {
+    txtLevels.text = TrimmedNumberText(choice.levels);
+    desktop_.Repaint(txtLevels);
+  }
+  return static_cast<std::int16_t>(choice.levels);
+}
+
+std::int16_t frmMain::SetNumberOfLevelsLossless() {
+  return SetNumberOfLevels();
 }
 
 }  // namespace marovia
