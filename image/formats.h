@@ -1,4 +1,4 @@
-// Files of other kinds, known by their first bytes.
+// What a file holds by its first bytes: images that are read here, and what is often taken for one.
 #pragma once
 
 #include <cstddef>
