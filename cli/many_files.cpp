@@ -22,7 +22,6 @@
 
 #include "cli/arguments.h"
 #include "cli/console.h"
-#include "cli/file_list.h"
 #include "files/output_file.h"
 
 namespace marovia::cli {

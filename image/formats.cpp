@@ -9,7 +9,6 @@
 #include "marovia/image.h"
 
 #include "image/bmp.h"
-#include "image/pnm_reader.h"
 #include "image/raster.h"
 
 namespace marovia {

@@ -1,4 +1,5 @@
-// What a file holds by its first bytes: images that are read here, and what is often taken for one.
+// What a file holds by its first bytes, images that are read here and what is often taken for one;
+// and the Netpbm formats of grey and colour images: PGM and PPM, plain and binary.
 #pragma once
 
 #include <cstddef>
@@ -18,5 +19,14 @@ struct Signature {
 
 // Of images, read here or not, and of what is often taken for one.
 Signature SignatureOf(ByteView file);
+
+//   P5 or P2 (grey), P6 or P3 (colour); P2 and P3 are plain text
+//   columns rows maximum      decimal, set apart by white space and comments
+//   samples                   in P5 and P6 after one white space: a byte each, two (the high one
+//                             first) where the maximum is above 255; else decimal numbers
+//
+// The first image of a file that holds several. A sample above the maximum is kMalformed, another
+// Netpbm format kUnsupported.
+LoadedImage ReadPnm(ByteView file, std::int64_t maxPixels);
 
 }  // namespace marovia

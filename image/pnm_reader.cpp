@@ -1,5 +1,3 @@
-#include "image/pnm_reader.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -8,6 +6,7 @@
 #include "marovia/error.h"
 #include "marovia/image.h"
 
+#include "image/formats.h"
 #include "image/raster.h"
 
 namespace marovia {

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <zlib.h>
 
-#include "image/reduction.h"
+#include "image/sampling.h"
 #include "tests/cli/tool_process.h"
 #include "tests/support/test_images.h"
 
