@@ -8,7 +8,7 @@
 #include "app/frm_main.h"
 #include "base/checked.h"
 #include "codec/coders.h"
-#include "image/bmp_reader.h"
+#include "image/bmp.h"
 #include "image/form_pgm.h"
 
 namespace marovia {

@@ -12,7 +12,7 @@
 #include "cli/values.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
-#include "image/signatures.h"
+#include "image/formats.h"
 
 namespace marovia::cli {
 namespace {

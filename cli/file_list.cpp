@@ -1,5 +1,3 @@
-#include "cli/file_list.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -12,6 +10,7 @@
 #include "cli/arguments.h"
 #include "cli/file_kinds.h"
 #include "cli/help.h"
+#include "cli/many_files.h"
 #include "cli/values.h"
 #include "files/input_file.h"
 

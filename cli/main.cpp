@@ -17,7 +17,6 @@
 #include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/help.h"
-#include "cli/suggestion.h"
 
 namespace marovia::cli {
 namespace {

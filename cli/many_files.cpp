@@ -22,8 +22,7 @@
 
 #include "cli/arguments.h"
 #include "cli/console.h"
-#include "cli/file_list.h"
-#include "files/signal_hold.h"
+#include "files/output_file.h"
 
 namespace marovia::cli {
 namespace {

@@ -17,7 +17,6 @@
 #include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/file_kinds.h"
-#include "cli/file_list.h"
 #include "cli/many_files.h"
 #include "cli/values.h"
 #include "codec/coders.h"

@@ -17,7 +17,7 @@
 #include "cli/values.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
-#include "image/reduction.h"
+#include "image/sampling.h"
 
 namespace marovia::cli {
 namespace {

@@ -1,4 +1,4 @@
-// What stands before the pixels of a BMP.
+// BMP: the headers that stand before the pixels, and the byte order.
 #pragma once
 
 #include <array>
@@ -8,10 +8,14 @@
 
 #include "marovia/image.h"
 
-#include "image/grey.h"
-#include "image/shape.h"
+#include "image/raster.h"
 
 namespace marovia {
+
+// Every header from 12 to 124 bytes, 1, 4, 8, 16, 24 and 32 bits a pixel, masks, run-length codes
+// and both row orders; transparency is dropped and told of. Components of fewer than 8 bits are spread
+// over 0 to 255. A pixel whose index its palette does not have is kMalformed.
+LoadedImage ReadBmp(ByteView file, std::int64_t maxPixels);
 
 inline constexpr std::size_t kBmpFileHeaderBytes = 14;
 inline constexpr std::size_t kBmpCoreHeaderBytes = 12;
@@ -54,5 +58,16 @@ struct BmpHeader {
 // programs write them wrong. A palette longer than the depth allows is cut, one that reaches into
 // the pixels ends there.
 BmpHeader ReadBmpHeader(ByteView file, std::int64_t maxPixels);
+
+// The number held by all the bytes, at most four, the lowest first.
+inline std::uint32_t LittleEndian(ByteView bytes) {
+  std::uint32_t value = 0;
+  for (std::size_t i = bytes.size(); i-- > 0;) value = value << 8 | bytes[i];
+  return value;
+}
+
+inline void AppendLittleEndian(Bytes& bytes, std::uint32_t value, int count) {
+  for (int i = 0; i < count; ++i, value >>= 8) bytes.push_back(static_cast<std::uint8_t>(value));
+}
 
 }  // namespace marovia

@@ -1,8 +1,15 @@
-#include "image/signatures.h"
+#include "image/formats.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string>
+
+#include "marovia/error.h"
+#include "marovia/image.h"
+
+#include "image/bmp.h"
+#include "image/raster.h"
 
 namespace marovia {
 namespace {
@@ -75,6 +82,8 @@ bool IsBmp(ByteView file) {
          std::ranges::all_of(file.subspan(15, 3), [](std::uint8_t byte) { return byte == 0; });
 }
 
+constexpr const char* kWhatIsRead = "PGM, PPM and BMP are read";
+
 }  // namespace
 
 Signature SignatureOf(ByteView file) {
@@ -84,6 +93,22 @@ Signature SignatureOf(ByteView file) {
       std::ranges::find_if(kRows, [&](const Row& one) { return Begins(file, one.bytes); });
   if (row == kRows.end()) return {};
   return {row->name, row->bytes.size(), false};
+}
+
+LoadedImage ReadImage(ByteView file, std::int64_t maxPixels) {
+  if (file.empty()) Fail(Errc::kMalformed, "The file is empty.");
+  const Signature signature = SignatureOf(file);
+  if (signature.IsKnown() && !signature.isRead)
+    Fail(Errc::kUnsupported,
+         "The file is " + std::string(signature.name) + "; " + kWhatIsRead + ".");
+  if (file[0] == 'P') return ReadPnm(file, maxPixels);
+  if (file[0] == 'B' && file.size() > 1 && file[1] == 'M') return ReadBmp(file, maxPixels);
+  Fail(Errc::kMalformed,
+       std::string("The file is no image that is known here; ") + kWhatIsRead + ".");
+}
+
+Bytes WritePgm(const Image& image) {
+  return PgmFile(image.Cols(), image.Rows(), image);
 }
 
 }  // namespace marovia

@@ -1,17 +1,25 @@
-#include "files/file_access.h"
+#include "files/temporary_file.h"
 
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
+#include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
+
+#include "marovia/error.h"
 
 namespace marovia {
 namespace {
 
+namespace fs = std::filesystem;
+
+constexpr int kMostTemporaries = 100;
 constexpr const char* kAccessList = "system.posix_acl_access";
 constexpr auto kOwnerUnchanged = static_cast<uid_t>(-1);
 
@@ -99,17 +107,105 @@ mode_t ModeFor(const struct stat& old, const struct stat& now) {
 
 }  // namespace
 
+void WriteAll(const FileDescriptor& file, ByteView bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(file.Number(), bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) FailWithErrno("cannot be written");
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+}
+
+void CloseChecked(FileDescriptor& file) {
+  if (!file.Close()) FailWithErrno("cannot be written");
+}
+
+[[noreturn]] void FailOnExistingFile() {
+  Fail(Errc::kIo, "already exists (--force replaces it)");
+}
+
+TemporaryFile::TemporaryFile(fs::path folder, mode_t mode)
+    : folder_(std::move(folder)),
+      file_(
+          ::open(folder_.empty() ? "." : folder_.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode)) {
+  // A nameless file is reached through /proc, which may not be there.
+  if (file_.IsOpen() && ::access(OpenFile().c_str(), F_OK) == 0) return;
+  TakeName([&](const char* name) {
+    file_ = FileDescriptor(::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    return file_.IsOpen();
+  });
+}
+
+TemporaryFile::~TemporaryFile() {
+  if (!name_.empty()) ::unlink(name_.c_str());
+}
+
 // The order matters: attributes can be set while the file is writable by the caller, and a change
 // of owner clears permission bits.
-void TakeOverAccess(const std::string& from, const FileDescriptor& to) {
+void TemporaryFile::TakeOverAccess(const std::string& from) const {
   struct stat old {};
   if (::stat(from.c_str(), &old) != 0) FailWithErrno("cannot be replaced");
-  KeepOwnerOrGroup(old, to);
-  CopyAttributes(from, to);
-  const struct stat now = StatusOf(to);
+  KeepOwnerOrGroup(old, file_);
+  CopyAttributes(from, file_);
+  const struct stat now = StatusOf(file_);
   const mode_t mode = ModeFor(old, now);
-  if (::fchmod(to.Number(), mode) == 0 || (now.st_mode & 07777) == mode) return;
+  if (::fchmod(file_.Number(), mode) == 0 || (now.st_mode & 07777) == mode) return;
   FailWithErrno("cannot be replaced: its permissions cannot be kept");
+}
+
+void TemporaryFile::Fill(ByteView bytes) const {
+  WriteAll(file_, bytes);
+  if (::fsync(file_.Number()) != 0) FailWithErrno("cannot be written");
+}
+
+void TemporaryFile::Become(const std::string& path, bool force) {
+  if (name_.empty()) {
+    if (LinkTo(path.c_str())) return;
+    if (errno != EEXIST) FailWithErrno("cannot be written");
+    if (!force) FailOnExistingFile();
+    TakeName([this](const char* name) { return LinkTo(name); });
+  }
+  CloseChecked(file_);
+  RenameTo(path, force);
+  name_.clear();
+}
+
+std::string TemporaryFile::OpenFile() const {
+  return "/proc/self/fd/" + std::to_string(file_.Number());
+}
+
+bool TemporaryFile::LinkTo(const char* name) const {
+  return ::linkat(AT_FDCWD, OpenFile().c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
+}
+
+// take(name) fails with EEXIST where there is a file of that name, left by a program killed.
+template <class Take>
+void TemporaryFile::TakeName(Take take) {
+  for (int n = 0; n < kMostTemporaries; ++n) {
+    const auto name = ".marovia-" + std::to_string(::getpid()) + "-" + std::to_string(n);
+    std::string path = (folder_ / name).string();
+    if (take(path.c_str())) {
+      // A copy might find no memory, and the file then would stay.
+      name_ = std::move(path);
+      return;
+    }
+    if (errno != EEXIST) break;
+  }
+  FailWithErrno("cannot be written");
+}
+
+void TemporaryFile::RenameTo(const std::string& path, bool force) const {
+  const char* from = name_.c_str();
+  const char* to = path.c_str();
+  int result = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, force ? 0 : RENAME_NOREPLACE);
+  // A file system without this form of the call gets the check a moment before.
+  if (result != 0 && !force && (errno == EINVAL || errno == ENOSYS)) {
+    if (::access(to, F_OK) == 0) FailOnExistingFile();
+    result = ::rename(from, to);
+  }
+  if (result == 0) return;
+  if (errno == EEXIST) FailOnExistingFile();
+  FailWithErrno("cannot be written");
 }
 
 }  // namespace marovia
