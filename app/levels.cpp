@@ -1,6 +1,6 @@
 #include "app/frm_main.h"
 #include "base/number_text.h"
-#include "codec/geometry.h"
+#include "format/geometry.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {

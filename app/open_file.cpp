@@ -5,7 +5,7 @@
 #include "app/frm_main.h"
 #include "base/number_text.h"
 #include "codec/coders.h"
-#include "coding/file_header.h"
+#include "format/file_header.h"
 
 namespace marovia {
 namespace {

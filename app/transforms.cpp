@@ -3,7 +3,7 @@
 #include "app/frm_main.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
-#include "codec/geometry.h"
+#include "format/geometry.h"
 #include "wavelet/transform.h"
 
 namespace marovia {

@@ -8,7 +8,7 @@
 
 #include "marovia/error.h"
 
-#include "image/little_endian.h"
+#include "base/little_endian.h"
 
 namespace marovia {
 namespace {

@@ -7,10 +7,10 @@
 
 #include "marovia/error.h"
 
+#include "base/little_endian.h"
 #include "image/bmp_header.h"
 #include "image/bmp_rle.h"
 #include "image/grey.h"
-#include "image/little_endian.h"
 
 namespace marovia {
 namespace {
