@@ -28,7 +28,7 @@ for folder in */; do
     complain "$folder/ is not in the table of docs/architecture.md"
     continue
   fi
-  [[ " window qtplugin tests " == *" $folder "* ]] ||
+  [[ " window qtplugin tests bench " == *" $folder "* ]] ||
     ! sources "$folder" | xargs -0 grep -nE '#include <Q' ||
     complain "$folder/ includes a toolkit"
   [[ ${allowed[$folder]} != *" everything "* ]] || continue

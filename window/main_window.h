@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "app/picture_place.h"
+#include "app/viewing.h"
 #include "window/binds.h"
 
 namespace marovia {

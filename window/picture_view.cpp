@@ -1,6 +1,6 @@
 #include <QAccessibleWidget>
 
-#include "app/picture_marks.h"
+#include "app/viewing.h"
 #include "window/main_window.h"
 
 namespace marovia {

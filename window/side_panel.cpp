@@ -32,6 +32,11 @@ QWidget* Options(Binds& binds, std::span<const OptionButton> options,
   layout->setContentsMargins(direction == QBoxLayout::LeftToRight ? 12 : 0, 0, 0, 0);
   for (const OptionButton& option : options)
     layout->addWidget(binds.New<QRadioButton>(option, &option.selected), 2 + layout->count());
+  // Tab leads to the first while the marked one is hidden.
+  binds.Also([options, first = widget->findChild<QRadioButton*>()] {
+    const auto seen = [](const OptionButton& option) { return option.selected && option.visible; };
+    if (std::ranges::none_of(options, seen)) first->setFocusPolicy(Qt::StrongFocus);
+  });
   return widget;
 }
 

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "app/comparison.h"
+#include "app/viewing.h"
 #include "window/make.h"
 
 namespace marovia {

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "app/zoom.h"
+#include "app/viewing.h"
 #include "window/tool_window.h"
 
 namespace marovia {

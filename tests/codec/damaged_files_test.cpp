@@ -1,5 +1,6 @@
 // Files that are cut, and headers that ask for what cannot be.
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "marovia/codec.h"
 
