@@ -6,8 +6,8 @@
 #include "codec/coders.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
-#include "codec/geometry.h"
-#include "coding/file_header.h"
+#include "format/file_header.h"
+#include "format/geometry.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {

@@ -24,7 +24,7 @@
 #include "app/desktop.h"
 #include "app/region_drag.h"
 #include "app/report_box.h"
-#include "coding/sides.h"
+#include "format/geometry.h"
 
 namespace marovia {
 

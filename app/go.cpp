@@ -6,7 +6,7 @@
 
 #include "app/frm_main.h"
 #include "base/number_text.h"
-#include "codec/geometry.h"
+#include "format/geometry.h"
 #include "measures/measure_text.h"
 #include "wavelet/transform.h"
 

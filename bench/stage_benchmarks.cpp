@@ -5,13 +5,13 @@
 #include <utility>
 #include <vector>
 
-#include "aswdr/aswdr_symbols.h"
 #include "bench/benchmarks.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
-#include "coding/bit_planes.h"
-#include "coding/file_header.h"
-#include "coding/thresholds.h"
+#include "coding/arithmetic_symbols.h"
+#include "format/file_header.h"
+#include "passes/bit_planes.h"
+#include "passes/run.h"
 #include "wavelet/transform.h"
 
 namespace marovia::bench {
@@ -76,7 +76,7 @@ void RegisterOrder(const std::string& name, OrderKind kind,
   });
   RegisterPrepared(
       name + " scatter", [=] { return std::pair(homes(), source->grid); },
-      [=](auto& values) { order->Scatter(values.first.Values(), values.second.Samples()); });
+      [=](auto& values) { order->Scatter(values.first, values.second.Samples()); });
 }
 
 void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
@@ -98,8 +98,8 @@ void RegisterRebuild(const std::shared_ptr<const Coefficients>& source) {
   constexpr float kThreshold = 16;
   const auto order = std::shared_ptr(MakeOrder(OrderKind::kAdaptive, source->bands));
   const auto values = order->Gather(source->grid.Samples());
-  const auto found = std::make_shared<HomeSet>(values.Size());
-  for (std::size_t home = 0; home < values.Size(); ++home) {
+  const auto found = std::make_shared<HomeSet>(values.size());
+  for (std::size_t home = 0; home < values.size(); ++home) {
     if (std::abs(values[home]) >= kThreshold) found->Insert(static_cast<Home>(home));
   }
   Register("adaptive order rebuilt, every level", [=](benchmark::State& state) {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "aswdr/adaptive_order.h"
-#include "coding/file_header.h"
+#include "format/file_header.h"
+#include "passes/adaptive_order.h"
 
 namespace marovia {
 namespace {

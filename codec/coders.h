@@ -10,7 +10,7 @@
 
 #include "marovia/types.h"
 
-#include "coding/visiting_order.h"
+#include "passes/visiting_order.h"
 
 namespace marovia {
 

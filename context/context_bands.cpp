@@ -4,6 +4,7 @@
 #include <bit>
 
 #include "base/bits.h"
+#include "base/checked.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {
@@ -78,13 +79,12 @@ MAROVIA_WIDE_VECTORS void PutTogether(const std::int32_t* low, const std::int32_
 
 MAROVIA_WIDE_VECTORS void RoundToPixels(const float* row, std::size_t count,
                                         std::uint8_t* __restrict pixels) {
-  // 1.5 * 2^23: adding it rounds a float below 2^22 half to even, to the lowest bits of the sum.
-  constexpr float kRounder = 12582912.0F;
+  // The rounded value lies in the lowest bits of the sum.
   // Bit patterns as integers are in the order of the values, negative ones below all others.
   constexpr auto kWhite = std::bit_cast<std::int32_t>(255.0F);
   for (std::size_t i = 0; i < count; ++i) {
     const std::int32_t held = std::min(std::max(std::bit_cast<std::int32_t>(row[i]), 0), kWhite);
-    const float rounded = std::bit_cast<float>(held) + kRounder;
+    const float rounded = std::bit_cast<float>(held) + kRounder<float>;
     pixels[i] = static_cast<std::uint8_t>(std::bit_cast<std::uint32_t>(rounded));
   }
 }

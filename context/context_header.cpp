@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/little_endian.h"
+#include "base/number_text.h"
+
 namespace marovia {
 namespace {
 
@@ -19,17 +22,7 @@ constexpr std::int64_t kMeanLimit = std::int64_t{1} << 26;
 }
 
 std::string SidesText(const ContextHeader& header) {
-  return std::to_string(header.rows) + " x " + std::to_string(header.cols);
-}
-
-void Append(Bytes& file, std::uint32_t value, int count) {
-  for (int i = 0; i < count; ++i) file.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-}
-
-std::uint32_t Number(ByteView file, std::size_t at, std::size_t count) {
-  std::uint32_t value = 0;
-  for (std::size_t i = count; i-- > 0;) value = value << 8 | file[at + i];
-  return value;
+  return SizeText(header.rows, header.cols);
 }
 
 void CheckFields(const ContextHeader& header) {
@@ -80,13 +73,13 @@ void CheckContextSides(const ContextHeader& header) {
 
 void AppendContextHeader(Bytes& file, const ContextHeader& header) {
   file.insert(file.end(), kMagic.begin(), kMagic.end());
-  Append(file, kVersion, 1);
-  Append(file, static_cast<std::uint32_t>(header.wavelet), 1);
-  Append(file, static_cast<std::uint32_t>(header.levels), 1);
-  Append(file, static_cast<std::uint32_t>(header.planes), 1);
-  Append(file, static_cast<std::uint32_t>(header.rows), 2);
-  Append(file, static_cast<std::uint32_t>(header.cols), 2);
-  Append(file, static_cast<std::uint32_t>(header.mean), 4);
+  AppendLittleEndian(file, kVersion, 1);
+  AppendLittleEndian(file, static_cast<std::uint32_t>(header.wavelet), 1);
+  AppendLittleEndian(file, static_cast<std::uint32_t>(header.levels), 1);
+  AppendLittleEndian(file, static_cast<std::uint32_t>(header.planes), 1);
+  AppendLittleEndian(file, static_cast<std::uint32_t>(header.rows), 2);
+  AppendLittleEndian(file, static_cast<std::uint32_t>(header.cols), 2);
+  AppendLittleEndian(file, static_cast<std::uint32_t>(header.mean), 4);
 }
 
 ContextHeader ReadContextHeader(ByteView file, std::int64_t maxPixels) {
@@ -101,9 +94,9 @@ ContextHeader ReadContextHeader(ByteView file, std::int64_t maxPixels) {
   const ContextHeader header{.wavelet = static_cast<WaveletKind>(file[5]),
                              .levels = file[6],
                              .planes = file[7],
-                             .rows = static_cast<int>(Number(file, 8, 2)),
-                             .cols = static_cast<int>(Number(file, 10, 2)),
-                             .mean = static_cast<std::int32_t>(Number(file, 12, 4))};
+                             .rows = static_cast<int>(LittleEndian(file.subspan(8, 2))),
+                             .cols = static_cast<int>(LittleEndian(file.subspan(10, 2))),
+                             .mean = static_cast<std::int32_t>(LittleEndian(file.subspan(12, 4)))};
   CheckFields(header);
   CheckPixels(header, maxPixels);
   CheckContextSides(header);

@@ -1,4 +1,4 @@
-// BMP: the headers that stand before the pixels, and the byte order.
+// BMP: the headers that stand before the pixels.
 #pragma once
 
 #include <array>
@@ -58,16 +58,5 @@ struct BmpHeader {
 // programs write them wrong. A palette longer than the depth allows is cut, one that reaches into
 // the pixels ends there.
 BmpHeader ReadBmpHeader(ByteView file, std::int64_t maxPixels);
-
-// The number held by all the bytes, at most four, the lowest first.
-inline std::uint32_t LittleEndian(ByteView bytes) {
-  std::uint32_t value = 0;
-  for (std::size_t i = bytes.size(); i-- > 0;) value = value << 8 | bytes[i];
-  return value;
-}
-
-inline void AppendLittleEndian(Bytes& bytes, std::uint32_t value, int count) {
-  for (int i = 0; i < count; ++i, value >>= 8) bytes.push_back(static_cast<std::uint8_t>(value));
-}
 
 }  // namespace marovia

@@ -6,6 +6,7 @@
 
 #include "marovia/error.h"
 
+#include "base/little_endian.h"
 #include "image/bmp.h"
 
 namespace marovia {

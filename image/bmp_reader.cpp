@@ -5,6 +5,7 @@
 
 #include "marovia/error.h"
 
+#include "base/little_endian.h"
 #include "image/bmp.h"
 #include "image/raster.h"
 

@@ -4,6 +4,7 @@
 #include "marovia/error.h"
 #include "marovia/image.h"
 
+#include "base/little_endian.h"
 #include "image/bmp.h"
 
 namespace marovia {

@@ -44,11 +44,6 @@ std::optional<WaveletKind> WaveletOfLabel(std::string_view label) {
   return std::nullopt;
 }
 
-std::optional<WaveletKind> WaveletOfNumber(int number) {
-  if (number < 1 || number > 3) return std::nullopt;
-  return static_cast<WaveletKind>(number);
-}
-
 int SupportOfWavelet(WaveletKind wavelet) {
   return wavelet == WaveletKind::kInteger22 ? 6 : 5;
 }

@@ -16,9 +16,6 @@ inline constexpr std::array kWaveletsAsListed = {WaveletKind::kInteger53, Wavele
 std::string_view WaveletLabel(WaveletKind wavelet);
 std::optional<WaveletKind> WaveletOfLabel(std::string_view label);
 
-// The wavelet of a number in a file, if it is one.
-std::optional<WaveletKind> WaveletOfNumber(int number);
-
 // The two whose coefficients of an 8-bit image are whole numbers.
 constexpr bool IsInteger(WaveletKind wavelet) {
   return wavelet != WaveletKind::kDaub97;

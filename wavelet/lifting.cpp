@@ -8,6 +8,7 @@
 #include "marovia/error.h"
 
 #include "base/bits.h"
+#include "base/checked.h"
 
 namespace marovia {
 namespace {
@@ -35,21 +36,18 @@ constexpr LiftingStep kForward22[] = {
 constexpr LiftingStep kInverse22[] = {
     {kHigh, kCurved, 1.0 / 16, 0}, {kLow, kRounded, -0.25, 1}, {kHigh, kRounded, 0.5, 2}};
 
-// The arithmetic of a step. Adding and subtracting kRounder rounds a value below kRounder / 4 to a
-// whole number, half to even, in the rounding mode that every program starts in.
+// What a step in that arithmetic goes by: the integers of its size, and the most that it rounds.
 template <class Real>
 struct Arithmetic;
 template <>
 struct Arithmetic<double> {
   using Sign = std::int64_t;
-  static constexpr double kRounder = 6755399441055744.0;  // 1.5 * 2^52
-  static constexpr double kMost = 2147483647.4999995;     // the last below 2^31 - 0.5
+  static constexpr double kMost = 2147483647.4999995;  // the last below 2^31 - 0.5
 };
 template <>
 struct Arithmetic<float> {
   using Sign = std::int32_t;
-  static constexpr float kRounder = 12582912.0F;  // 1.5 * 2^23
-  static constexpr float kMost = 4194304.0F;      // 2^22; single precision is exact far below it
+  static constexpr float kMost = 4194304.0F;  // 2^22; single precision is exact far below it
 };
 
 // Adds to every target what added(i) gives, rounded; whether all of that was small enough. The
@@ -61,7 +59,7 @@ template <class Real, class Added>
   for (std::size_t i = 0; i < count; ++i) {
     const Real value = added(i);
     tooLarge |= std::bit_cast<typename A::Sign>(A::kMost - std::fabs(value));
-    const auto rounded = static_cast<float>((value + A::kRounder) - A::kRounder);
+    const auto rounded = static_cast<float>((value + kRounder<Real>)-kRounder<Real>);
     t[i] = static_cast<float>(static_cast<Real>(t[i]) + static_cast<Real>(rounded));
   }
   return tooLarge >= 0;
@@ -192,19 +190,6 @@ void CheckSmall(bool small) {
   if (!small) Fail(Errc::kOverflow, "Overflow: a lifting step leaves its range.");
 }
 
-void LiftWhole(WaveletKind wavelet, Direction direction, std::span<float> line) {
-  const int length = static_cast<int>(line.size());
-  SplitLine split(length);
-  split.Resize(length);
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    (i % 2 == 0 ? split.Low() : split.High())[i / 2] = line[i];
-  }
-  split.Lift(LiftingSteps(wavelet, direction), Precision::kDouble);
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    line[i] = (i % 2 == 0 ? split.Low() : split.High())[i / 2];
-  }
-}
-
 }  // namespace
 
 std::span<const LiftingStep> LiftingSteps(WaveletKind wavelet, Direction direction) {
@@ -294,14 +279,6 @@ void BasicSplitLine<Sample>::Lift(std::span<const LiftingStep> steps, Precision 
 template class BasicSplitLine<float>;
 template class BasicSplitLine<std::int32_t>;
 
-void SymmWavTr2D(WaveletKind wavelet, std::span<float> line) {
-  LiftWhole(wavelet, Direction::kForward, line);
-}
-
-void InvSymmWavTr2D(WaveletKind wavelet, std::span<float> line) {
-  LiftWhole(wavelet, Direction::kInverse, line);
-}
-
 int PermPlace(Band band, int k, int length) {
   const int half = length / 2;
   if (band == kHigh) return half + k;
@@ -312,24 +289,6 @@ int InvPermPlace(Band band, int k, int length) {
   const int half = length / 2;
   if (band == kHigh) return half + k;
   return length % 2 == 0 ? k : 2 * k;
-}
-
-void Perm(std::span<float> line) {
-  const int length = static_cast<int>(line.size());
-  const std::vector<float> interleaved(line.begin(), line.end());
-  for (int i = 0; i < length; ++i) {
-    const int place = PermPlace(i % 2 == 0 ? kLow : kHigh, i / 2, length);
-    line[static_cast<std::size_t>(place)] = interleaved[static_cast<std::size_t>(i)];
-  }
-}
-
-void INVPERM(std::span<float> line) {
-  const int length = static_cast<int>(line.size());
-  const std::vector<float> bands(line.begin(), line.end());
-  for (int i = 0; i < length; ++i) {
-    const int place = InvPermPlace(i % 2 == 0 ? kLow : kHigh, i / 2, length);
-    line[static_cast<std::size_t>(i)] = bands[static_cast<std::size_t>(place)];
-  }
 }
 
 }  // namespace marovia

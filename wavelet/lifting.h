@@ -104,18 +104,10 @@ using SplitLine = BasicSplitLine<float>;
 extern template class BasicSplitLine<float>;
 extern template class BasicSplitLine<std::int32_t>;
 
-// The same on a whole line in place: interleaved before and after (low samples at even places).
-void SymmWavTr2D(WaveletKind wavelet, std::span<float> line);
-void InvSymmWavTr2D(WaveletKind wavelet, std::span<float> line);
-
-// Interleaved order to band order (all low samples, then all high ones), and back. With an odd
-// length the last low sample stays last, and INVPERM, which reads such a line as if it were even,
-// does not restore what Perm was given: part of the file format.
-void Perm(std::span<float> line);
-void INVPERM(std::span<float> line);
-
-// The place in a line of `length` samples in band order where Perm puts the low (high) sample k,
-// and the one where INVPERM finds it.
+// The place of the low (high) sample k in a line of `length` samples in band order (all low
+// samples, then all high ones), and the one where the way back looks for it. They differ for odd
+// lengths, where the last low sample stays last, but is looked for as if the length were even: part
+// of the file format.
 int PermPlace(Band band, int k, int length);
 int InvPermPlace(Band band, int k, int length);
 

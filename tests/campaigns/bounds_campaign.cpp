@@ -18,7 +18,7 @@
 #include "marovia/codec.h"
 
 #include "codec/coders.h"
-#include "coding/file_header.h"
+#include "format/file_header.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/plain_symbols.h"
 #include "wavelet/catalogue.h"

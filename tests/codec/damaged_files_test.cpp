@@ -4,7 +4,7 @@
 
 #include "marovia/codec.h"
 
-#include "coding/file_header.h"
+#include "format/file_header.h"
 #include "tests/support/code_of.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/test_images.h"
