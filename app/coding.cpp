@@ -156,7 +156,8 @@ void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
   SendMessage("Decompressing...");
   const Bytes bytes = ReadChosenFile(fileName);
   const Coder& coder = CoderOf(kind);
-  OpMethod.Select(coder.method == ScanMethod::kAswdr ? coder.version : 0);
+  const int method = coder.method == ScanMethod::kAswdr ? coder.version : 0;
+  OpMethod.Select(static_cast<std::size_t>(method));
   OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   txtBitRate.text = RateText(Inspect(bytes, kind));
   mnuDecompress.enabled = true;

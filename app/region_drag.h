@@ -54,6 +54,6 @@ class RegionDrag {
 // Whether it moves the crosshair.
 bool IsArrow(PictureKey key);
 // Where a crosshair goes, which stays on the picture; without one before, to its middle.
-PicturePoint Moved(const std::optional<PicturePoint>& crosshair, PictureKey key, bool longStep);
+PicturePoint Moved(const std::optional<PicturePoint>& from, PictureKey key, bool longStep);
 
 }  // namespace marovia

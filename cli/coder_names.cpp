@@ -86,7 +86,8 @@ FileKind ChosenKind(const std::optional<std::string>& method,
                     const std::optional<std::string>& coding, bool lossless) {
   const std::string one = method.value_or(kBestMethod);
   if (const auto kind = KindWith(one, coding.value_or(DefaultCoding(one)), lossless)) return *kind;
-  lossless ? RefuseLossless() : RefuseCoding(one);
+  if (lossless) RefuseLossless();
+  RefuseCoding(one);
 }
 
 std::vector<std::string> ExtensionsOf(std::span<const FileKind> kinds) {

@@ -252,7 +252,7 @@ void BasicSplitLine<Sample>::ReflectEnds(Band band) {
   Sample* samples = (isLow ? Low() : High()).data();
   const int count = isLow ? lowCount_ : highCount_;
   const int odd = isLow ? 0 : 1;
-  for (int k = 1; k <= int{kMargin}; ++k) {
+  for (int k = 1; k <= kMargin; ++k) {
     samples[-k] = samples[Reflect(odd - 2 * k, length_) / 2];
     const int beyond = count + k - 1;
     samples[beyond] = samples[Reflect(2 * beyond + odd, length_) / 2];
