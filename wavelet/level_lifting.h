@@ -15,8 +15,8 @@ struct LevelSides {
   int cols;
 };
 
-// fetch(r, line) fills both bands of a split line with row r; store(band, k, row) takes the k-th row
-// of a band, its low half first.
+// fetch(r, line) fills both bands of a split line with row r; store(band, k, row) takes the k-th
+// row of a band, its low half first.
 template <class Sample, class Fetch, class Store>
 void LiftLevel(WaveletKind wavelet, LevelSides sides, Fetch fetch, Store store) {
   const auto steps = LiftingSteps(wavelet, Direction::kForward);
