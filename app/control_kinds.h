@@ -17,6 +17,10 @@ namespace marovia {
 
 inline constexpr int kTwipsPerPixel = 15;  // of 96 to the inch
 
+class frmMain;
+// What a click on a control leads to.
+using Handler = void (*)(frmMain& form);
+
 // Where a control stands in its container, in twips. Only what a rule moves or stacks is placed; a
 // view with layouts of its own may ignore all of it.
 struct Place {
@@ -37,6 +41,7 @@ struct Control {
   bool enabled = true;
   bool visible = true;
   Place place;
+  Handler handler = nullptr;
   friend bool operator==(const Control&, const Control&) = default;
 };
 
@@ -52,11 +57,17 @@ struct TextLabel : CaptionedControl {
   using CaptionedControl::CaptionedControl;
 };
 struct Button : CaptionedControl {
-  using CaptionedControl::CaptionedControl;
+  Button(std::string_view itsName, std::string itsCaption, Handler itsHandler)
+      : CaptionedControl(itsName, std::move(itsCaption)) {
+    handler = itsHandler;
+  }
 };
 struct MenuItem : CaptionedControl {
-  MenuItem(std::string_view itsName, std::string itsCaption, std::string_view itsKeys = {})
-      : CaptionedControl(itsName, std::move(itsCaption)), keys(itsKeys) {}
+  MenuItem(std::string_view itsName, std::string itsCaption, Handler itsHandler = nullptr,
+           std::string_view itsKeys = {})
+      : CaptionedControl(itsName, std::move(itsCaption)), keys(itsKeys) {
+    handler = itsHandler;
+  }
 
   std::string_view keys;  // that choose it from anywhere: "Ctrl+O"
 };
@@ -82,8 +93,10 @@ struct TextBox : Control {
 };
 
 struct ComboBox : Control {
-  ComboBox(std::string_view itsName, std::string itsText)
-      : Control(itsName), text(std::move(itsText)) {}
+  ComboBox(std::string_view itsName, std::string itsText, Handler itsHandler)
+      : Control(itsName), text(std::move(itsText)) {
+    handler = itsHandler;
+  }
 
   std::string text;
   std::vector<std::string> list;
@@ -134,12 +147,14 @@ struct Outline {
   friend bool operator==(const Outline&, const Outline&) = default;
 };
 
-// A coordinate of a picture, 1 to 256.
+// A coordinate of a picture: 1 to 256 on its pixels, 0 before the first.
 struct PicturePoint {
   int row = 0;
   int col = 0;
   friend bool operator==(const PicturePoint&, const PicturePoint&) = default;
 };
+
+enum class PictureContent { kNothing, kImage, kTransform };
 
 enum class PictureKey { kLeft, kRight, kUp, kDown, kCorner, kGiveUp };
 
@@ -152,8 +167,9 @@ struct PictureBox : Control {
     spokenName = std::move(itsSpokenName);
   }
 
-  // For who hears the form: where the arrow keys stand, if they do.
+  // For who hears the form: what an empty picture waits for, or where the arrow keys stand.
   [[nodiscard]] std::string Description() const {
+    if (raster.Empty()) return placeholder;
     if (!crosshair) return {};
     return "Crosshair at row " + std::to_string(crosshair->row) + ", column " +
            std::to_string(crosshair->col);
@@ -161,6 +177,7 @@ struct PictureBox : Control {
 
   friend bool operator==(const PictureBox&, const PictureBox&) = default;
 
+  PictureContent content = PictureContent::kNothing;
   std::string placeholder;  // in place of an empty picture
   bool drawnOn = false;     // a region can be drawn on it
 

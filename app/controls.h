@@ -1,25 +1,43 @@
-// All controls of the form, as they are when it is created.
+// All controls of the form, as they are when it is created, with the handlers of its clicks.
 #pragma once
+
+#include <array>
+#include <cstdint>
 
 #include "app/control_kinds.h"
 #include "app/file_dialog.h"
 
 namespace marovia {
 
-struct Controls {
+// The form is what derives from it: its handlers are named here before it is whole.
+template <class Form>
+struct ControlsOf {
+  template <void (Form::*method)()>
+  static void Run(Form& form) {
+    (form.*method)();
+  }
+  template <std::int16_t index>
+  static void Begin(Form& form) {
+    form.cmdBegin_Click(index);
+  }
+
   Place window;
   FileDialog dialog;
 
   MenuItem mnuFile{"mnuFile", "&File"};
-  MenuItem mnuGetImage{"mnuGetImage", "&Get Image", "Ctrl+O"};
+  MenuItem mnuGetImage{"mnuGetImage", "&Get Image", Run<&Form::mnuGetImage_Click>, "Ctrl+O"};
   MenuItem mnuSeparator{"mnuSeparator", "-"};
   MenuItem mnuSaveReconstructedImage{"mnuSaveReconstructedImage", "&Save Reconstructed Image",
-                                     "Ctrl+S"};
-  MenuItem mnuTransformImage = Disabled(MenuItem{"mnuTransformImage", "&Transform "});
-  MenuItem mnuCompress = Disabled(MenuItem{"mnuCompress", "&Compress"});
-  MenuItem mnuDecompress = Disabled(MenuItem{"mnuDecompress", "&Decompress"});
-  MenuItem mnuErrormeasures{"mnuErrormeasures", "&Error measures"};
-  MenuItem mnuHelp{"mnuHelp", "&Help", "F1"};
+                                     Run<&Form::mnuSaveReconstructedImage_Click>, "Ctrl+S"};
+  MenuItem mnuTransformImage =
+      Disabled(MenuItem{"mnuTransformImage", "&Transform ", Run<&Form::mnuTransformImage_Click>});
+  MenuItem mnuCompress =
+      Disabled(MenuItem{"mnuCompress", "&Compress", Run<&Form::mnuCompress_Click>});
+  MenuItem mnuDecompress =
+      Disabled(MenuItem{"mnuDecompress", "&Decompress", Run<&Form::mnuDecompress_Click>});
+  MenuItem mnuErrormeasures{"mnuErrormeasures", "&Error measures",
+                            Run<&Form::mnuErrormeasures_Click>};
+  MenuItem mnuHelp{"mnuHelp", "&Help", Run<&Form::mnuHelp_Click>, "F1"};
 
   PictureBox GraphBox = DrawnOn(
       PictureBox{"GraphBox", "Source picture",
@@ -27,11 +45,14 @@ struct Controls {
   PictureBox GraphBoxRec{"GraphBoxRec", "Reconstructed picture",
                          "Decompressing shows its picture here."};
   OptionButton OpDisplayTransform =
-      Spoken(Disabled(OptionButton{"OpDisplayTransform", "Transform"}), "Show the transform");
-  OptionButton OpDisplayImage =
-      Spoken(Selected(OptionButton{"OpDisplayImage", "Image"}), "Show the image");
+      Spoken(Disabled(Running(OptionButton{"OpDisplayTransform", "Transform"},
+                              Run<&Form::OpDisplayTransform_Click>)),
+             "Show the transform");
+  OptionButton OpDisplayImage = Spoken(
+      Selected(Running(OptionButton{"OpDisplayImage", "Image"}, Run<&Form::OpDisplayImage_Click>)),
+      "Show the image");
   Button cmdViewer =
-      Disabled(Hinted(Button{"cmdViewer", "Full resolution..."},
+      Disabled(Hinted(Button{"cmdViewer", "Full resolution...", Run<&Form::cmdViewer_Click>},
                       "Compare the images pixel by pixel (also a double-click on a picture)"));
   TextBox Report = Spoken(TextBox{"Report"}, "Report");
 
@@ -49,9 +70,11 @@ struct Controls {
       TextLabel{"Label(0)", "Compress/Decompress"}, TextLabel{"Label(1)", "Levels:"},
       TextLabel{"Label(2)", "Wavelet:"}, TextLabel{"Label(3)", "Bit rate (bpp):"},
       TextLabel{"Label(4)", "Percentage of bits to ROI:"}};
-  std::array<FrameBox, 3> Frame{Placed(FrameBox{"Frame(0)", "Transform type"}, {.height = 735}),
-                                Placed(FrameBox{"Frame(1)", "Coding properties"}, {.height = 2415}),
-                                Placed(FrameBox{"Frame(2)", ""}, {.height = 1095})};
+  // Before a mode is chosen the frames are those of the two that the first label names.
+  std::array<FrameBox, 3> Frame{
+      Hidden(Placed(FrameBox{"Frame(0)", "Transform type"}, {.height = 735})),
+      Placed(FrameBox{"Frame(1)", "Coding properties"}, {.height = 2415}),
+      Placed(FrameBox{"Frame(2)", ""}, {.height = 1095})};
   OptionGroup<2> OpTransform{
       "Transform type",
       {OptionButton{"OpTransform(0)", "Forward "}, OptionButton{"OpTransform(1)", "Inverse "}}};
@@ -71,7 +94,7 @@ struct Controls {
       {OptionButton{"OpEntropyCode(0)", "Binary"}, OptionButton{"OpEntropyCode(1)", "Arithmetic"}}};
   TextBox txtBitRate{"txtBitRate", "0.25"};
   TextBox txtROIPercent{"txtROIPercent", ".9"};
-  ComboBox cmbWavelet{"cmbWavelet", "DD 2+2,2 Integer"};
+  ComboBox cmbWavelet{"cmbWavelet", "DD 2+2,2 Integer", Run<&Form::cmbWavelet_Click>};
   TextBox txtLevels{"txtLevels", "4"};
 
   // In frProc(1): the error measures.
@@ -84,12 +107,23 @@ struct Controls {
       Disabled(CheckBox{"chkROIErrorOnly", "Restrict to Region of Interest"});
 
   // One at the foot of each container.
-  std::array<Button, 2> cmdBegin{Button{"cmdBegin(0)", "Go"}, Button{"cmdBegin(1)", "Compute"}};
+  std::array<Button, 2> cmdBegin{Button{"cmdBegin(0)", "Go", Begin<0>},
+                                 Button{"cmdBegin(1)", "Compute", Begin<1>}};
 
   // The two options beside each other, of which one is selected.
   void SelectDisplay(const OptionButton& chosen) {
     for (OptionButton* option : {&OpDisplayImage, &OpDisplayTransform})
       option->selected = option == &chosen;
+  }
+  // An option is selected in place of the others of its group; a check box turns.
+  void SetMark(const Control& control) {
+    OpTransform.Select(control);
+    OpMethod.Select(control);
+    OpEntropyCode.Select(control);
+    OpErrorMeasure.Select(control);
+    if (&control == &OpDisplayImage) SelectDisplay(OpDisplayImage);
+    if (&control == &OpDisplayTransform) SelectDisplay(OpDisplayTransform);
+    if (&control == &chkROIErrorOnly) chkROIErrorOnly.checked = !chkROIErrorOnly.checked;
   }
   // Which container of the side panel is in view, from 1; 0 for none.
   [[nodiscard]] int PanelInView() const {
@@ -106,6 +140,11 @@ struct Controls {
     return control;
   }
   template <class T>
+  static T Hidden(T control) {
+    control.visible = false;
+    return control;
+  }
+  template <class T>
   static T Spoken(T control, const char* spokenName) {
     control.spokenName = spokenName;
     return control;
@@ -113,6 +152,11 @@ struct Controls {
   template <class T>
   static T Hinted(T control, const char* hint) {
     control.hint = hint;
+    return control;
+  }
+  template <class T>
+  static T Running(T control, Handler handler) {
+    control.handler = handler;
     return control;
   }
   static PictureBox DrawnOn(PictureBox picture) {

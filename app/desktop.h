@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <optional>
 
-#include "app/comparison.h"
 #include "app/control_kinds.h"
 #include "app/file_dialog.h"
+#include "app/viewing.h"
 
 namespace marovia {
 
@@ -38,10 +38,31 @@ class Desktop {
   virtual void ShowHelp(const std::filesystem::path& file, int command) = 0;
 
   [[nodiscard]] virtual std::filesystem::path ProgramFolder() const = 0;
+  // Where file questions start until a file was used. Need not be there.
+  [[nodiscard]] virtual std::filesystem::path PicturesFolder() const {
+    return ProgramFolder() / "Images";
+  }
   [[nodiscard]] virtual UnitsPerPixel PictureUnits() const { return {}; }
+
+ private:
+  friend class BusyPointer;
+  int busy_ = 0;  // pointers that live
 };
 
-// Where the files of a program are: beside it, or where an installation puts them.
-std::filesystem::path FolderOfProgramFiles(const std::filesystem::path& program);
+// Shows the busy pointer while it lives; one inside another changes nothing.
+class BusyPointer {
+ public:
+  explicit BusyPointer(Desktop& desktop) : desktop_(desktop) {
+    if (desktop_.busy_++ == 0) desktop_.SetPointer(Pointer::kBusy);
+  }
+  BusyPointer(const BusyPointer&) = delete;
+  BusyPointer& operator=(const BusyPointer&) = delete;
+  ~BusyPointer() {
+    if (--desktop_.busy_ == 0) desktop_.SetPointer(Pointer::kDefault);
+  }
+
+ private:
+  Desktop& desktop_;
+};
 
 }  // namespace marovia

@@ -4,7 +4,8 @@
 //
 // An edit is stored in its control's value (txtBitRate.text, OpMethod.Select(1), ...), then the
 // control's handler is called, if it has one; Click does both for what is clicked. After any
-// handler every control may have changed.
+// handler every control may have changed. A menu item is its control with its handler
+// (app/controls.h), and its place in the view.
 // An action that fails ends with one sentence in Report; all else is as before it.
 #pragma once
 
@@ -14,19 +15,55 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <vector>
 
 #include "marovia/codec.h"
 
-#include "app/app_state.h"
 #include "app/controls.h"
 #include "app/desktop.h"
+#include "app/region_drag.h"
+#include "app/report_box.h"
+#include "format/geometry.h"
 
 namespace marovia {
 
 class Compression;
 class Decompression;
 struct Coder;
-struct Sides;
+
+using Controls = ControlsOf<frmMain>;
+
+// What the form's procedures share besides its controls.
+struct AppState {
+  marovia::WaveletKind WaveletKind = marovia::WaveletKind::kInteger53;
+  RegionDrag region;
+
+  // The loaded image, 0 x 0 before the first load.
+  std::int16_t NumRows = 0;
+  std::int16_t NumCols = 0;
+  SharedValue<Image> SourceImage;
+
+  // The transform of the last forward transform or compression, and the picture of the last
+  // inverse transform, decompression or region; zeros of the image's shape after a load. A padded
+  // transform and a decompressed file of another image have shapes of their own.
+  SharedValue<Grid<float>> TransformArray;
+  SharedValue<Image> ReconstructedImage;
+  // Of the picture whose bit rate the reports of a decompression give.
+  Sides decodedSides;
+
+  // Where the image came from, and the compressed file that was written or read last. File
+  // questions propose names after theirs.
+  std::filesystem::path sourceFile;
+  std::filesystem::path packedFile;
+
+  // Whether sides are padded to what the levels need, and the file tells the true size. Without it
+  // such images are coded as they are and do not come back faithfully.
+  bool padToFit = false;
+  // Whether a budget is the rate times the pixels, rounded once. Without it, it is the bits of a
+  // row, rounded, times the rows.
+  bool exactRate = false;
+};
 
 // NOLINTNEXTLINE(readability-identifier-naming): the form bears this name
 class frmMain : public Controls {
@@ -83,10 +120,12 @@ class frmMain : public Controls {
   bool Picture_KeyDown(const PictureBox& picture, std::string_view name, bool longStep);
 
   // A file by its name alone, dropped or named at the start: an image is loaded, a compressed file
-  // decompressed whole, with the options set to what it was made with.
+  // decompressed whole, with the options set to what it was made with. Of several the images come
+  // first, since a load takes the reconstruction away.
   void OpenFile(const std::filesystem::path& file);
-  // How the text of txtBitRate is read: "0.25 bits per pixel: 8192 bytes", "lossless". The bytes
-  // only while an image is loaded.
+  void OpenFiles(std::vector<std::filesystem::path> files);
+  // How the text of txtBitRate is read: "0.25 bits per pixel: 8192 bytes", "lossless", or why a
+  // rate of 0 is not. The bytes only while an image is loaded.
   [[nodiscard]] std::string RateHint() const;
   // What stands above the pictures: "Source: 512 x 512 pixels".
   [[nodiscard]] std::string SourceCaption() const;
@@ -153,59 +192,43 @@ class frmMain : public Controls {
   void DeCompress_ASWDR_Binary_Ver1();
   void DeCompress_ASWDR_Arithmetic_Ver1();
   void DeCompress_ASWDR_Ver1_Lossless();
-  // The hidden second version has no coder yet: both say so.
+  // Of the hidden choice; files made so open by name all the same.
   void Compress_ASWDR_Binary_Ver2();
   void DeCompress_ASWDR_Binary_Ver2();
 
  private:
   enum class Emphasis { kNone, kRegion };
-
-  // The region, and where it shows apart from the picture.
-  struct RegionShown {
-    PictureRectangle corners;
-    std::int16_t selected;
-    CheckBox restriction;
-    TextBox report;
-  };
+  enum class Extent { kAtRate, kWhole };
 
   // Runs an action of the user. Where it throws, its changes are taken back.
   void Act(const std::function<void()>& action);
-  [[nodiscard]] std::string FailureText(std::string_view what) const;
-  void SetPointer(Pointer pointer);
   // Error kInvalidArgument.
   void RequireImage() const;
 
-  void SetMark(const Control& control);
   void ShowPanel(std::string_view mode, bool transformType, bool coding, bool bitRate);
   void GoTransform();
   void GoCoder();
   void Compute();
 
-  void AppendToReport(std::string_view text);
   void ReportCompressedFile(const std::string& fileName, const Coder& coder);
 
-  bool AskForFile(DialogForm form, std::string_view title, int flags);
   std::int16_t AskForCompressedFile(std::string& fileName, std::string_view extension,
                                     std::string_view title, int flags);
-  Bytes ReadChosenFile(const std::string& fileName);
-  void WriteChosenFile(const std::string& fileName, ByteView bytes);
   void LoadChosenImage();
-  void TakeSourceImage(Image image, std::string alteration);
+  void TakeSourceImage(const std::string& fileName, Image image, std::string alteration);
 
   void ShowCoefficients(const Grid<float>& coefficients);
   void RefreshGraphBox();
   void ShowViewer(bool prefersSource);
   [[nodiscard]] Sides SidesForLevels() const;
 
-  void BeginRegion(float x, float y);
-  void FollowDrag(float x, float y);
-  void EndRegion(float x, float y);
-  void DropRegion();
+  void Draw(RegionDrag::Step step, float x, float y);
+  void DrawAtCrosshair(RegionDrag::Step step);
   void MoveCrosshair(PictureKey key, bool longStep);
   void SetCorner();
   void PutCrosshairAway();
-  void AtCrosshair(void (frmMain::*step)(float x, float y));
 
+  [[nodiscard]] std::string LosslessHint() const;
   // The bits of a picture at a rate. Error kOverflow where they leave 32 bits.
   [[nodiscard]] std::int32_t Budget(double rate, int rows, int cols) const;
   void Compress(FileKind kind, Emphasis emphasis);
@@ -214,18 +237,16 @@ class frmMain : public Controls {
   void WriteTransform(Compression& run, const Coder& coder);
   void SetRegion(Compression& run);
   void DeCompress(FileKind kind);
-  void Decode(ByteView file, FileKind kind);
+  void Decode(ByteView file, FileKind kind, Extent extent);
   void ShowHeader(const FileInfo& info);
   void OpenCompressedFile(const std::string& fileName, FileKind kind);
 
   Desktop& desktop_;
-  Pointer pointer_ = Pointer::kDefault;
+  ReportBox report_{Report, desktop_};
+  FileQuestion question_{dialog, desktop_};
   bool acting_ = false;
-  bool dragging_ = false;
-  std::optional<RegionShown> beforePress_;
-  // What the text of a failure begins with: a line of its own, if any, and the file at work.
-  std::string lead_;
-  std::string file_;
+  // The region, and where else it shows, before the mouse was pressed.
+  std::optional<std::tuple<RegionDrag, CheckBox, TextBox>> beforePress_;
 };
 
 }  // namespace marovia

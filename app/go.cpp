@@ -1,8 +1,14 @@
+// What Go and Compute lead to.
 #include <algorithm>
 #include <array>
 
+#include "marovia/measures.h"
+
 #include "app/frm_main.h"
 #include "base/number_text.h"
+#include "format/geometry.h"
+#include "measures/measure_text.h"
+#include "wavelet/transform.h"
 
 namespace marovia {
 namespace {
@@ -71,6 +77,21 @@ bool Fits(const Choice& row, const Choice& choice) {
          fits(row.coding, choice.coding);
 }
 
+struct Measured {
+  ErrorMeasures measures;
+  MeasuredArea area = MeasuredArea::kImage;
+};
+
+Measured MeasureForm(const frmMain& form) {
+  const Image& source = *form.state.SourceImage;
+  const Image& reconstruction = *form.state.ReconstructedImage;
+  if (!source.SameShape(reconstruction))
+    Fail(Errc::kIndex, "The two images differ in shape: " + SizeText(source) + " and " +
+                           SizeText(reconstruction) + ".");
+  if (!form.chkROIErrorOnly.checked) return {Measure(source, reconstruction)};
+  return {Measure(source, reconstruction, form.GetROICoordinates()), MeasuredArea::kRegion};
+}
+
 }  // namespace
 
 void frmMain::cmdBegin_Click(std::int16_t index) {
@@ -83,7 +104,7 @@ void frmMain::cmdBegin_Click(std::int16_t index) {
 }
 
 void frmMain::GoTransform() {
-  SetPointer(Pointer::kBusy);
+  const BusyPointer busy(desktop_);
   if (OpTransform[0].selected) {
     TransformTheImage();
     OpDisplayTransform.enabled = true;
@@ -94,23 +115,47 @@ void frmMain::GoTransform() {
     OpDisplayTransform.enabled = false;
     OpTransform.Select(0);
   }
-  SetPointer(Pointer::kDefault);
+}
+
+void frmMain::TransformTheImage() {
+  RequireImage();
+  const std::int16_t levels = SetNumberOfLevels();
+  if (levels < 0) return;
+  const Image& image = *state.SourceImage;
+  const auto transform = [&](const Image& coded) {
+    return marovia::TransformTheImage(coded, state.WaveletKind, levels);
+  };
+  state.TransformArray = transform(state.padToFit ? Padded(image, levels) : image);
+  DisplayImageWaveletTransform();
+}
+
+void frmMain::InvertTheTransform() {
+  RequireImage();
+  const std::int16_t levels = SetNumberOfLevels();
+  if (levels < 0) return;
+  Grid<float> coefficients = *state.TransformArray;
+  state.ReconstructedImage =
+      Cropped(marovia::InvertTheTransformQuant(coefficients, state.WaveletKind, levels),
+              {state.NumRows, state.NumCols});
+  DisplayImage(1);
+  DisplayImageRec();
 }
 
 void frmMain::GoCoder() {
   const Choice choice{.mode = Label[0].caption,
                       .lossless = LeadingNumber(txtBitRate.text) == 0 ? 1 : 0,
-                      .region = state.ROISelected,
+                      .region = state.region.IsInForce() ? 1 : 0,
                       .method = static_cast<int>(OpMethod.Selected()),
                       .coding = static_cast<int>(OpEntropyCode.Selected())};
   const auto* route = std::ranges::find_if(
       kRoutes, [&choice](const Route& row) { return Fits(row.choice, choice); });
   if (route == kRoutes.end()) return;
-  if (route->procedure == nullptr) return SendMessage(route->message);
+  if (route->procedure == nullptr) return report_.Note(route->message);
   (this->*route->procedure)();
 }
 
 void frmMain::Compute() {
+  RequireImage();
   switch (OpErrorMeasure.Selected()) {
     case 0:
       return ComputeSupNormError();
@@ -121,6 +166,17 @@ void frmMain::Compute() {
     default:
       return;
   }
+}
+
+void frmMain::ComputeSupNormError() {
+  const Measured result = MeasureForm(*this);
+  SendMessage(SupNormText(result.measures, result.area));
+}
+
+void frmMain::ComputeMSEorPSNR(std::int16_t which) {
+  const Measured result = MeasureForm(*this);
+  SendMessage(which == 0 ? PsnrText(result.measures, result.area)
+                         : MeanSquareText(result.measures, result.area));
 }
 
 }  // namespace marovia

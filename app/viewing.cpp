@@ -1,38 +1,151 @@
-// What is done on the pictures, and the look at them at full resolution.
-#include "app/frm_main.h"
+#include "app/viewing.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "marovia/measures.h"
 
 namespace marovia {
+namespace {
 
-void frmMain::Picture_Mouse(const PictureBox& picture, MouseHandler handler, unsigned buttons,
-                            PicturePoint at) {
-  if (!picture.drawnOn) return;
-  const UnitsPerPixel units = desktop_.PictureUnits();
-  (this->*handler)(static_cast<std::int16_t>(buttons), 0,
-                   units.horizontal * static_cast<float>(at.col),
-                   units.vertical * static_cast<float>(at.row));
+constexpr int kRim = 2;
+
+int Coordinate(double place) {
+  return static_cast<int>(std::clamp(std::floor(place) + 1, 0.0, double{kPictureSide}));
 }
 
-void frmMain::Picture_DblClick(const PictureBox& picture) {
-  if (picture.drawnOn) GraphBox_DblClick();
-  ShowViewer(picture.drawnOn);
+int RoomFor(double factor, double ratio) {
+  return static_cast<int>(std::ceil(kPictureSide * factor / ratio)) + 2 * kRim;
 }
 
-bool frmMain::Picture_KeyDown(const PictureBox& picture, std::string_view name, bool longStep) {
-  const auto key = PictureKeyOf(name);
-  if (picture.drawnOn && key && GraphBox_KeyDown(*key, longStep)) return true;
-  if (name != "Return" && name != "Enter") return false;
-  ShowViewer(picture.drawnOn);
-  return true;
+constexpr std::uint32_t kWhite = 0xffffffff;
+constexpr std::uint32_t kShade = 0xbe000000;
+
+std::uint32_t Opaque(const Colour& colour) {
+  return 0xff000000U | std::uint32_t{colour.red} << 16U | std::uint32_t{colour.green} << 8U |
+         colour.blue;
 }
 
-void frmMain::cmdViewer_Click() {
-  ShowViewer(true);
+// The parts of a figure do not overlap: a shade that is painted twice would be darker there.
+using Marks = std::vector<PictureMark>;
+
+// The border of a rectangle, so many coordinates wide to both sides of its own.
+Marks Frame(const PictureRectangle& corners, int reach) {
+  const auto [row1, row2] = std::minmax<int>({corners.row1, corners.row2});
+  const auto [col1, col2] = std::minmax<int>({corners.col1, corners.col2});
+  const int width = 2 * reach + 1;
+  const int rows = row2 - row1 + width;
+  const int cols = col2 - col1 + width;
+  const int top = row1 - reach;
+  const int left = col1 - reach;
+  if (std::min(rows, cols) <= 2 * width) return {{top, left, rows, cols}};
+  return {{top, left, width, cols},
+          {top + width, left, rows - 2 * width, width},
+          {top + width, left + cols - width, rows - 2 * width, width},
+          {top + rows - width, left, width, cols}};
 }
 
-void frmMain::ShowViewer(bool prefersSource) {
-  const auto decoded = GraphBoxRec.raster.Empty() ? SharedValue<Image>() : state.ReconstructedImage;
-  if (decoded->Empty() && state.SourceImage->Empty()) return;
-  desktop_.ShowViewer({state.SourceImage, decoded, prefersSource});
+// Both lines through a point, all across the picture from coordinate 0.
+Marks Cross(const PicturePoint& at, int reach) {
+  const int width = 2 * reach + 1;
+  return {{at.row - reach, -reach, width, kPictureSide + width},
+          {-reach, at.col - reach, at.row, width},
+          {at.row + reach + 1, at.col - reach, kPictureSide - at.row, width}};
+}
+
+void Add(Marks& marks, Marks figure, std::uint32_t argb) {
+  for (PictureMark& part : figure) part.argb = argb;
+  marks.insert(marks.end(), figure.begin(), figure.end());
+}
+
+bool Has(const Image& image, int row, int col) {
+  return row >= 0 && col >= 0 && row < image.Rows() && col < image.Cols();
+}
+
+std::string Sample(const std::string& what, const Image& image, int row, int col) {
+  if (!Has(image, row, col)) return {};
+  return "   " + what + " " + std::to_string(image(row, col));
+}
+
+}  // namespace
+
+PicturePlace PicturePlace::In(int width, int height, double ratio) {
+  const int across = static_cast<int>(std::lround(width * ratio));
+  const int down = static_cast<int>(std::lround(height * ratio));
+  const int factor = std::max(1, (std::min(across, down) - 2 * kRim) / kPictureSide);
+  return {(across - kPictureSide * factor) / 2, (down - kPictureSide * factor) / 2, factor};
+}
+
+int PicturePlace::GoodRoom(double ratio) {
+  return RoomFor(std::max(1.0, std::round(ratio)), ratio);
+}
+
+int PicturePlace::LeastRoom(double ratio) {
+  return RoomFor(1, ratio);
+}
+
+PicturePoint PicturePlace::CoordinateAt(double x, double y) const {
+  return {Coordinate((y - top) / factor), Coordinate((x - left) / factor)};
+}
+
+std::vector<PictureMark> MarksOver(const PictureBox& picture) {
+  Marks marks;
+  if (const auto& outline = picture.outline) {
+    Add(marks, Frame(outline->corners, 1), kShade);
+    Add(marks, Frame(outline->corners, 0), Opaque(outline->colour));
+  }
+  if (const auto& at = picture.crosshair) {
+    Add(marks, Cross(*at, 1), kShade);
+    Add(marks, Cross(*at, 0), kWhite);
+  }
+  return marks;
+}
+
+Zoom::Zoom(double factor) : factor_(std::clamp(factor, 1.0 / 16, 32.0)) {}
+
+Zoom Zoom::Turned(int angle) const {
+  constexpr int kDoubling = 240;
+  return Times(std::exp2(static_cast<double>(angle) / kDoubling));
+}
+
+std::string Zoom::Text() const {
+  return std::to_string(std::lround(factor_ * 100)) + " %";
+}
+
+std::string SizeText(const Image& image) {
+  return std::to_string(image.Cols()) + " x " + std::to_string(image.Rows());
+}
+
+Comparison::Comparison(SharedValue<Image> source, SharedValue<Image> reconstruction,
+                       bool prefersSource)
+    : source_(std::move(source)),
+      reconstruction_(std::move(reconstruction)),
+      hasTwo_(!source_->Empty() && source_->SameShape(*reconstruction_)),
+      prefersSource_(prefersSource) {}
+
+bool Comparison::ShowsSource() const {
+  return hasTwo_ || reconstruction_->Empty() || (prefersSource_ && !source_->Empty());
+}
+
+std::string Comparison::Caption() const {
+  if (hasTwo_) return "Left the source, right the reconstruction";
+  return ShowsSource() ? "Source" : "Reconstruction";
+}
+
+Image Comparison::Difference(int gain) const {
+  return DifferenceImage(*source_, *reconstruction_, gain);
+}
+
+std::string Comparison::ReadOut(double down, double across) const {
+  const int row = static_cast<int>(std::floor(down));
+  const int col = static_cast<int>(std::floor(across));
+  if (!Has(Shown(), row, col)) return "Point at a pixel to read it. Ctrl and the wheel zoom.";
+  std::string text = "Row " + std::to_string(row) + ", column " + std::to_string(col) + ":" +
+                     Sample("source", Source(), row, col) +
+                     Sample("reconstruction", Reconstruction(), row, col);
+  if (hasTwo_)
+    text += "   difference " + std::to_string(Reconstruction()(row, col) - Source()(row, col));
+  return text;
 }
 
 }  // namespace marovia

@@ -1,10 +1,14 @@
 #include "base/checked.h"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <string>
 
 #include "marovia/error.h"
+
+#include "base/bits.h"
 
 namespace marovia {
 namespace {
@@ -19,18 +23,6 @@ T Convert(double value, const char* type) {
   return static_cast<T>(rounded);
 }
 
-template <class T>
-T Narrow(std::int64_t exact, const char* type) {
-  if (exact < std::numeric_limits<T>::min() || exact > std::numeric_limits<T>::max()) {
-    Fail(Errc::kOverflow, "Overflow: " + std::to_string(exact) + " does not fit " + type + ".");
-  }
-  return static_cast<T>(exact);
-}
-
-constexpr const char* kByte = "a byte";
-constexpr const char* kInt16 = "16 bits";
-constexpr const char* kInt32 = "32 bits";
-
 }  // namespace
 
 double RoundHalfEven(double value) {
@@ -42,25 +34,37 @@ double RoundHalfEven(double value) {
 }
 
 std::uint8_t ToByte(double value) {
-  return Convert<std::uint8_t>(value, kByte);
+  return Convert<std::uint8_t>(value, "a byte");
 }
 std::int16_t ToInt16(double value) {
-  return Convert<std::int16_t>(value, kInt16);
+  return Convert<std::int16_t>(value, "16 bits");
 }
 std::int32_t ToInt32(double value) {
-  return Convert<std::int32_t>(value, kInt32);
-}
-
-std::int16_t CheckedMul16(std::int16_t a, std::int16_t b) {
-  return Narrow<std::int16_t>(std::int64_t{a} * b, kInt16);
-}
-
-std::int32_t CheckedAdd32(std::int32_t a, std::int32_t b) {
-  return Narrow<std::int32_t>(std::int64_t{a} + b, kInt32);
+  return Convert<std::int32_t>(value, "32 bits");
 }
 
 std::int32_t CheckedMul32(std::int32_t a, std::int32_t b) {
-  return Narrow<std::int32_t>(std::int64_t{a} * b, kInt32);
+  const std::int64_t exact = std::int64_t{a} * b;
+  const auto product = static_cast<std::int32_t>(exact);
+  if (product != exact) {
+    Fail(Errc::kOverflow, "Overflow: " + std::to_string(exact) + " does not fit 32 bits.");
+  }
+  return product;
+}
+
+Error::Error(Errc code, const std::string& what) : std::runtime_error(what), code_(code) {}
+
+void Fail(Errc code, const std::string& what) {
+  throw Error(code, what);
+}
+
+MAROVIA_WIDE_VECTORS float LargestMagnitude(std::span<const float> values) {
+  // Magnitudes are in the order of their bit patterns.
+  std::int32_t largest = 0;
+  for (const float value : values) {
+    largest = std::max(largest, std::bit_cast<std::int32_t>(value) & INT32_MAX);
+  }
+  return std::bit_cast<float>(largest);
 }
 
 }  // namespace marovia

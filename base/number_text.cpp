@@ -76,6 +76,10 @@ std::string NumberText(double value) {
   return WithLeadingBlank(TrimmedNumberText(value));
 }
 
+std::string SizeText(int rows, int cols) {
+  return std::to_string(rows) + " x " + std::to_string(cols);
+}
+
 double LeadingNumber(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
   const bool negative = text.starts_with('-');

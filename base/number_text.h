@@ -18,6 +18,9 @@ std::string TrimmedNumberText(std::int32_t value);
 std::string TrimmedNumberText(float value);
 std::string TrimmedNumberText(double value);
 
+// "512 x 768", rows first.
+std::string SizeText(int rows, int cols);
+
 // The longest leading part of the text that reads as a decimal number, after leading blanks; 0
 // where there is none ("0.25abc" is 0.25, "0,25" is 0, "inf" is 0). Error kOverflow where it
 // exceeds a double.

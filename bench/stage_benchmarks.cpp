@@ -5,13 +5,13 @@
 #include <utility>
 #include <vector>
 
-#include "aswdr/aswdr_symbols.h"
 #include "bench/benchmarks.h"
 #include "codec/compression.h"
 #include "codec/decompression.h"
-#include "coding/bit_planes.h"
-#include "coding/file_header.h"
-#include "coding/thresholds.h"
+#include "coding/arithmetic_symbols.h"
+#include "format/file_header.h"
+#include "passes/bit_planes.h"
+#include "passes/run.h"
 #include "wavelet/transform.h"
 
 namespace marovia::bench {
@@ -64,19 +64,19 @@ struct Coefficients {
   int exponent = 0;
 };
 
-void RegisterOrder(const std::string& name, ScanKind scan,
+void RegisterOrder(const std::string& name, OrderKind kind,
                    const std::shared_ptr<const Coefficients>& source) {
-  const auto order = std::shared_ptr(MakeOrder(scan, source->bands));
+  const auto order = std::shared_ptr(MakeOrder(kind, source->bands));
   const auto homes = [=] { return order->Gather(source->grid.Samples()); };
   Register(name + " order set up", [=](benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(MakeOrder(scan, source->bands));
+    for (auto _ : state) benchmark::DoNotOptimize(MakeOrder(kind, source->bands));
   });
   Register(name + " gather", [=](benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(homes());
   });
   RegisterPrepared(
       name + " scatter", [=] { return std::pair(homes(), source->grid); },
-      [=](auto& values) { order->Scatter(values.first.Values(), values.second.Samples()); });
+      [=](auto& values) { order->Scatter(values.first, values.second.Samples()); });
 }
 
 void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
@@ -85,7 +85,7 @@ void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
       benchmark::DoNotOptimize(GetThreshold(source->grid.Samples(), WaveletKind::kDaub97));
     }
   });
-  const auto order = std::shared_ptr(MakeOrder(ScanKind::kAdaptive, source->bands));
+  const auto order = std::shared_ptr(MakeOrder(OrderKind::kAdaptive, source->bands));
   RegisterPrepared(
       "bit planes", [=] { return order->Gather(source->grid.Samples()); },
       [=](auto& homes) {
@@ -96,10 +96,10 @@ void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
 // With what is found at the threshold that about half a bit per pixel ends at.
 void RegisterRebuild(const std::shared_ptr<const Coefficients>& source) {
   constexpr float kThreshold = 16;
-  const auto order = std::shared_ptr(MakeOrder(ScanKind::kAdaptive, source->bands));
+  const auto order = std::shared_ptr(MakeOrder(OrderKind::kAdaptive, source->bands));
   const auto values = order->Gather(source->grid.Samples());
-  const auto found = std::make_shared<HomeSet>(values.Size());
-  for (std::size_t home = 0; home < values.Size(); ++home) {
+  const auto found = std::make_shared<HomeSet>(values.size());
+  for (std::size_t home = 0; home < values.size(); ++home) {
     if (std::abs(values[home]) >= kThreshold) found->Insert(static_cast<Home>(home));
   }
   Register("adaptive order rebuilt, every level", [=](benchmark::State& state) {
@@ -190,8 +190,8 @@ void RegisterStages(const Source& source) {
   coefficients->grid = TransformTheImage(source.image, WaveletKind::kDaub97, kLevels);
   coefficients->bands = {source.image.Rows(), source.image.Cols(), kLevels};
   coefficients->exponent = GetThreshold(coefficients->grid.Samples(), WaveletKind::kDaub97);
-  RegisterOrder("fixed", ScanKind::kFixed, coefficients);
-  RegisterOrder("adaptive", ScanKind::kAdaptive, coefficients);
+  RegisterOrder("fixed", OrderKind::kFixed, coefficients);
+  RegisterOrder("adaptive", OrderKind::kAdaptive, coefficients);
   RegisterPlanes(coefficients);
   RegisterRebuild(coefficients);
   for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,

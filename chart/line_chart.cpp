@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <string_view>
-
-#include "chart/ticks.h"
 
 namespace marovia {
 namespace {
@@ -40,6 +40,14 @@ constexpr std::string_view kStyle =
     ".axis { stroke: #757c84; stroke-width: 1.4; fill: none }\n"
     ".curve { fill: none; stroke-width: 2.2; stroke-linejoin: round; stroke-linecap: round }\n"
     "</style>\n";
+
+double NiceStep(double rough) {
+  const double power = std::pow(10.0, std::floor(std::log10(rough)));
+  for (const double factor : {1.0, 2.0, 5.0}) {
+    if (factor * power >= rough * 0.999) return factor * power;
+  }
+  return 10 * power;
+}
 
 std::string Px(double value) {
   return FixedText(value, 1);
@@ -217,6 +225,26 @@ class Drawing {
 };
 
 }  // namespace
+
+Axis NiceAxis(double least, double most, int count) {
+  if (!(most > least)) most = least + 1;
+  const double step = NiceStep((most - least) / count);
+  const auto first = static_cast<long>(std::floor(least / step + 1e-9));
+  const auto last = static_cast<long>(std::ceil(most / step - 1e-9));
+  Axis axis;
+  for (long n = first; n <= last; ++n) axis.ticks.push_back(static_cast<double>(n) * step);
+  axis.from = axis.ticks.front();
+  axis.to = axis.ticks.back();
+  axis.digits = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
+  return axis;
+}
+
+std::string FixedText(double value, int digits) {
+  std::array<char, 64> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                 std::chars_format::fixed, digits);
+  return {text.data(), end.ptr};
+}
 
 std::string SvgOf(const LineChart& chart) {
   return Drawing(chart).Svg();

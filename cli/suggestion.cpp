@@ -1,9 +1,9 @@
-#include "cli/suggestion.h"
-
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <optional>
+
+#include "cli/help.h"
 
 namespace marovia::cli {
 namespace {

@@ -4,18 +4,16 @@
 #include <cmath>
 #include <utility>
 
-#include "aswdr/aswdr_symbols.h"
 #include "base/checked.h"
-#include "base/shift.h"
-#include "codec/geometry.h"
-#include "codec/run.h"
-#include "coding/bit_planes.h"
-#include "coding/pass_encoder.h"
-#include "coding/wdr_symbols.h"
+#include "coding/arithmetic_symbols.h"
+#include "coding/raw_symbols.h"
+#include "format/geometry.h"
 #include "measures/region.h"
-#include "ranked/ranked_encoder.h"
+#include "passes/bit_planes.h"
+#include "passes/pass_encoder.h"
+#include "passes/ranked_encoder.h"
+#include "passes/run.h"
 #include "wavelet/catalogue.h"
-#include "wavelet/scaling.h"
 #include "wavelet/transform.h"
 
 namespace marovia {
@@ -66,8 +64,7 @@ void Compression::ChooseThreshold() {
 }
 
 Grid<std::uint8_t> Compression::SetRegion(const Region& region, float share) {
-  const std::int16_t widening =
-      LeftShift(static_cast<std::int16_t>(SupportOfWavelet(header_.wavelet)), 1);
+  const int widening = 2 * SupportOfWavelet(header_.wavelet);
   const Sides coded = header_.CodedSides();
   mask_ = GetROIValues(coded.rows, coded.cols, region, widening, header_.levels);
   const double budget =
@@ -83,11 +80,11 @@ PassReport Compression::WritePasses(const PassListener& onPass) {
   file_ = WriteHeader(header_);
   const Sides coded = header_.CodedSides();
   const BandGrid grid{coded.rows, coded.cols, header_.levels};
-  if (coder_.scan == ScanKind::kRanked) {
+  if (coder_.order == OrderKind::kRanked) {
     const RestingOrder order(grid);
     return WriteWith<RankedEncoder, BitSymbolWriter>(order, onPass);
   }
-  const auto order = MakeOrder(coder_.scan, grid);
+  const auto order = MakeOrder(coder_.order, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
       return WriteWith<PassEncoder, BitSymbolWriter>(*order, onPass);
@@ -119,7 +116,8 @@ PassReport Compression::WriteWith(Order& order, const PassListener& onPass) {
                       ToInt32(static_cast<double>(passes.BitsSent()))};
   };
   const PassState last = RunPasses(
-      coder_, header_.wavelet, header_.exponent, [&](int pass, float) { return passes.Run(pass); },
+      {header_.wavelet, header_.exponent, coder_.lossless},
+      [&](int pass, float) { return passes.Run(pass); },
       [&](const PassState& state) {
         if (onPass) onPass(report(state));
       });

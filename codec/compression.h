@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "codec/coders.h"
-#include "coding/file_header.h"
-#include "coding/pass_plan.h"
+#include "format/file_header.h"
+#include "passes/run.h"
 
 namespace marovia {
 

@@ -3,17 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "aswdr/aswdr_symbols.h"
 #include "base/checked.h"
-#include "codec/geometry.h"
-#include "codec/inspection.h"
-#include "codec/run.h"
-#include "coding/pass_decoder.h"
-#include "coding/pass_plan.h"
-#include "coding/wdr_symbols.h"
-#include "ranked/ranked_decoder.h"
+#include "coding/arithmetic_symbols.h"
+#include "coding/raw_symbols.h"
+#include "format/file_header.h"
+#include "format/geometry.h"
+#include "passes/pass_decoder.h"
+#include "passes/ranked_decoder.h"
+#include "passes/run.h"
 #include "wavelet/catalogue.h"
-#include "wavelet/scaling.h"
 #include "wavelet/transform.h"
 
 namespace marovia {
@@ -27,7 +25,8 @@ ByteView StreamOf(ByteView file, FileKind kind) {
 }  // namespace
 
 Decompression::Decompression(ByteView file, FileKind kind, std::int64_t maxPixels)
-    : Decompression(CheckedHeader(file, kind, maxPixels), kind, StreamOf(file, kind)) {}
+    : Decompression(CheckedHeader(file, CoderOf(kind).HasBudget(), maxPixels), kind,
+                    StreamOf(file, kind)) {}
 
 Decompression::Decompression(const FileHeader& header, FileKind kind, ByteView stream)
     : coder_(CoderOf(kind)),
@@ -43,11 +42,11 @@ bool Decompression::HoldBudget(std::int32_t bits) {
 
 PassReport Decompression::ReadPasses(const PassListener& onPass) {
   const BandGrid grid{info_.codedRows, info_.codedCols, info_.levels};
-  if (coder_.scan == ScanKind::kRanked) {
+  if (coder_.order == OrderKind::kRanked) {
     const RestingOrder order(grid);
     return ReadWith<RankedDecoder, BitSymbolReader>(order, onPass);
   }
-  const auto order = MakeOrder(coder_.scan, grid);
+  const auto order = MakeOrder(coder_.order, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
       return ReadWith<PassDecoder, BitSymbolReader>(*order, onPass);
@@ -68,7 +67,7 @@ PassReport Decompression::ReadWith(Order& order, const PassListener& onPass) {
   };
   bool finished = true;
   const PassState last = RunPasses(
-      coder_, info_.wavelet, info_.exponent,
+      {info_.wavelet, info_.exponent, coder_.lossless},
       [&](int pass, float threshold) { return finished = passes.Run(pass, threshold); },
       [&](const PassState& state) {
         if (onPass) onPass(report(state));

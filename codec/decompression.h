@@ -1,10 +1,15 @@
 // A decompression as the steps of a run.
 #pragma once
 
+#include "marovia/codec.h"
+
 #include "codec/coders.h"
-#include "coding/file_header.h"
+#include "format/file_header.h"
 
 namespace marovia {
+
+// What the header and the length of a stream say of a file.
+FileInfo InfoOf(const FileHeader& header, FileKind kind, std::int64_t streamBytes);
 
 class Decompression {
  public:

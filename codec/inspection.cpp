@@ -1,10 +1,7 @@
-#include "codec/inspection.h"
-
 #include <algorithm>
-#include <string>
 
 #include "codec/coders.h"
-#include "codec/geometry.h"
+#include "codec/decompression.h"
 
 namespace marovia {
 namespace {
@@ -17,14 +14,6 @@ constexpr std::int64_t kBytesBeyondBudget = 128;
 constexpr std::int64_t kBytesPerPixel = 8;
 constexpr std::int64_t kBytesOfPasses = 4096;
 
-std::string Text(Sides sides) {
-  return std::to_string(sides.rows) + " x " + std::to_string(sides.cols);
-}
-
-std::int64_t Pixels(Sides sides) {
-  return std::int64_t{sides.rows} * sides.cols;
-}
-
 // The compressor that charged its header most left the fewest bits for the stream.
 bool FillsBudget(const Coder& coder, const FileInfo& info) {
   if (!info.budget) return false;
@@ -33,20 +22,6 @@ bool FillsBudget(const Coder& coder, const FileInfo& info) {
 }
 
 }  // namespace
-
-FileHeader CheckedHeader(ByteView file, FileKind kind, std::int64_t maxPixels) {
-  const FileHeader header = ReadHeader(file, CoderOf(kind).HasBudget());
-  const std::int64_t pixels = Pixels(header.sides);
-  if (pixels > maxPixels) {
-    Fail(Errc::kLimit, "The image has " + Text(header.sides) + " = " + std::to_string(pixels) +
-                           " pixels; the limit is " + std::to_string(maxPixels) + ".");
-  }
-  if (header.levels > LevelLimitOf(header.sides, header.wavelet, header.padded)) {
-    Fail(Errc::kMalformed, "Not a file of ours: an image of " + Text(header.sides) +
-                               " cannot have " + std::to_string(header.levels) + " levels.");
-  }
-  return header;
-}
 
 FileInfo InfoOf(const FileHeader& header, FileKind kind, std::int64_t streamBytes) {
   FileInfo info;
@@ -68,7 +43,7 @@ FileInfo InfoOf(const FileHeader& header, FileKind kind, std::int64_t streamByte
 FileInfo InspectStart(ByteView start, std::int64_t fileBytes, FileKind kind,
                       std::int64_t maxPixels) {
   const auto header = static_cast<std::int64_t>(HeaderSize(CoderOf(kind).HasBudget()));
-  return InfoOf(CheckedHeader(start, kind, maxPixels), kind,
+  return InfoOf(CheckedHeader(start, CoderOf(kind).HasBudget(), maxPixels), kind,
                 std::max<std::int64_t>(0, fileBytes - header));
 }
 
@@ -79,7 +54,7 @@ FileInfo Inspect(ByteView file, FileKind kind, std::int64_t maxPixels) {
 std::int64_t UsefulBytes(const FileInfo& info) {
   const auto header = static_cast<std::int64_t>(HeaderSize(info.budget.has_value()));
   if (info.budget) return header + std::max(0, *info.budget) / 8 + kBytesBeyondBudget;
-  return header + kBytesPerPixel * Pixels({info.codedRows, info.codedCols}) + kBytesOfPasses;
+  return header + kBytesPerPixel * std::int64_t{info.codedRows} * info.codedCols + kBytesOfPasses;
 }
 
 }  // namespace marovia

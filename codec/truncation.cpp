@@ -8,9 +8,8 @@
 
 #include "base/number_text.h"
 #include "codec/decompression.h"
-#include "codec/inspection.h"
-#include "coding/file_header.h"
-#include "coding/wdr_symbols.h"
+#include "coding/raw_symbols.h"
+#include "format/file_header.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {
@@ -51,7 +50,7 @@ class LongFile {
  public:
   LongFile(ByteView file, FileKind kind, std::int64_t maxPixels)
       : kind_(kind),
-        header_(CheckedHeader(file, kind, maxPixels)),
+        header_(CheckedHeader(file, CoderOf(kind).HasBudget(), maxPixels)),
         stream_(file.subspan(HeaderSize(header_.budget.has_value()))) {}
 
   [[nodiscard]] const FileHeader& Header() const { return header_; }

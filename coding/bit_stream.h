@@ -30,9 +30,6 @@ class BitWriter {
 
   void TransmitBit(unsigned bit) { Append(bit, 1); }
 
-  // A 0, then the bit: a digit of a number whose end is marked by a 1.
-  void TransmitDbl(unsigned bit) { Append(bit, 2); }
-
   [[nodiscard]] std::int64_t BitsSent() const { return sent_; }
 
   // Writes what is held; the last byte is filled up with zeros.

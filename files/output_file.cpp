@@ -1,5 +1,7 @@
 #include "files/output_file.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -11,10 +13,9 @@
 
 #include "marovia/error.h"
 
-#include "files/file_access.h"
 #include "files/file_descriptor.h"
 #include "files/input_file.h"
-#include "files/signal_hold.h"
+#include "files/temporary_file.h"
 
 namespace marovia {
 namespace {
@@ -22,7 +23,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kMostLinks = 40;
-constexpr int kMostTemporaries = 100;
 constexpr mode_t kOrdinaryMode = 0666;  // less what the umask takes away
 constexpr mode_t kPrivateMode = 0600;   // until it is known who else may
 
@@ -47,117 +47,40 @@ std::string BehindLinks(const std::string& name) {
   Fail(Errc::kIo, "cannot be written: more than " + std::to_string(kMostLinks) + " symbolic links");
 }
 
-void WriteAll(const FileDescriptor& file, ByteView bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::write(file.Number(), bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) FailWithErrno("cannot be written");
-    bytes = bytes.subspan(static_cast<std::size_t>(count));
-  }
-}
-
-void CloseChecked(FileDescriptor& file) {
-  if (!file.Close()) FailWithErrno("cannot be written");
-}
-
 void PutDirectly(FileDescriptor file, ByteView bytes) {
   if (!file.IsOpen()) FailWithErrno("cannot be written");
   WriteAll(file, bytes);
   CloseChecked(file);
 }
 
-[[noreturn]] void FailOnExistingFile() {
-  Fail(Errc::kIo, "already exists (--force replaces it)");
+constexpr std::array kEndingSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+bool IsIgnored(int signal) {
+  struct sigaction action {};
+  return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
-// A new file beside the one that it will become. Where the file system can, it has no name while it
-// is written, so that nothing is left of it even if the program is killed; elsewhere, and for the
-// moment in which it replaces a file, it has one of its own, which goes with the object.
-class TemporaryFile {
- public:
-  TemporaryFile(fs::path folder, mode_t mode)
-      : folder_(std::move(folder)),
-        file_(::open(folder_.empty() ? "." : folder_.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC,
-                     mode)) {
-    // A nameless file is reached through /proc, which may not be there.
-    if (file_.IsOpen() && ::access(OpenFile().c_str(), F_OK) == 0) return;
-    TakeName([&](const char* name) {
-      file_ = FileDescriptor(::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-      return file_.IsOpen();
-    });
-  }
-
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
-    if (!name_.empty()) ::unlink(name_.c_str());
-  }
-
-  [[nodiscard]] const FileDescriptor& File() const { return file_; }
-
-  void Fill(ByteView bytes) const {
-    WriteAll(file_, bytes);
-    if (::fsync(file_.Number()) != 0) FailWithErrno("cannot be written");
-  }
-
-  // Gives the file its name, in place of the file that has it where `force` allows that.
-  void Become(const std::string& path, bool force) {
-    if (name_.empty()) {
-      if (LinkTo(path.c_str())) return;
-      if (errno != EEXIST) FailWithErrno("cannot be written");
-      if (!force) FailOnExistingFile();
-      TakeName([this](const char* name) { return LinkTo(name); });
-    }
-    // Some file systems report a full disk only here.
-    CloseChecked(file_);
-    RenameTo(path, force);
-    name_.clear();
-  }
-
- private:
-  [[nodiscard]] std::string OpenFile() const {
-    return "/proc/self/fd/" + std::to_string(file_.Number());
-  }
-
-  [[nodiscard]] bool LinkTo(const char* name) const {
-    return ::linkat(AT_FDCWD, OpenFile().c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
-  }
-
-  // take(name) fails with EEXIST where there is a file of that name, left by a program killed.
-  template <class Take>
-  void TakeName(Take take) {
-    for (int n = 0; n < kMostTemporaries; ++n) {
-      const auto name = ".marovia-" + std::to_string(::getpid()) + "-" + std::to_string(n);
-      const std::string path = (folder_ / name).string();
-      if (take(path.c_str())) {
-        name_ = path;
-        return;
-      }
-      if (errno != EEXIST) break;
-    }
-    FailWithErrno("cannot be written");
-  }
-
-  void RenameTo(const std::string& path, bool force) const {
-    const char* from = name_.c_str();
-    const char* to = path.c_str();
-    int result = ::renameat2(AT_FDCWD, from, AT_FDCWD, to, force ? 0 : RENAME_NOREPLACE);
-    // A file system without this form of the call gets the check a moment before.
-    if (result != 0 && !force && (errno == EINVAL || errno == ENOSYS)) {
-      if (StatusOfFile(path)) FailOnExistingFile();
-      result = ::rename(from, to);
-    }
-    if (result == 0) return;
-    if (errno == EEXIST) FailOnExistingFile();
-    FailWithErrno("cannot be written");
-  }
-
-  fs::path folder_;
-  FileDescriptor file_;
-  std::string name_;  // empty while it has none
-};
-
 }  // namespace
+
+SignalHold::SignalHold() {
+  sigemptyset(&held_);
+  for (const int signal : kEndingSignals) {
+    if (!IsIgnored(signal)) sigaddset(&held_, signal);
+  }
+  ::pthread_sigmask(SIG_BLOCK, &held_, &before_);
+}
+
+SignalHold::~SignalHold() {
+  ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
+bool SignalHold::IsAnyWaiting() const {
+  sigset_t waiting{};
+  sigpending(&waiting);
+  return std::ranges::any_of(kEndingSignals, [&](int signal) {
+    return sigismember(&held_, signal) == 1 && sigismember(&waiting, signal) == 1;
+  });
+}
 
 bool IsDeviceOrPipe(const std::string& name) {
   struct stat status {};
@@ -205,7 +128,7 @@ void OutputFile::PutInPlace(ByteView bytes) const {
   const SignalHold hold;
   const bool replaces = StatusOfFile(path_).has_value();
   TemporaryFile temporary(fs::path(path_).parent_path(), replaces ? kPrivateMode : kOrdinaryMode);
-  if (replaces) TakeOverAccess(path_, temporary.File());
+  if (replaces) temporary.TakeOverAccess(path_);
   temporary.Fill(bytes);
   if (hold.IsAnyWaiting()) Fail(Errc::kIo, "not written: interrupted");
   temporary.Become(path_, force_);

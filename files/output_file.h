@@ -1,6 +1,7 @@
 // Writing a file such that it is either there whole or not at all.
 #pragma once
 
+#include <csignal>
 #include <string>
 
 #include "marovia/image.h"
@@ -31,6 +32,22 @@ class OutputFile {
   Kind kind_;
   bool force_;
   std::string path_;  // behind all symbolic links
+};
+
+// While one lives, an interrupt waits; it strikes when the hold ends. Signals that the program was
+// started to ignore stay ignored and never count as waiting.
+class SignalHold {
+ public:
+  SignalHold();
+  SignalHold(const SignalHold&) = delete;
+  SignalHold& operator=(const SignalHold&) = delete;
+  ~SignalHold();
+
+  [[nodiscard]] bool IsAnyWaiting() const;
+
+ private:
+  sigset_t held_{};
+  sigset_t before_{};
 };
 
 // True where the name leads to something that is neither a regular file nor a folder.

@@ -1,5 +1,3 @@
-#include "image/bmp_header.h"
-
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
@@ -8,7 +6,8 @@
 
 #include "marovia/error.h"
 
-#include "image/little_endian.h"
+#include "base/little_endian.h"
+#include "image/bmp.h"
 
 namespace marovia {
 namespace {

@@ -4,8 +4,8 @@
 #include "marovia/error.h"
 #include "marovia/image.h"
 
-#include "image/bmp_header.h"
-#include "image/little_endian.h"
+#include "base/little_endian.h"
+#include "image/bmp.h"
 
 namespace marovia {
 namespace {

@@ -8,7 +8,6 @@
 #include "base/checked.h"
 #include "base/number_text.h"
 #include "image/raster.h"
-#include "image/shape.h"
 
 namespace marovia {
 namespace {

@@ -1,16 +1,84 @@
-#include "image/pnm_reader.h"
-
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "marovia/error.h"
+#include "marovia/image.h"
 
-#include "image/grey.h"
-#include "image/pnm_tokens.h"
+#include "image/formats.h"
 #include "image/raster.h"
-#include "image/shape.h"
 
 namespace marovia {
 namespace {
+
+// Numbers are set apart by white space. A comment runs from '#' to the end of its line and counts
+// as that line end, also right behind a number: after "255#full range\n" the samples begin.
+class PnmTokens {
+ public:
+  explicit PnmTokens(ByteView bytes) : bytes_(bytes) {}
+
+  // The next number, taken together with the one white space behind it. Error kMalformed where
+  // something else stands there, or a number above 10^15.
+  std::int64_t Number();
+
+  [[nodiscard]] ByteView Rest() const { return bytes_.subspan(at_); }
+
+ private:
+  int Next();
+  [[noreturn]] static void FailAt(int byte);
+
+  ByteView bytes_;
+  std::size_t at_ = 0;
+};
+
+constexpr int kEnd = -1;
+constexpr std::int64_t kLargest = 1'000'000'000'000'000;
+
+bool IsDigit(int byte) {
+  return byte >= '0' && byte <= '9';
+}
+
+bool IsBlank(int byte) {
+  return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
+bool EndsLine(int byte) {
+  return byte == '\n' || byte == '\r' || byte == kEnd;
+}
+
+std::int64_t PnmTokens::Number() {
+  int byte = Next();
+  while (IsBlank(byte)) byte = Next();
+  if (!IsDigit(byte)) FailAt(byte);
+
+  std::int64_t number = 0;
+  for (; IsDigit(byte); byte = Next()) {
+    number = number * 10 + (byte - '0');
+    if (number > kLargest) {
+      Fail(Errc::kMalformed, "A number in the file exceeds " + std::to_string(kLargest) + ".");
+    }
+  }
+  if (byte != kEnd && !IsBlank(byte)) FailAt(byte);
+  return number;
+}
+
+// The next byte, kEnd behind the last one; a comment reads as the byte that ends it.
+int PnmTokens::Next() {
+  bool comment = false;
+  while (at_ < bytes_.size()) {
+    const int byte = bytes_[at_++];
+    comment = comment || byte == '#';
+    if (!comment || EndsLine(byte)) return byte;
+  }
+  return kEnd;
+}
+
+void PnmTokens::FailAt(int byte) {
+  Fail(Errc::kMalformed, byte == kEnd ? "The file ends where a number is expected."
+                                      : "The file has the byte " + std::to_string(byte) +
+                                            " where a number is expected.");
+}
 
 struct Form {
   bool plain = false;

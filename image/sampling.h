@@ -1,4 +1,5 @@
-// What the two pictures of the form show of an image of any size.
+// Smaller pictures of an image: those that the form shows, 256 x 256 whatever its size, and its
+// like in a size of choice.
 #pragma once
 
 #include "marovia/grid.h"
@@ -18,8 +19,14 @@ int SourceLine(int coordinate, int lines);
 // is nothing to show.
 Image SampleImage(const Image& image);
 
-// The magnitudes of the coefficients rounded half to even; those above 255 are white. Error
-// kOverflow where one exceeds 16 bits.
+// The magnitudes of the coefficients rounded half to even; those above 255 are white.
 Image SampleCoefficients(const Grid<float>& coefficients);
+
+// Each pixel is the mean of the area that it covers, pixels on its border counted by the part that
+// lies inside. Sides from 1 to those of the image.
+Image Reduced(const Image& image, int rows, int cols);
+
+// The same with sides of at most `size`, in the shape of the image; one that fits stays as it is.
+Image ReducedToFit(const Image& image, int size);
 
 }  // namespace marovia

@@ -1,23 +1,19 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <string>
 
 #include "marovia/measures.h"
 
+#include "base/number_text.h"
 #include "measures/region.h"
 
 namespace marovia {
 namespace {
 
-std::string SizeText(const Image& image) {
-  return std::to_string(image.Rows()) + " x " + std::to_string(image.Cols());
-}
-
 void CheckShapes(const Image& source, const Image& reconstruction) {
   if (source.Empty() || !source.SameShape(reconstruction)) {
-    Fail(Errc::kIndex, "The two images differ in shape: " + SizeText(source) + " and " +
-                           SizeText(reconstruction) + ".");
+    Fail(Errc::kIndex, "The two images differ in shape: " + SizeText(source.Rows(), source.Cols()) +
+                           " and " + SizeText(reconstruction.Rows(), reconstruction.Cols()) + ".");
   }
 }
 
@@ -54,6 +50,18 @@ std::optional<float> Psnr(float meanSquareError) {
   if (!(meanSquareError > 0)) return std::nullopt;
   const double ratio = 255.0 / static_cast<double>(meanSquareError) * 255.0;
   return static_cast<float>(10.0 * std::log(ratio) / std::log(10.0));
+}
+
+Image DifferenceImage(const Image& source, const Image& reconstruction, double gain) {
+  constexpr double kNoDifference = 128;
+  if (!source.SameShape(reconstruction)) Fail(Errc::kIndex, "The images differ in shape.");
+  Image picture(source.Rows(), source.Cols());
+  std::ranges::transform(
+      source.Samples(), reconstruction.Samples(), picture.Samples().begin(), [&](int from, int to) {
+        return static_cast<std::uint8_t>(
+            std::clamp(std::round(kNoDifference + gain * (to - from)), 0.0, 255.0));
+      });
+  return picture;
 }
 
 }  // namespace marovia

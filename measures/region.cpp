@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/checked.h"
+#include "base/number_text.h"
 
 namespace marovia {
 namespace {
@@ -48,8 +49,8 @@ void MarkBand(Grid<std::uint8_t>& mask, const BandArea& band, const Region& wide
 void CheckRegion(const Region& region, const Image& image, Errc code) {
   if (region.row1 < 0 || region.col1 < 0 || region.row1 > region.row2 ||
       region.col1 > region.col2 || region.row2 >= image.Rows() || region.col2 >= image.Cols()) {
-    Fail(code, "The region reaches outside the image of " + std::to_string(image.Rows()) + " x " +
-                   std::to_string(image.Cols()) + ".");
+    Fail(code,
+         "The region reaches outside the image of " + SizeText(image.Rows(), image.Cols()) + ".");
   }
 }
 

@@ -1,17 +1,28 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/screenshots anew: the steps of the end-to-end run, at both scales.
+# Pictures of the window on a screen of 1280 x 800, from the steps of the end-to-end run: as it is
+# (..._1), at twice the scale (_2), and with letters of 18 points (_18). Those that docs/screenshots
+# has are replaced there.
 #
-#   scripts/make_screenshots.sh PROGRAM     such as build/run/window/marovia-window
+#   scripts/make_screenshots.sh PROGRAM FOLDER     such as build/run/window/marovia-window shots
 set -euo pipefail
 program=$(realpath "$1")
+mkdir -p "$2"
+folder=$(realpath "$2")
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 shots=$(mktemp -d)
 trap 'rm -rf "$shots"' EXIT
 
-for scale in 1 2; do
-  QT_SCALE_FACTOR=$scale "$root/tests/window/end_to_end.sh" "$program" "$root" "$shots"
+take() {
+  env "${@:2}" "$root/tests/window/end_to_end.sh" "$program" "$root" "$shots"
   for shot in "$shots"/*.png; do
     convert "$shot" -strip +dither -colors 256 -define png:compression-level=9 \
-      "$root/docs/screenshots/$(basename "$shot" .png)_$scale.png"
+      "$folder/$(basename "$shot" .png)_$1.png"
   done
+}
+take 1 QT_SCALE_FACTOR=1
+take 2 QT_SCALE_FACTOR=2
+take 18 QT_SCALE_FACTOR=1 POINTS=18
+
+for kept in "$root"/docs/screenshots/*.png; do
+  cp "$folder/$(basename "$kept")" "$kept"
 done

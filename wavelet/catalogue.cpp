@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "marovia/error.h"
+
 #include "base/checked.h"
 #include "base/number_text.h"
 
@@ -40,11 +42,6 @@ std::optional<WaveletKind> WaveletOfLabel(std::string_view label) {
     if (WaveletLabel(wavelet) == label) return wavelet;
   }
   return std::nullopt;
-}
-
-std::optional<WaveletKind> WaveletOfNumber(int number) {
-  if (number < 1 || number > 3) return std::nullopt;
-  return static_cast<WaveletKind>(number);
 }
 
 int SupportOfWavelet(WaveletKind wavelet) {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 
@@ -15,9 +15,6 @@ inline constexpr std::array kWaveletsAsListed = {WaveletKind::kInteger53, Wavele
 
 std::string_view WaveletLabel(WaveletKind wavelet);
 std::optional<WaveletKind> WaveletOfLabel(std::string_view label);
-
-// The wavelet of a number in a file, if it is one.
-std::optional<WaveletKind> WaveletOfNumber(int number);
 
 // The two whose coefficients of an 8-bit image are whole numbers.
 constexpr bool IsInteger(WaveletKind wavelet) {

@@ -8,6 +8,7 @@
 #include "marovia/error.h"
 
 #include "base/bits.h"
+#include "base/checked.h"
 
 namespace marovia {
 namespace {
@@ -35,21 +36,18 @@ constexpr LiftingStep kForward22[] = {
 constexpr LiftingStep kInverse22[] = {
     {kHigh, kCurved, 1.0 / 16, 0}, {kLow, kRounded, -0.25, 1}, {kHigh, kRounded, 0.5, 2}};
 
-// The arithmetic of a step. Adding and subtracting kRounder rounds a value below kRounder / 4 to a
-// whole number, half to even, in the rounding mode that every program starts in.
+// What a step in that arithmetic goes by: the integers of its size, and the most that it rounds.
 template <class Real>
 struct Arithmetic;
 template <>
 struct Arithmetic<double> {
   using Sign = std::int64_t;
-  static constexpr double kRounder = 6755399441055744.0;  // 1.5 * 2^52
-  static constexpr double kMost = 2147483647.4999995;     // the last below 2^31 - 0.5
+  static constexpr double kMost = 2147483647.4999995;  // the last below 2^31 - 0.5
 };
 template <>
 struct Arithmetic<float> {
   using Sign = std::int32_t;
-  static constexpr float kRounder = 12582912.0F;  // 1.5 * 2^23
-  static constexpr float kMost = 4194304.0F;      // 2^22; single precision is exact far below it
+  static constexpr float kMost = 4194304.0F;  // 2^22; single precision is exact far below it
 };
 
 // Adds to every target what added(i) gives, rounded; whether all of that was small enough. The
@@ -61,7 +59,7 @@ template <class Real, class Added>
   for (std::size_t i = 0; i < count; ++i) {
     const Real value = added(i);
     tooLarge |= std::bit_cast<typename A::Sign>(A::kMost - std::fabs(value));
-    const auto rounded = static_cast<float>((value + A::kRounder) - A::kRounder);
+    const auto rounded = static_cast<float>((value + kRounder<Real>)-kRounder<Real>);
     t[i] = static_cast<float>(static_cast<Real>(t[i]) + static_cast<Real>(rounded));
   }
   return tooLarge >= 0;
@@ -69,7 +67,7 @@ template <class Real, class Added>
 
 template <class Real>
 [[gnu::always_inline]] inline bool AddRoundedSum(float* __restrict t, std::size_t count,
-                                                 const Neighbours& n, double weight) {
+                                                 const Neighbours<float>& n, double weight) {
   const float* b = n[1];
   const float* c = n[2];
   const auto w = static_cast<Real>(weight);
@@ -80,7 +78,7 @@ template <class Real>
 
 template <class Real>
 [[gnu::always_inline]] inline bool AddCurvature(float* __restrict t, std::size_t count,
-                                                const Neighbours& n, double weight) {
+                                                const Neighbours<float>& n, double weight) {
   const float* pa = n[0];
   const float* pb = n[1];
   const float* pc = n[2];
@@ -95,20 +93,24 @@ template <class Real>
   });
 }
 
-MAROVIA_WIDE_VECTORS bool RoundedInDouble(std::span<float> t, const Neighbours& n, double weight) {
+MAROVIA_WIDE_VECTORS bool RoundedInDouble(std::span<float> t, const Neighbours<float>& n,
+                                          double weight) {
   return AddRoundedSum<double>(t.data(), t.size(), n, weight);
 }
-MAROVIA_WIDE_VECTORS bool RoundedInSingle(std::span<float> t, const Neighbours& n, double weight) {
+MAROVIA_WIDE_VECTORS bool RoundedInSingle(std::span<float> t, const Neighbours<float>& n,
+                                          double weight) {
   return AddRoundedSum<float>(t.data(), t.size(), n, weight);
 }
-MAROVIA_WIDE_VECTORS bool CurvedInDouble(std::span<float> t, const Neighbours& n, double weight) {
+MAROVIA_WIDE_VECTORS bool CurvedInDouble(std::span<float> t, const Neighbours<float>& n,
+                                         double weight) {
   return AddCurvature<double>(t.data(), t.size(), n, weight);
 }
-MAROVIA_WIDE_VECTORS bool CurvedInSingle(std::span<float> t, const Neighbours& n, double weight) {
+MAROVIA_WIDE_VECTORS bool CurvedInSingle(std::span<float> t, const Neighbours<float>& n,
+                                         double weight) {
   return AddCurvature<float>(t.data(), t.size(), n, weight);
 }
 
-MAROVIA_WIDE_VECTORS void AddWeighted(std::span<float> targets, const Neighbours& n,
+MAROVIA_WIDE_VECTORS void AddWeighted(std::span<float> targets, const Neighbours<float>& n,
                                       double weight) {
   float* __restrict t = targets.data();
   const float* b = n[1];
@@ -128,21 +130,64 @@ MAROVIA_WIDE_VECTORS void Over(std::span<float> targets, float weight) {
   for (float& t : targets) t /= weight;
 }
 
-void CheckSmall(bool small) {
-  if (!small) Fail(Errc::kOverflow, "Overflow: a lifting step leaves its range.");
+// A quotient by 2^kShift, rounded half to even: the rest decides, and of two equally near the floor
+// is taken where it is even.
+template <int kShift>
+[[gnu::always_inline]] inline std::uint32_t RoundedQuotient(std::uint32_t sum) {
+  const auto floor = static_cast<std::uint32_t>(static_cast<std::int32_t>(sum) >> kShift);
+  const std::uint32_t rest = sum & ((1U << kShift) - 1);
+  return floor + ((rest + (floor & 1) + (1U << (kShift - 1)) - 1) >> kShift);
 }
 
-void LiftWhole(WaveletKind wavelet, Direction direction, std::span<float> line) {
-  const int length = static_cast<int>(line.size());
-  SplitLine split(length);
-  split.Resize(length);
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    (i % 2 == 0 ? split.Low() : split.High())[i / 2] = line[i];
+// Adds sign (1 or -1) times the quotient of what sum(i) gives to every target.
+template <int kShift, class Sum>
+[[gnu::always_inline]] inline void AddQuotient(std::span<std::int32_t> targets, std::uint32_t sign,
+                                               Sum sum) {
+  std::int32_t* __restrict t = targets.data();
+  const std::size_t count = targets.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint32_t added = sign * RoundedQuotient<kShift>(sum(i));
+    t[i] = static_cast<std::int32_t>(static_cast<std::uint32_t>(t[i]) + added);
   }
-  split.Lift(LiftingSteps(wavelet, direction), Precision::kDouble);
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    line[i] = (i % 2 == 0 ? split.Low() : split.High())[i / 2];
-  }
+}
+
+template <int kShift>
+[[gnu::always_inline]] inline void AddQuotientOfTwo(std::span<std::int32_t> targets,
+                                                    const Neighbours<std::int32_t>& n,
+                                                    std::uint32_t sign) {
+  const std::int32_t* b = n[1];
+  const std::int32_t* c = n[2];
+  AddQuotient<kShift>(targets, sign, [=](std::size_t i) {
+    return static_cast<std::uint32_t>(b[i]) + static_cast<std::uint32_t>(c[i]);
+  });
+}
+
+MAROVIA_WIDE_VECTORS void AddHalf(std::span<std::int32_t> targets,
+                                  const Neighbours<std::int32_t>& n, std::uint32_t sign) {
+  AddQuotientOfTwo<1>(targets, n, sign);
+}
+
+MAROVIA_WIDE_VECTORS void AddQuarter(std::span<std::int32_t> targets,
+                                     const Neighbours<std::int32_t>& n, std::uint32_t sign) {
+  AddQuotientOfTwo<2>(targets, n, sign);
+}
+
+// (2c - b - d) + (2b - a - c) is (b + c) - (a + d).
+MAROVIA_WIDE_VECTORS void AddSixteenthOfCurvature(std::span<std::int32_t> targets,
+                                                  const Neighbours<std::int32_t>& n,
+                                                  std::uint32_t sign) {
+  const std::int32_t* a = n[0];
+  const std::int32_t* b = n[1];
+  const std::int32_t* c = n[2];
+  const std::int32_t* d = n[3];
+  AddQuotient<4>(targets, sign, [=](std::size_t i) {
+    return static_cast<std::uint32_t>(b[i]) + static_cast<std::uint32_t>(c[i]) -
+           static_cast<std::uint32_t>(a[i]) - static_cast<std::uint32_t>(d[i]);
+  });
+}
+
+void CheckSmall(bool small) {
+  if (!small) Fail(Errc::kOverflow, "Overflow: a lifting step leaves its range.");
 }
 
 }  // namespace
@@ -162,7 +207,7 @@ std::span<const LiftingStep> LiftingSteps(WaveletKind wavelet, Direction directi
 }
 
 void ApplyStep(const LiftingStep& step, Precision precision, std::span<float> targets,
-               const Neighbours& neighbours) {
+               const Neighbours<float>& neighbours) {
   const double weight = step.weight;
   const bool single = precision == Precision::kSingle;
   switch (step.rule) {
@@ -181,19 +226,30 @@ void ApplyStep(const LiftingStep& step, Precision precision, std::span<float> ta
   }
 }
 
-SplitLine::SplitLine(int longest)
+void ApplyStep(const LiftingStep& step, Precision, std::span<std::int32_t> targets,
+               const Neighbours<std::int32_t>& neighbours) {
+  const std::uint32_t sign = step.weight < 0 ? ~0U : 1U;
+  if (step.rule == kCurved) return AddSixteenthOfCurvature(targets, neighbours, sign);
+  if (std::fabs(step.weight) == 0.5) return AddHalf(targets, neighbours, sign);
+  AddQuarter(targets, neighbours, sign);
+}
+
+template <class Sample>
+BasicSplitLine<Sample>::BasicSplitLine(int longest)
     : low_(static_cast<std::size_t>((longest + 1) / 2 + 2 * kMargin)),
       high_(static_cast<std::size_t>(longest / 2 + 2 * kMargin)) {}
 
-void SplitLine::Resize(int length) {
+template <class Sample>
+void BasicSplitLine<Sample>::Resize(int length) {
   length_ = length;
   lowCount_ = (length + 1) / 2;
   highCount_ = length / 2;
 }
 
-void SplitLine::ReflectEnds(Band band) {
+template <class Sample>
+void BasicSplitLine<Sample>::ReflectEnds(Band band) {
   const bool isLow = band == kLow;
-  float* samples = (isLow ? Low() : High()).data();
+  Sample* samples = (isLow ? Low() : High()).data();
   const int count = isLow ? lowCount_ : highCount_;
   const int odd = isLow ? 0 : 1;
   for (int k = 1; k <= int{kMargin}; ++k) {
@@ -203,14 +259,15 @@ void SplitLine::ReflectEnds(Band band) {
   }
 }
 
-void SplitLine::Lift(std::span<const LiftingStep> steps, Precision precision) {
+template <class Sample>
+void BasicSplitLine<Sample>::Lift(std::span<const LiftingStep> steps, Precision precision) {
   if (length_ < 2) return;
   for (const LiftingStep& step : steps) {
     if (step.rule != kTimes && step.rule != kOver) {
       ReflectEnds(step.target == kHigh ? kLow : kHigh);
     }
-    const float* low = Low().data();
-    const float* high = High().data();
+    const Sample* low = Low().data();
+    const Sample* high = High().data();
     if (step.target == kHigh) {
       ApplyStep(step, precision, High(), {low - 1, low, low + 1, low + 2});
     } else {
@@ -219,13 +276,8 @@ void SplitLine::Lift(std::span<const LiftingStep> steps, Precision precision) {
   }
 }
 
-void SymmWavTr2D(WaveletKind wavelet, std::span<float> line) {
-  LiftWhole(wavelet, Direction::kForward, line);
-}
-
-void InvSymmWavTr2D(WaveletKind wavelet, std::span<float> line) {
-  LiftWhole(wavelet, Direction::kInverse, line);
-}
+template class BasicSplitLine<float>;
+template class BasicSplitLine<std::int32_t>;
 
 int PermPlace(Band band, int k, int length) {
   const int half = length / 2;
@@ -237,24 +289,6 @@ int InvPermPlace(Band band, int k, int length) {
   const int half = length / 2;
   if (band == kHigh) return half + k;
   return length % 2 == 0 ? k : 2 * k;
-}
-
-void Perm(std::span<float> line) {
-  const int length = static_cast<int>(line.size());
-  const std::vector<float> interleaved(line.begin(), line.end());
-  for (int i = 0; i < length; ++i) {
-    const int place = PermPlace(i % 2 == 0 ? kLow : kHigh, i / 2, length);
-    line[static_cast<std::size_t>(place)] = interleaved[static_cast<std::size_t>(i)];
-  }
-}
-
-void INVPERM(std::span<float> line) {
-  const int length = static_cast<int>(line.size());
-  const std::vector<float> bands(line.begin(), line.end());
-  for (int i = 0; i < length; ++i) {
-    const int place = InvPermPlace(i % 2 == 0 ? kLow : kHigh, i / 2, length);
-    line[static_cast<std::size_t>(i)] = bands[static_cast<std::size_t>(place)];
-  }
 }
 
 }  // namespace marovia

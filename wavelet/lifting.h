@@ -10,10 +10,11 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <span>
 #include <vector>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 
@@ -50,9 +51,15 @@ enum class Precision { kSingle, kDouble };
 // Applies one step to targets that lie one after another; neighbours[i] are a, b, c and d of the
 // targets (b and c alone where the rule needs no more). No neighbour overlaps a target.
 // Error kOverflow where a value to be rounded leaves 32 bits.
-using Neighbours = std::array<const float*, 4>;
+template <class Sample>
+using Neighbours = std::array<const Sample*, 4>;
 void ApplyStep(const LiftingStep& step, Precision precision, std::span<float> targets,
-               const Neighbours& neighbours);
+               const Neighbours<float>& neighbours);
+
+// The rounded steps on whole numbers, in sums modulo 2^32: nothing can overflow, and any bits come
+// back that a forward step was given. The integer wavelets have no other steps.
+void ApplyStep(const LiftingStep& step, Precision precision, std::span<std::int32_t> targets,
+               const Neighbours<std::int32_t>& neighbours);
 
 // The index of a sample of a line of `length` samples, reflected at both ends as often as needed.
 inline int Reflect(int index, int length) {
@@ -63,16 +70,17 @@ inline int Reflect(int index, int length) {
 }
 
 // A line split into its two bands, with room around each for the samples reflected at the ends.
-class SplitLine {
+template <class Sample>
+class BasicSplitLine {
  public:
-  explicit SplitLine(int longest);
+  explicit BasicSplitLine(int longest);
 
   // Makes room for a line of `length` samples: Low() then has the larger half.
   void Resize(int length);
-  std::span<float> Low() {
+  std::span<Sample> Low() {
     return std::span(low_).subspan(kMargin, static_cast<std::size_t>(lowCount_));
   }
-  std::span<float> High() {
+  std::span<Sample> High() {
     return std::span(high_).subspan(kMargin, static_cast<std::size_t>(highCount_));
   }
 
@@ -88,22 +96,18 @@ class SplitLine {
   int length_ = 0;
   int lowCount_ = 0;
   int highCount_ = 0;
-  std::vector<float> low_;
-  std::vector<float> high_;
+  std::vector<Sample> low_;
+  std::vector<Sample> high_;
 };
 
-// The same on a whole line in place: interleaved before and after (low samples at even places).
-void SymmWavTr2D(WaveletKind wavelet, std::span<float> line);
-void InvSymmWavTr2D(WaveletKind wavelet, std::span<float> line);
+using SplitLine = BasicSplitLine<float>;
+extern template class BasicSplitLine<float>;
+extern template class BasicSplitLine<std::int32_t>;
 
-// Interleaved order to band order (all low samples, then all high ones), and back. With an odd
-// length the last low sample stays last, and INVPERM, which reads such a line as if it were even,
-// does not restore what Perm was given: part of the file format.
-void Perm(std::span<float> line);
-void INVPERM(std::span<float> line);
-
-// The place in a line of `length` samples in band order where Perm puts the low (high) sample k,
-// and the one where INVPERM finds it.
+// The place of the low (high) sample k in a line of `length` samples in band order (all low
+// samples, then all high ones), and the one where the way back looks for it. They differ for odd
+// lengths, where the last low sample stays last, but is looked for as if the length were even: part
+// of the file format.
 int PermPlace(Band band, int k, int length);
 int InvPermPlace(Band band, int k, int length);
 

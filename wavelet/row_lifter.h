@@ -12,9 +12,10 @@ namespace marovia {
 
 // Lifts `count` rows of `width` samples. Rows are fetched in interleaved order just before they are
 // needed and stored as soon as they are done, so that only kRing of them are in memory.
-class RowLifter {
+template <class Sample>
+class BasicRowLifter {
  public:
-  RowLifter(std::span<const LiftingStep> steps, Precision precision, int count, int width)
+  BasicRowLifter(std::span<const LiftingStep> steps, Precision precision, int count, int width)
       : steps_(steps),
         precision_(precision),
         count_(count),
@@ -56,7 +57,7 @@ class RowLifter {
     return lag;
   }
 
-  std::span<float> Slot(int row) {
+  std::span<Sample> Slot(int row) {
     return std::span(ring_).subspan(static_cast<std::size_t>(row) % kRing * width_, width_);
   }
 
@@ -71,7 +72,7 @@ class RowLifter {
     }
   }
 
-  const float* Neighbour(int row) { return Slot(Reflect(row, count_)).data(); }
+  const Sample* Neighbour(int row) { return Slot(Reflect(row, count_)).data(); }
 
   template <class Store>
   void StoreAt(Band band, int k, Store& store) {
@@ -83,7 +84,9 @@ class RowLifter {
   Precision precision_;
   int count_;
   std::size_t width_;
-  std::vector<float> ring_;
+  std::vector<Sample> ring_;
 };
+
+using RowLifter = BasicRowLifter<float>;
 
 }  // namespace marovia

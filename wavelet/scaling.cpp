@@ -1,11 +1,10 @@
-#include "wavelet/scaling.h"
-
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 #include "base/checked.h"
 #include "wavelet/catalogue.h"
+#include "wavelet/transform.h"
 
 namespace marovia {
 namespace {

@@ -5,11 +5,10 @@
 #include <cmath>
 
 #include "base/bits.h"
-#include "base/magnitude.h"
+#include "base/checked.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/lifting.h"
 #include "wavelet/row_lifter.h"
-#include "wavelet/scaling.h"
 
 namespace marovia {
 namespace {
@@ -44,7 +43,7 @@ MAROVIA_WIDE_VECTORS void Interleave(SplitLine& split, std::span<float> line) {
   if (line.size() % 2 != 0) line.back() = low[pairs];
 }
 
-// Perm and INVPERM between a line in band order and its two bands.
+// Between the two bands of a line and the line in band order, as PermPlace and InvPermPlace say.
 void StoreBands(SplitLine& split, std::span<float> line) {
   const auto low = split.Low();
   const auto high = split.High();
@@ -146,11 +145,10 @@ Grid<float> NextLowBand(const Grid<float>& coefficients, const Grid<float>& low,
 
 // Whether all values times `factor`, below 2^22 in magnitude, are whole numbers.
 MAROVIA_WIDE_VECTORS bool AreWhole(std::span<const float> values, float factor) {
-  constexpr float kRounder = 12582912.0F;
   std::int32_t fractions = 0;
   for (const float value : values) {
     const float scaled = value * factor;
-    fractions |= ((scaled + kRounder) - kRounder) != scaled ? 1 : 0;
+    fractions |= ((scaled + kRounder<float>)-kRounder<float>) != scaled ? 1 : 0;
   }
   return fractions == 0;
 }
@@ -171,8 +169,6 @@ Precision InversePrecision(std::span<const float> values, WaveletKind wavelet, i
 // Whether every rounded value, and its magnitude, fits 16 bits.
 MAROVIA_WIDE_VECTORS bool RoundToPixels(std::span<const float> values,
                                         std::span<std::uint8_t> pixels) {
-  // 1.5 * 2^23: adding and subtracting it rounds a float below 2^22 half to even.
-  constexpr float kRounder = 12582912.0F;
   // Magnitudes are in the order of their bit patterns, and NaNs above all of them.
   constexpr auto kWhite = std::bit_cast<std::int32_t>(255.0F);
   constexpr auto kMostIn16Bits = std::bit_cast<std::int32_t>(32767.5F) - 1;
@@ -183,7 +179,8 @@ MAROVIA_WIDE_VECTORS bool RoundToPixels(std::span<const float> values,
     const std::int32_t magnitude = std::bit_cast<std::int32_t>(values[i]) & INT32_MAX;
     tooLarge |= kMostIn16Bits - magnitude;
     const auto capped = std::bit_cast<float>(std::min(magnitude, kWhite));
-    out[i] = static_cast<std::uint8_t>(static_cast<std::int32_t>((capped + kRounder) - kRounder));
+    out[i] = static_cast<std::uint8_t>(
+        static_cast<std::int32_t>((capped + kRounder<float>)-kRounder<float>));
   }
   return tooLarge >= 0;
 }

@@ -2,12 +2,16 @@
 //
 // After L levels of an image of R x C the coefficients form a pyramid: the low band of the last
 // level (R / 2^L x C / 2^L, halves dropped) in the top left corner, and for each level its three
-// detail bands beside, below and across the corner that the next level transforms again. Sides that
-// are no multiples of 2^L are coded and decoded in step, but their odd lines do not come back
-// faithfully.
+// detail bands beside, below and diagonally below the corner that the next level transforms again.
+// Sides that are no multiples of 2^L are coded and decoded in step, but their odd lines do not come
+// back faithfully.
 #pragma once
 
-#include "marovia/codec.h"
+#include "marovia/error.h"
+#include "marovia/image.h"
+#include "marovia/types.h"
+
+#include "wavelet/lifting.h"
 
 namespace marovia {
 
@@ -23,5 +27,18 @@ Image InvertTheTransformQuant(Grid<float>& coefficients, WaveletKind wavelet, in
 // A pixel from a value: rounded half to even, the magnitude of what is negative, 255 at the most.
 // Error kOverflow where the rounded value or its magnitude leaves 16 bits.
 void ToPixels(std::span<const float> values, std::span<std::uint8_t> pixels);
+
+// Multiplies (forward) or divides the detail bands of level l by 2^l and the low band of the last
+// level L by 2^(L+1), so that magnitudes are comparable across the levels of an integer wavelet.
+// Sides that do not halve evenly are rounded half to even here, where the bands themselves drop the
+// half (75 becomes 38, not 37): part of the file format.
+void ScalingOfWT(Grid<float>& coefficients, int levels, Direction direction);
+
+// Takes the mean of the low band off it and returns it: a whole number with an integer wavelet.
+// Summed in single precision, row by row.
+float SubtractAverage(Grid<float>& coefficients, WaveletKind wavelet, int levels);
+
+// Puts it back.
+void AddAverage(Grid<float>& coefficients, int levels, float mean);
 
 }  // namespace marovia

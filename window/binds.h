@@ -16,7 +16,8 @@ class Binds {
  public:
   using Handler = std::function<void()>;
 
-  explicit Binds(frmMain& form) : form_(form) {}
+  // `afterwards` runs after every handler of an event.
+  Binds(frmMain& form, Handler afterwards) : form_(form), afterwards_(std::move(afterwards)) {}
 
   frmMain& Form() { return form_; }
 
@@ -44,7 +45,7 @@ class Binds {
   // The mark is that of an option or a check box.
   void Bind(QAbstractButton* button, const CaptionedControl& control, const bool* mark = nullptr) {
     AddCaption(button, "text", control);
-    if (mark != nullptr) Also([button, mark] { button->setChecked(*mark); });
+    if (mark != nullptr) Also([button, mark] { ShowMark(*button, *mark); });
     QObject::connect(button, &QAbstractButton::clicked, [this, &control] { Click(control); });
   }
 
@@ -100,8 +101,11 @@ class Binds {
 
   // Runs what an event asks for; any control may differ afterwards.
   void Run(const Handler& handler) {
+    ++running_;
     handler();
+    --running_;
     ShowAll();
+    if (running_ == 0) afterwards_();
   }
   void Click(const Control& control) {
     Run([&] { form_.Click(control); });
@@ -129,7 +133,15 @@ class Binds {
     });
   }
 
+  // Tab leads to the marked one of several options.
+  static void ShowMark(QAbstractButton& button, bool mark) {
+    button.setChecked(mark);
+    if (button.autoExclusive()) button.setFocusPolicy(mark ? Qt::StrongFocus : Qt::ClickFocus);
+  }
+
   frmMain& form_;
+  Handler afterwards_;
+  int running_ = 0;  // handlers, one inside the other
   std::vector<Handler> shows_;
   std::unordered_map<const Control*, std::pair<QWidget*, std::size_t>> widgets_;  // with their show
 };

@@ -5,8 +5,8 @@ namespace {
 
 class HelpWindow : public ToolWindow {
  public:
-  HelpWindow(const QString& file, QWidget* parent) : ToolWindow("Help", "Marovia Help", parent) {
-    resize(760, 640);
+  HelpWindow(const QString& file, QWidget* parent)
+      : ToolWindow("Help", "Marovia Help", {760, 640}, parent) {
     setCentralWidget(page_);
     page_->setObjectName("HelpPage");
     page_->setAccessibleName("Help page");

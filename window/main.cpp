@@ -13,13 +13,13 @@ int Fail(const QString& why, int status) {
 
 // At its end the form deletes temporary files of the current folder, which therefore is one that
 // holds nobody's.
-int Run(bool padToFit, const QStringList& files) {
+int Run(bool padToFit, const std::vector<std::filesystem::path>& files) {
   const QTemporaryDir folder;
   if (!folder.isValid() || !QDir::setCurrent(folder.path())) return Fail(folder.errorString(), 1);
   const auto window = marovia::MakeMainWindow(padToFit);
   window->show();
   QTimer::singleShot(0, window.get(), [&] {
-    for (const QString& file : files) window->OpenFile(file.toStdString());
+    if (!files.empty()) window->OpenFiles(files);
   });
   return QApplication::exec();
 }
@@ -45,7 +45,8 @@ int main(int argc, char** argv) {
   parser.process(app);
   const QString pad = parser.value("pad");
   if (pad != "auto" && pad != "never") return Fail("--pad is auto or never", 2);
-  QStringList files = parser.positionalArguments();
-  for (QString& file : files) file = QFileInfo(file).absoluteFilePath();
+  std::vector<std::filesystem::path> files;
+  for (const QString& file : parser.positionalArguments())
+    files.push_back(QFileInfo(file).filesystemAbsoluteFilePath());
   return Run(pad == "auto", files);
 }

@@ -1,34 +1,26 @@
 #include "window/main_window.h"
 
+#include <utility>
+
+#include "window/settle.h"
 #include "window/tool_window.h"
 
 namespace marovia {
 namespace {
 
 constexpr int kReportLines = 8;
+constexpr int kLeastReportLines = 3;
+constexpr const char* kLongestCaption = "Reconstruction: 9999 x 9999 pixels";
 
-// A name typed without a suffix gets that of the filter's pattern.
-void SetUp(QFileDialog& dialog, const FileDialog& question) {
-  const bool opens = question.form == DialogForm::kOpen;
-  dialog.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
-  dialog.setFileMode(question.writesFile ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog.setOption(QFileDialog::DontConfirmOverwrite);
-  if (question.writesFile) dialog.setLabelText(QFileDialog::Accept, "&Save");
-  // Open dialogs of some desktops take no name that is not there.
-  dialog.setOption(QFileDialog::DontUseNativeDialog, opens && question.writesFile);
-  dialog.setNameFilter(Text(FilterNames(question.filter)));
-  const auto folder = dialog.directory().filesystemPath();
-  if (!question.writesFile) dialog.selectNameFilter(Text(UsefulFilter(question.filter, folder)));
-  dialog.setDefaultSuffix(Text(question.defaultSuffix));
-  QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& name) {
-    dialog.setDefaultSuffix(Text(SuffixOfFilter(name.toStdString())));
-  });
+// Whatever the other program would rather do.
+void TakeAsCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
 }
 
-bool MayReplace(const QString& file, QWidget* parent) {
-  return QMessageBox::warning(parent, "Replace file", Text(ReplaceQuestion(file.toStdString())),
-                              QMessageBox::Yes | QMessageBox::No,
-                              QMessageBox::No) == QMessageBox::Yes;
+// While a question is open, the form is in the middle of an action.
+bool Takes(const QDropEvent& event) {
+  return event.mimeData()->hasUrls() && QApplication::activeModalWidget() == nullptr;
 }
 
 class FormWindow : public MainWindow, private Desktop {
@@ -36,6 +28,7 @@ class FormWindow : public MainWindow, private Desktop {
   explicit FormWindow(bool padToFit) {
     form_.Form_Load();
     form_.state.padToFit = padToFit;
+    form_.state.exactRate = true;
     setObjectName("frmMain");
     setWindowTitle("Marovia");
     setAcceptDrops(true);
@@ -43,7 +36,9 @@ class FormWindow : public MainWindow, private Desktop {
     setCentralWidget(Row({Column({Pictures(), ReportBox()}), MakeSidePanel(binds_)}));
     centralWidget()->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     binds_.ShowAll();
-    resize(form_.window.width / kTwipsPerPixel, minimumSizeHint().height());
+    resize(QSize(form_.window.width / kTwipsPerPixel, 0)
+               .expandedTo(sizeHint())
+               .boundedTo(RoomOnScreen(*this)));
   }
 
   // The widgets go before the form that they show.
@@ -53,36 +48,31 @@ class FormWindow : public MainWindow, private Desktop {
   }
 
   [[nodiscard]] const frmMain& Form() const override { return form_; }
-  void OpenFile(const std::filesystem::path& file) override {
-    binds_.Run([&] { form_.OpenFile(file); });
+  void OpenFiles(const std::vector<std::filesystem::path>& files) override {
+    binds_.Run([&] { form_.OpenFiles(files); });
   }
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override {
-    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+    if (Takes(*event)) TakeAsCopy(*event);
   }
   void dropEvent(QDropEvent* event) override {
+    if (!Takes(*event)) return;
+    TakeAsCopy(*event);
+    std::vector<std::filesystem::path> files;
     for (const QUrl& url : event->mimeData()->urls())
-      if (url.isLocalFile()) OpenFile(url.toLocalFile().toStdString());
-    event->acceptProposedAction();
+      if (url.isLocalFile()) files.emplace_back(url.toLocalFile().toStdString());
+    OpenFiles(files);
   }
 
  private:
   std::optional<std::filesystem::path> ChooseFile(const FileDialog& question) override {
-    const QString folder = Text(question.initialFolder.string());
-    QFileDialog dialog(this, Text(question.title),
-                       QDir(folder).exists() ? folder : QDir::homePath());
-    SetUp(dialog, question);
-    while (dialog.exec() == QDialog::Accepted) {
-      const QString chosen = dialog.selectedFiles().value(0);
-      if (!question.AsksBeforeReplacing() || !QFileInfo::exists(chosen) || MayReplace(chosen, this))
-        return chosen.toStdString();
-    }
-    return std::nullopt;
+    return AskForFile(question, this);
   }
   void SetPointer(Pointer pointer) override {
     pointer == Pointer::kBusy ? QApplication::setOverrideCursor(Qt::WaitCursor)
                               : QApplication::restoreOverrideCursor();
+    wasBusy_ = true;
   }
   void Repaint(const Control& control) override { binds_.Repaint(control); }
   void SetFocus(const Control& control) override { binds_.SetFocus(control); }
@@ -90,6 +80,9 @@ class FormWindow : public MainWindow, private Desktop {
   void ShowHelp(const std::filesystem::path& file, int) override { ShowHelpWindow(file, this); }
   [[nodiscard]] std::filesystem::path ProgramFolder() const override {
     return FolderOfProgramFiles(QApplication::applicationDirPath().toStdString());
+  }
+  [[nodiscard]] std::filesystem::path PicturesFolder() const override {
+    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
   }
 
   void MakeMenus() {
@@ -103,17 +96,29 @@ class FormWindow : public MainWindow, private Desktop {
       binds_.Bind(menuBar()->addAction(QString()), *item);
   }
 
+  // In two lines where the letters are large or the screen is small, whatever the text, so that the
+  // pictures stay where they are. A label that wraps would keep all beside it from getting smaller.
+  QWidget* Caption(const char* name, std::string (frmMain::*text)() const) {
+    auto* caption = binds_.New<QLabel>(name, text);
+    const int room =
+        std::min(PicturePlace::GoodRoom(devicePixelRatioF()), RoomOnScreen(*this).width() / 4);
+    if (caption->fontMetrics().horizontalAdvance(kLongestCaption) <= room) return caption;
+    caption->setMinimumHeight(2 * caption->fontMetrics().lineSpacing());
+    caption->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
+    binds_.Also([caption] { caption->setText(caption->text().replace(": ", ":\n")); });
+    return caption;
+  }
+
   QWidget* Pictures() {
     const auto option = [this](const OptionButton& control) {
       return binds_.New<QRadioButton>(control, &control.selected);
     };
-    return Columns(3,
-                   {binds_.New<QLabel>("SourceCaption", &frmMain::SourceCaption),
-                    MakePicture(binds_, form_.GraphBox),
-                    Row({option(form_.OpDisplayImage), option(form_.OpDisplayTransform), Room()}),
-                    binds_.New<QLabel>("ReconstructionCaption", &frmMain::ReconstructionCaption),
-                    MakePicture(binds_, form_.GraphBoxRec),
-                    Row({Room(), binds_.New<QPushButton>(form_.cmdViewer)})});
+    return Columns(
+        3, {Caption("SourceCaption", &frmMain::SourceCaption), MakePicture(binds_, form_.GraphBox),
+            Row({option(form_.OpDisplayImage), option(form_.OpDisplayTransform), Room()}),
+            Caption("ReconstructionCaption", &frmMain::ReconstructionCaption),
+            MakePicture(binds_, form_.GraphBoxRec),
+            Row({Room(), binds_.New<QPushButton>(form_.cmdViewer)})});
   }
 
   QWidget* ReportBox() {
@@ -127,12 +132,18 @@ class FormWindow : public MainWindow, private Desktop {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setStyleStrategy(QFont::PreferNoShaping);  // which takes longer than all else of a line
     report->setFont(font);
-    report->setFixedHeight(report->fontMetrics().lineSpacing() * kReportLines + 2 * kMargin);
+    const int line = report->fontMetrics().lineSpacing();
+    report->setMinimumHeight(line * kLeastReportLines + 2 * kMargin);
+    report->setMaximumHeight(line * kReportLines + 2 * kMargin);
     return report;
   }
 
   frmMain form_{*this};
-  Binds binds_{form_};
+  // What is clicked during a run would meet controls that mean something else after it.
+  Binds binds_{form_, [this] {
+                 if (std::exchange(wasBusy_, false)) Settle();
+               }};
+  bool wasBusy_ = false;
 };
 
 }  // namespace

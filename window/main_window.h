@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "app/picture_place.h"
+#include "app/viewing.h"
 #include "window/binds.h"
 
 namespace marovia {
@@ -17,11 +17,15 @@ QWidget* MakePicture(Binds& binds, const PictureBox& picture);
 // In pixels of the screen.
 PicturePlace PlaceOfPicture(const QWidget& widget);
 
+// The file that the user chose; one that is about to be written has a name that its kind may have,
+// and is not there or may be replaced.
+std::optional<std::filesystem::path> AskForFile(const FileDialog& question, QWidget* window);
+
 class MainWindow : public QMainWindow {
  public:
   [[nodiscard]] virtual const frmMain& Form() const = 0;
-  // As if it were dropped.
-  virtual void OpenFile(const std::filesystem::path& file) = 0;
+  // As if they were dropped.
+  virtual void OpenFiles(const std::vector<std::filesystem::path>& files) = 0;
 };
 
 // Its end deletes temporary files of the current folder.

@@ -22,6 +22,12 @@ inline QString Text(std::string_view text) {
   return QString::fromUtf8(text);
 }
 
+// For a window and its frame, on the screen of another.
+inline QSize RoomOnScreen(const QWidget& widget) {
+  const int title = widget.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  return widget.screen()->availableSize() - QSize(0, title);
+}
+
 // A view of the samples, which must outlive it; null for an empty image.
 inline QImage ShownImage(const Image& image) {
   if (image.Empty()) return {};

@@ -1,4 +1,6 @@
-#include "app/picture_marks.h"
+#include <QAccessibleWidget>
+
+#include "app/viewing.h"
 #include "window/main_window.h"
 
 namespace marovia {
@@ -14,9 +16,11 @@ class PictureView : public QWidget {
     binds_.Add(this, picture_, [this] { ShowPicture(); });
   }
 
+  [[nodiscard]] QSize sizeHint() const override {
+    return QSize(1, 1) * PicturePlace::GoodRoom(devicePixelRatioF());
+  }
   [[nodiscard]] QSize minimumSizeHint() const override {
-    const int side = PicturePlace::LeastRoom(devicePixelRatioF());
-    return {side, side};
+    return QSize(1, 1) * PicturePlace::LeastRoom(devicePixelRatioF());
   }
 
  protected:
@@ -31,10 +35,11 @@ class PictureView : public QWidget {
     painter.scale(factor, factor);
     painter.fillRect(picture.adjusted(-rim, -rim, rim, rim),
                      palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
-    picture_.raster.Empty() ? PaintPlaceholder(painter, picture)
+    picture_.raster.Empty() ? painter.fillRect(picture, palette().base())
                             : painter.drawImage(picture, ShownImage(picture_.raster));
     for (const PictureMark& mark : MarksOver(picture_))
       painter.fillRect(mark.col, mark.row, mark.cols, mark.rows, QColor::fromRgba(mark.argb));
+    if (picture_.raster.Empty()) PaintPlaceholder(painter, painter.transform().mapRect(picture));
   }
 
   void mousePressEvent(QMouseEvent* event) override { Tell(&frmMain::GraphBox_MouseDown, *event); }
@@ -68,10 +73,11 @@ class PictureView : public QWidget {
     update();
   }
 
+  // In letters of the usual size, whatever that of the picture.
   void PaintPlaceholder(QPainter& painter, const QRect& picture) const {
-    painter.fillRect(picture, palette().base());
+    painter.resetTransform();
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(picture.adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
+    painter.drawText(picture.adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap,
                      Text(picture_.placeholder));
   }
 
@@ -89,9 +95,16 @@ class PictureView : public QWidget {
   PictureBox shown_ = picture_;
 };
 
+// To who hears the form, a picture is one.
+QAccessibleInterface* AccessiblePicture(const QString&, QObject* object) {
+  auto* view = dynamic_cast<PictureView*>(object);
+  return view == nullptr ? nullptr : Make<QAccessibleWidget>(view, QAccessible::Graphic);
+}
+
 }  // namespace
 
 QWidget* MakePicture(Binds& binds, const PictureBox& picture) {
+  QAccessible::installFactory(AccessiblePicture);
   return Make<PictureView>(binds, picture);
 }
 

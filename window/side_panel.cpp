@@ -5,8 +5,9 @@ namespace {
 
 // Of the widest page, so that the pictures stay where they are; wider fonts widen it.
 constexpr int kPanelWidth = 248;
-constexpr int kNumberWidth = 64;
-constexpr int kRateWidth = 112;  // for what the bits of a file make a pixel
+// Digits that a field has room for.
+constexpr int kNumberDigits = 6;
+constexpr int kRateDigits = 12;  // for what the bits of a file make a pixel
 
 QWidget* Heading(Binds& binds, const TextLabel& control) {
   auto* label = binds.New<QLabel>(control);
@@ -31,6 +32,11 @@ QWidget* Options(Binds& binds, std::span<const OptionButton> options,
   layout->setContentsMargins(direction == QBoxLayout::LeftToRight ? 12 : 0, 0, 0, 0);
   for (const OptionButton& option : options)
     layout->addWidget(binds.New<QRadioButton>(option, &option.selected), 2 + layout->count());
+  // Tab leads to the first while the marked one is hidden.
+  binds.Also([options, first = widget->findChild<QRadioButton*>()] {
+    const auto seen = [](const OptionButton& option) { return option.selected && option.visible; };
+    if (std::ranges::none_of(options, seen)) first->setFocusPolicy(Qt::StrongFocus);
+  });
   return widget;
 }
 
@@ -41,9 +47,9 @@ QWidget* Field(Binds& binds, const TextLabel& control, QWidget* field) {
 }
 
 // Enter in it is Go.
-QWidget* Number(Binds& binds, TextBox& control, int width = kNumberWidth) {
+QWidget* Number(Binds& binds, TextBox& control, int digits = kNumberDigits) {
   auto* edit = binds.New<QLineEdit>(control);
-  edit->setFixedWidth(width);
+  edit->setFixedWidth(edit->fontMetrics().horizontalAdvance(QString(digits, '0')) + 3 * kMargin);
   edit->setAcceptDrops(false);
   QObject::connect(edit, &QLineEdit::returnPressed,
                    [&binds] { binds.Click(binds.Form().cmdBegin[0]); });
@@ -56,7 +62,7 @@ QWidget* CoderPage(Binds& binds, frmMain& form) {
   hint->setAlignment(Qt::AlignRight | Qt::AlignTop);
   auto* method = Options(binds, form.OpMethod.options);
   auto* coding = Options(binds, form.OpEntropyCode.options);
-  auto* rate = Field(binds, form.Label[3], Number(binds, form.txtBitRate, kRateWidth));
+  auto* rate = Field(binds, form.Label[3], Number(binds, form.txtBitRate, kRateDigits));
   auto* share = Field(binds, form.Label[4], Number(binds, form.txtROIPercent));
   return Column(
       {Heading(binds, form.Label[0]),
@@ -81,9 +87,9 @@ QWidget* MeasuresPage(Binds& binds, frmMain& form) {
 QWidget* MakeSidePanel(Binds& binds) {
   auto* hint = binds.New<QLabel>(binds.Form().howToBegin);
   hint->setWordWrap(true);
+  hint->setMinimumWidth(kPanelWidth);
   auto* panel = Make<QStackedWidget>();
   panel->setObjectName("Frame2");
-  panel->setMinimumWidth(kPanelWidth);
   panel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
   panel->addWidget(Column({hint, Room()}));
   panel->addWidget(CoderPage(binds, binds.Form()));

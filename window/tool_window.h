@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "app/comparison.h"
+#include "app/viewing.h"
 #include "window/make.h"
 
 namespace marovia {
@@ -16,8 +16,9 @@ void ShowHelpWindow(const std::filesystem::path& file, QWidget* parent);
 // Has a bar of tools; Esc closes it.
 class ToolWindow : public QMainWindow {
  public:
-  ToolWindow(const QString& name, const QString& title, QWidget* parent)
+  ToolWindow(const QString& name, const QString& title, QSize size, QWidget* parent)
       : QMainWindow(parent), bar_(addToolBar(title)) {
+    resize(size.boundedTo(RoomOnScreen(*this)));
     setObjectName(name);
     setWindowTitle(title);
     bar_->setMovable(false);

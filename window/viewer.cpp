@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "app/zoom.h"
+#include "app/viewing.h"
 #include "window/tool_window.h"
 
 namespace marovia {
@@ -12,9 +12,10 @@ constexpr int kTall = 1 << 20;  // above any zoomed image
 class Viewer : public ToolWindow {
  public:
   Viewer(Comparison images, QWidget* parent)
-      : ToolWindow("Viewer", "Full Resolution - Marovia", parent), images_(std::move(images)) {
+      : ToolWindow("Viewer", "Full Resolution - Marovia", {images.HasTwo() ? 1120 : 680, 680},
+                   parent),
+        images_(std::move(images)) {
     setAttribute(Qt::WA_DeleteOnClose);
-    resize(images_.HasTwo() ? 1120 : 680, 680);
     AddTool("Zoom Out", QKeySequence::ZoomOut, [this] { SetZoom(zoom_.Times(0.5)); });
     bar_->addWidget(zoomLabel_);
     AddTool("Zoom In", QKeySequence::ZoomIn, [this] { SetZoom(zoom_.Times(2)); });

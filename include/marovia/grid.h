@@ -28,6 +28,10 @@ struct UnfilledAllocator : std::allocator<T> {
 };
 // NOLINTEND(readability-identifier-naming)
 
+// An array whose values are all written before they are read.
+template <class T>
+using Buffer = std::vector<T, UnfilledAllocator<T>>;
+
 // Rows() x Cols() values; (r, c) is row r from the top, column c from the left, both from 0. The
 // samples lie row by row without gaps. Positions are not checked, sizes are never negative.
 template <class T>
@@ -72,7 +76,7 @@ class Grid {
 
   int rows_ = 0;
   int cols_ = 0;
-  std::vector<T, UnfilledAllocator<T>> samples_;
+  Buffer<T> samples_;
 };
 
 }  // namespace marovia

@@ -6,13 +6,6 @@
 namespace marovia::test {
 namespace {
 
-constexpr FileKind kEveryKind[] = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
-                                   FileKind::kAwg};
-
-const char* RateOf(FileKind kind) {
-  return kind == FileKind::kAwg ? "0" : "1";
-}
-
 Bytes FromText(std::string_view text) {
   return {text.begin(), text.end()};
 }
@@ -20,130 +13,78 @@ Bytes FromText(std::string_view text) {
 class Failures : public FormTest {
  protected:
   // A form in the middle of its use: a reconstruction, a region, a wavelet of its own.
-  void Use() {
+  Failures() {
     Load(Photograph(64, 64));
     Compress(FileKind::kAwf, "2", "good.awf");
     Decompress(FileKind::kAwf, "2", "good.awf");
     Drag(50, 50, 150, 150);
     desktop.reports.clear();
-    source_ = *form.state.SourceImage;
-    reconstruction_ = *form.state.ReconstructedImage;
-    transform_ = *form.state.TransformArray;
-    before_ = Settings();
   }
 
   // All that a user sees apart from Report.
-  std::string Settings() {
-    return form.txtLevels.text + "|" + form.txtBitRate.text + "|" + form.txtROIPercent.text + "|" +
-           form.cmbWavelet.text + "|" + form.Label[0].caption + "|" + form.state.GraphBoxContent +
-           form.state.GraphBoxRecContent + std::to_string(form.state.ROISelected) +
-           std::to_string(static_cast<int>(form.state.WaveletKind));
+  auto Seen() {
+    return std::tuple(form.txtLevels.text, form.txtBitRate.text, form.txtROIPercent.text,
+                      form.cmbWavelet.text, form.Label[0].caption, form.GraphBox, form.GraphBoxRec,
+                      InForce(), form.state.WaveletKind, *form.state.SourceImage,
+                      *form.state.ReconstructedImage, *form.state.TransformArray);
   }
 
-  void ExpectAllAsBefore(const std::string& sentenceStart) {
-    EXPECT_TRUE(form.Report.text.starts_with(sentenceStart)) << form.Report.text;
-    EXPECT_EQ(Settings(), before_);
-    EXPECT_EQ(*form.state.SourceImage, source_);
-    EXPECT_EQ(*form.state.ReconstructedImage, reconstruction_);
-    EXPECT_EQ(*form.state.TransformArray, transform_);
-    EXPECT_EQ(form.GraphBox.raster, SampleImage(source_));
-    EXPECT_EQ(form.GraphBoxRec.raster, SampleImage(reconstruction_));
-    EXPECT_TRUE(form.GraphBox.outline);
+  void ExpectRefused(const std::string& sentence, const std::function<void()>& act) {
+    SCOPED_TRACE(sentence);
+    const auto before = Seen();
+    act();
+    EXPECT_TRUE(form.Report.text.starts_with(sentence)) << form.Report.text;
+    EXPECT_EQ(Seen(), before);
     EXPECT_FALSE(desktop.IsBusy());
   }
-
-  Image source_, reconstruction_;
-  Grid<float> transform_;
-  std::string before_;
 };
 
-TEST_F(Failures, AFileThatIsNoImageSaysWhatIsWrongAndLeavesTheEarlierOne) {
-  Use();
+TEST_F(Failures, AFileThatCannotBeReadSaysWhyAndLeavesWhatWasThere) {
+  Bytes levels = FileBytes(Path("good.awf"));
+  levels[4] = 92;
   const std::pair<const char*, Bytes> files[] = {
       {"comment.pgm", FromText("P5\n# a comment\n4 4\n255\n................")},
-      {"ascii.pgm", FromText("P2\n2 2\n255\n1 2 3 4")},
-      {"short.pgm", FromText("P5\n40 40\n255\nabc")},
-      {"empty.pgm", {}},
       {"huge.pgm", FromText("P5\n40000 9\n255\n")},
       {"long.bmp", FromText("BM, but nothing of a bitmap behind it")},
       {"other.bmp", WritePgm(Image(8, 8))},
-  };
+      {"empty.awf", {}},
+      {"levels.awf", levels}};
   for (const auto& [name, bytes] : files) {
-    SCOPED_TRACE(name);
     WriteFile(Path(name), bytes);
-    LoadFile(Path(name));
     const bool bmp = std::string_view(name).ends_with("bmp");
-    ExpectAllAsBefore((bmp ? "Error loading file.\r\n" : "") + std::string(name) + ": ");
+    ExpectRefused((bmp ? "Error loading file.\r\n" : "") + std::string(name) + ": ", [&] {
+      std::string_view(name).ends_with("awf") ? Go(name) : LoadFile(Path(name));
+    });
   }
-  LoadFile(Path("missing.pgm"));
-  ExpectAllAsBefore("missing.pgm: ");
-  LoadFile(Path("good.awf/x.bmp"));
-  ExpectAllAsBefore("Error loading file.\r\nx.bmp: ");
+  ExpectRefused("missing.pgm: ", [this] { LoadFile(Path("missing.pgm")); });
+  Go("good.awf");
+  EXPECT_EQ(form.Report.text, "Image decompressed.");
 }
 
-TEST_F(Failures, AFileThatCannotBeWrittenIsNamed) {
-  Use();
-  for (const FileKind kind : kEveryKind) {
-    Choose(kind, RateOf(kind));
+TEST_F(Failures, AFileThatCannotBeWrittenIsNamedAndAnEarlierOneStaysWhole) {
+  WriteFile(Path("there.awd"), FromText("precious"));
+  for (const Coder& coder : AllCoders()) {
+    if (coder.version != 1) continue;  // refused with a region
+    Choose(coder, coder.lossless ? "0" : "1");
     form.mnuCompress_Click();
-    before_ = Settings();
-    form.txtROIPercent.text = ".9";
-    desktop.answers = {Path("no folder/out.awx")};
-    form.cmdBegin_Click(0);
-    ExpectAllAsBefore("out.awx: cannot be written");
+    ExpectRefused("out.awx: cannot be written", [this] { Go("no folder/out.awx"); });
   }
-  desktop.answers = {Path("no folder/out.pgm")};
-  form.mnuSaveReconstructedImage_Click();
-  ExpectAllAsBefore("out.pgm: cannot be written");
-  desktop.answers = {Path("no folder/out.bmp")};
-  form.mnuSaveReconstructedImage_Click();
-  ExpectAllAsBefore("Error saving file.\r\nout.bmp: cannot be written");
-
+  ExpectRefused("out.pgm: cannot be written", [this] { Save("no folder/out.pgm"); });
+  ExpectRefused("Error saving file.\r\nout.bmp: cannot be written",
+                [this] { Save("no folder/out.bmp"); });
+  Choose(CoderOf(FileKind::kAwd), "1e9");
+  ExpectRefused("there.awd: Overflow", [this] { Go("there.awd"); });
+  EXPECT_EQ(FileBytes(Path("there.awd")), FromText("precious"));
   Compress(FileKind::kAwb, "1", "next.awb");
   EXPECT_TRUE(std::filesystem::exists(Path("next.awb")));
 }
 
-TEST_F(Failures, ARunThatFailsLeavesTheFileThatIsThereWhole) {
-  Use();
-  WriteFile(Path("there.awd"), FromText("precious"));
-  Choose(FileKind::kAwd, "1e9");
-  form.mnuCompress_Click();
-  before_ = Settings();
-  desktop.answers = {Path("there.awd")};
-  form.cmdBegin_Click(0);
-  ExpectAllAsBefore("there.awd: Overflow");
-  EXPECT_EQ(FileBytes(Path("there.awd")), FromText("precious"));
-}
-
-TEST_F(Failures, AFileThatIsNotOneOfOursIsRefusedWithItsName) {
-  Use();
-  Bytes wavelet = FileBytes(Path("good.awf"));
-  wavelet[4] = 49;
-  Bytes levels = FileBytes(Path("good.awf"));
-  levels[4] = 92;
-  Bytes size = FileBytes(Path("good.awf"));
-  size[5] = size[6] = 0;
-  const std::pair<const char*, Bytes> files[] = {{"empty.awf", {}},
-                                                 {"short.awf", Bytes(13, 0)},
-                                                 {"wavelet.awf", wavelet},
-                                                 {"levels.awf", levels},
-                                                 {"size.awf", size}};
-  for (const auto& [name, bytes] : files) {
-    SCOPED_TRACE(name);
-    WriteFile(Path(name), bytes);
-    Choose(FileKind::kAwf, "2");
-    form.mnuDecompress_Click();
-    before_ = Settings();
-    desktop.answers = {Path(name)};
-    form.cmdBegin_Click(0);
-    ExpectAllAsBefore(std::string(name) + ": ");
-  }
-  Decompress(FileKind::kAwf, "2", "good.awf");
-  EXPECT_EQ(form.Report.text, "Image decompressed.");
-}
-
-TEST_F(Failures, ACutFileIsShownAndCalledCut) {
-  Use();
+TEST_F(Failures, ACutFileOrAHigherRateThanTheFilesOwnIsSaid) {
+  const std::string held = "Bpp value too large, decompressing at largest possible rate.";
+  Decompress(FileKind::kAwf, "3", "good.awf");
+  EXPECT_EQ(desktop.reports[1], "Decompressing..." + held + "\r\n");
+  EXPECT_TRUE(desktop.reports[2].starts_with(desktop.reports[1] + "Pass  1.  Threshold = "));
+  EXPECT_EQ(form.Report.text, "Image decompressed.\r\n" + held);
   Bytes cut = FileBytes(Path("good.awf"));
   cut.resize(cut.size() / 2);
   WriteFile(Path("cut.awf"), cut);
@@ -153,28 +94,25 @@ TEST_F(Failures, ACutFileIsShownAndCalledCut) {
   EXPECT_EQ(*form.state.ReconstructedImage, marovia::Decompress(cut, FileKind::kAwf).image);
 }
 
-TEST_F(Failures, ARefusedLevelCountWritesNothing) {
-  Load(Photograph(64, 64));
+TEST_F(Failures, ANumberOfLevelsIsRefusedOrHeld) {
+  Drag(1, 1, 1, 1);  // takes the region away
+  WriteFile(Path("old"), FromText("precious"));
   const std::pair<const char*, const char*> refusals[] = {
       {"0", "Number of levels must be a positive integer."},
       {"none", "Number of levels must be a positive integer."},
       {"40000", "Invalid number of levels."}};
   for (const auto& [text, message] : refusals) {
-    for (const FileKind kind : kEveryKind) {
+    for (const Coder& coder : AllCoders()) {
       form.txtLevels.text = text;
+      Choose(coder, coder.lossless ? "0" : "1");
+      form.mnuCompress_Click();
       desktop.focused.clear();
-      Compress(kind, RateOf(kind), "refused");
-      EXPECT_EQ(form.Report.text, message);
-      EXPECT_EQ(desktop.focused, std::vector<std::string>{"txtLevels"});
-      EXPECT_FALSE(std::filesystem::exists(Path("refused")));
-      EXPECT_EQ(form.Label[0].caption, "Compress");
-      EXPECT_EQ(form.state.GraphBoxContent, 'I');
+      for (const char* name : {"old", "new"}) ExpectRefused(message, [&] { Go(name); });
+      EXPECT_EQ(desktop.focused, (std::vector<std::string>{"txtLevels", "txtLevels"}));
     }
   }
-}
-
-TEST_F(Failures, TooManyLevelsAreHeldSilentlyAndHalvesRoundToEven) {
-  Load(Photograph(64, 64));
+  EXPECT_EQ(FileBytes(Path("old")), FromText("precious"));
+  EXPECT_FALSE(std::filesystem::exists(Path("new")));
   const std::pair<const char*, const char*> texts[] = {
       {"9", "4"}, {"3.5", "3.5"}, {"2.5", "2.5"}, {" 3 levels", " 3 levels"}};
   for (const auto& [text, shown] : texts) {
@@ -185,68 +123,64 @@ TEST_F(Failures, TooManyLevelsAreHeldSilentlyAndHalvesRoundToEven) {
   EXPECT_EQ(FileBytes(Path("a.awb"))[4], 32);  // 3 levels, 5/3
 }
 
-TEST_F(Failures, AHigherRateThanTheFilesOwnIsHeldAndSaid) {
-  Use();
-  desktop.reports.clear();
-  Decompress(FileKind::kAwf, "3", "good.awf");
-  EXPECT_EQ(desktop.reports[1],
-            "Decompressing...Bpp value too large, decompressing at largest possible rate.\r\n");
-  EXPECT_TRUE(desktop.reports[2].starts_with(desktop.reports[1] + "Pass  1.  Threshold = "));
+TEST_F(Failures, AnErrorTextStaysUntilTheNextGoodLoadOrSave) {
+  const std::function<void()> refused[] = {[this] { LoadFile(Path("missing.pgm")); },
+                                           [this] { Save("no folder/a.bmp"); },
+                                           [this] { Compress(FileKind::kAwb, "0", "a.awb"); },
+                                           [this] { form.OpenFile(Path("notes.txt")); }};
+  const std::function<void()> good[] = {[this] { Load(Photograph(64, 64)); },
+                                        [this] { Save("a.bmp"); }, [this] { Save("a.pgm"); }};
+  for (const auto& refuse : refused) {
+    for (const auto& act : good) {
+      refuse();
+      EXPECT_FALSE(form.Report.text.empty());
+      act();
+      EXPECT_EQ(form.Report.text, "");
+      const std::string result = Compute(1);
+      act();
+      EXPECT_EQ(form.Report.text, result);
+    }
+  }
 }
 
-TEST_F(Failures, ADecompressionTakesWaveletAndLevelsFromTheFile) {
-  Use();
-  form.cmbWavelet.text = "Daub 9/7";
-  form.cmbWavelet_Click();
-  form.txtLevels.text = "2";
-  Decompress(FileKind::kAwf, "2", "good.awf");
-  EXPECT_EQ(form.cmbWavelet.text, "DD 5/3 Integer");
-  EXPECT_EQ(form.state.WaveletKind, WaveletKind::kInteger53);
-  EXPECT_EQ(form.txtLevels.text, "4");
-}
-
-TEST_F(Failures, AFileOfAnotherSizeLeavesTheLoadedImageItsOwn) {
+TEST_F(Failures, AFileGivesItsWaveletLevelsAndSizeAndLeavesTheLoadedImageItsOwn) {
   Load(Photograph(32, 96));
   Compress(FileKind::kAwf, "2", "wide.awf");
   const Image small = Photograph(64, 64);
   Load(small);
+  form.cmbWavelet.text = "Daub 9/7";
+  form.Click(form.cmbWavelet);
+  form.txtLevels.text = "2";
   desktop.reports.clear();
   Decompress(FileKind::kAwf, "2", "wide.awf");
-  EXPECT_EQ(form.Report.text, "Image decompressed.");
+  EXPECT_EQ(form.cmbWavelet.text + form.txtLevels.text, "DD 5/3 Integer3");
+  EXPECT_EQ(form.state.WaveletKind, WaveletKind::kInteger53);
   const DecompressResult wide = marovia::Decompress(FileBytes(Path("wide.awf")), FileKind::kAwf);
   EXPECT_EQ(*form.state.ReconstructedImage, wide.image);
-  EXPECT_EQ(form.GraphBoxRec.raster, SampleImage(wide.image));
   const double rate = wide.passes.back().bits / (32 * 96.0);
   EXPECT_TRUE(desktop.reports[desktop.reports.size() - 3].ends_with(
       "Bit rate:  " + NumberText(rate) + "\r\n"));
-
-  desktop.answers = {Path("wide.bmp")};
-  form.mnuSaveReconstructedImage_Click();
+  Save("wide.bmp");
   EXPECT_EQ(ReadImage(FileBytes(Path("wide.bmp"))).image, wide.image);
   for (std::size_t i = 0; i < 3; ++i)
-    EXPECT_EQ(Compute(i), "The two images differ in shape: 64 x 64 and 32 x 96.");
-  Compress(FileKind::kAwg, "0", "small.awg");
-  EXPECT_EQ(marovia::Decompress(FileBytes(Path("small.awg")), FileKind::kAwg).image, small);
+    EXPECT_EQ(Compute(i), "The two images differ in shape: 64 x 64 and 96 x 32.");
 }
 
-TEST_F(Failures, WithoutAnImageEveryActionSaysWhatIsMissing) {
-  const auto expectMissing = [this](const char* what) {
-    EXPECT_TRUE(form.Report.text.starts_with(what)) << form.Report.text;
-    EXPECT_TRUE(desktop.questions.empty());
-  };
-  Compress(FileKind::kAwf, "1", "a.awf");
-  expectMissing("There is no image yet");
-  form.mnuTransformImage_Click();
-  form.cmdBegin_Click(0);
-  expectMissing("There is no image yet");
-  form.OpTransform.Select(1);
-  form.cmdBegin_Click(0);
-  expectMissing("There is no image yet");
-  form.mnuSaveReconstructedImage_Click();
-  expectMissing("There is no reconstructed image yet");
-  EXPECT_TRUE(Compute(1).starts_with("The two images differ in shape"));
-  Drag(10, 10, 20, 20);
-  EXPECT_EQ(form.state.ROISelected, 0);
+TEST(FailuresAtTheStart, WithoutAnImageEveryActionSaysWhatIsMissing) {
+  FakeDesktop desktop;
+  frmMain form(desktop);
+  form.Form_Load();
+  const std::function<void()> acts[] = {
+      [&] { form.mnuCompress_Click(), form.cmdBegin_Click(0); },
+      [&] { form.mnuTransformImage_Click(), form.cmdBegin_Click(0); },
+      [&] { form.OpTransform.Select(1), form.cmdBegin_Click(0); }, [&] { form.cmdBegin_Click(1); },
+      [&] { form.mnuSaveReconstructedImage_Click(); }};
+  for (const auto& act : acts) {
+    form.Report.text.clear();
+    act();
+    EXPECT_TRUE(form.Report.text.starts_with("There is no ")) << form.Report.text;
+  }
+  EXPECT_TRUE(desktop.questions.empty());
 }
 
 }  // namespace

@@ -40,9 +40,9 @@ FormTest::~FormTest() {
   fs::remove_all(folder, ignored);
 }
 
-void FormTest::Load(const Image& image, const std::string& name) {
-  WriteFile(Path(name), WriteBmp(image));
-  LoadFile(Path(name));
+void FormTest::Load(const Image& image) {
+  WriteFile(Path("source.bmp"), WriteBmp(image));
+  LoadFile(Path("source.bmp"));
 }
 
 void FormTest::LoadFile(const fs::path& file) {
@@ -50,26 +50,44 @@ void FormTest::LoadFile(const fs::path& file) {
   form.mnuGetImage_Click();
 }
 
-void FormTest::Choose(FileKind kind, std::string rate) {
-  const bool aswdr = kind != FileKind::kAwb && kind != FileKind::kAwa;
-  const bool binary = kind == FileKind::kAwb || kind == FileKind::kAwd;
-  form.OpMethod.Select(aswdr ? 1 : 0);
-  form.OpEntropyCode.Select(binary ? 0 : 1);
+void FormTest::Save(const std::string& name) {
+  desktop.answers = {Path(name)};
+  form.mnuSaveReconstructedImage_Click();
+}
+
+void FormTest::Choose(const Coder& coder, std::string rate) {
+  const int version = coder.method == ScanMethod::kAswdr ? coder.version : 0;
+  form.OpMethod.Select(static_cast<std::size_t>(version));
+  form.OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   form.txtBitRate.text = std::move(rate);
 }
 
-void FormTest::Compress(FileKind kind, const std::string& rate, const std::string& name) {
-  Choose(kind, rate);
-  form.mnuCompress_Click();
+void FormTest::Go(const std::string& name) {
   desktop.answers = {Path(name)};
   form.cmdBegin_Click(0);
 }
 
+void FormTest::Compress(FileKind kind, const std::string& rate, const std::string& name) {
+  Choose(CoderOf(kind), rate);
+  form.mnuCompress_Click();
+  Go(name);
+}
+
 void FormTest::Decompress(FileKind kind, const std::string& rate, const std::string& name) {
-  Choose(kind, rate);
+  Choose(CoderOf(kind), rate);
   form.mnuDecompress_Click();
-  desktop.answers = {Path(name)};
-  form.cmdBegin_Click(0);
+  Go(name);
+}
+
+CompressResult FormTest::Expected(FileKind kind, double rate,
+                                  const std::optional<Region>& region) const {
+  return marovia::Compress(*form.state.SourceImage, {.kind = kind,
+                                                     .wavelet = WaveletKind::kInteger53,
+                                                     .levels = 4,
+                                                     .rate = rate,
+                                                     .region = region,
+                                                     .share = 0.9F,
+                                                     .pad = false});
 }
 
 std::string FormTest::Compute(std::size_t measure) {

@@ -2,15 +2,16 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "marovia/codec.h"
 #include "marovia/image.h"
 
 #include "app/frm_main.h"
+#include "codec/coders.h"
 #include "tests/app/fake_desktop.h"
 
 namespace marovia::test {
@@ -32,16 +33,22 @@ class FormTest : public testing::Test {
   [[nodiscard]] std::filesystem::path Path(const std::string& name) const { return folder / name; }
 
   // Writes the image as a BMP and loads it through the menu.
-  void Load(const Image& image, const std::string& name = "source.bmp");
+  void Load(const Image& image);
   void LoadFile(const std::filesystem::path& file);
+  void Save(const std::string& name);
   // Method and coding of a kind, and the rate's text.
-  void Choose(FileKind kind, std::string rate);
-  // Chooses, and presses Go under the answer `name`.
+  void Choose(const Coder& coder, std::string rate);
+  // Go under the answer `name`.
+  void Go(const std::string& name);
   void Compress(FileKind kind, const std::string& rate, const std::string& name);
   void Decompress(FileKind kind, const std::string& rate, const std::string& name);
   // What a measure says.
   std::string Compute(std::size_t measure);
   void Drag(float x1, float y1, float x2, float y2);
+  // What the library makes of the loaded image with the settings of the start, unpadded.
+  [[nodiscard]] CompressResult Expected(FileKind kind, double rate,
+                                        const std::optional<Region>& region = {}) const;
+  [[nodiscard]] bool InForce() const { return form.state.region.IsInForce(); }
 
   std::filesystem::path folder;
   FakeDesktop desktop;

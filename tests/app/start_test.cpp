@@ -1,4 +1,4 @@
-// The form at its start and its end, its menus and panels, and the two hidden choices.
+// The form at its start and its end, its menus and panels, and the hidden transform mode.
 #include <set>
 
 #include "image/sampling.h"
@@ -16,57 +16,46 @@ TEST_F(Start, ShowsThePublicSetOfFunctions) {
             (std::vector<std::string>{"DD 5/3 Integer", "DD 2+2,2 Integer", "Daub 9/7"}));
   EXPECT_EQ(form.txtBitRate.text + " " + form.txtROIPercent.text + " " + form.txtLevels.text,
             "0.25 .9 4");
-  EXPECT_EQ(form.OpTransform[0].caption + form.OpTransform[1].caption, "Forward Inverse ");
   EXPECT_EQ(form.mnuTransformImage.caption, "&Transform ");
-  EXPECT_TRUE(form.OpMethod[0].selected && form.OpEntropyCode[0].selected &&
-              form.OpErrorMeasure[0].selected && form.OpTransform[0].selected &&
-              form.OpDisplayImage.selected);
-  for (const Control* hidden :
-       {static_cast<Control*>(&form.mnuTransformImage), static_cast<Control*>(&form.OpMethod[2])}) {
-    EXPECT_FALSE(hidden->visible || hidden->enabled) << hidden->name;
-  }
-  for (const Control* disabled :
-       {static_cast<Control*>(&form.mnuCompress), static_cast<Control*>(&form.mnuDecompress),
-        static_cast<Control*>(&form.OpDisplayTransform),
-        static_cast<Control*>(&form.chkROIErrorOnly)}) {
-    EXPECT_TRUE(disabled->visible && !disabled->enabled) << disabled->name;
-  }
-  EXPECT_EQ(form.window.width, 12000);
-  EXPECT_EQ(form.Frame2.place.left, 7920);
+  const auto shown = [](const Control& control) {
+    return std::pair(control.visible, control.enabled);
+  };
+  for (const Control& hidden : {Control(form.mnuTransformImage), Control(form.OpMethod[2])})
+    EXPECT_EQ(shown(hidden), std::pair(false, false)) << hidden.name;
+  for (const Control& disabled : {Control(form.mnuCompress), Control(form.mnuDecompress),
+                                  Control(form.OpDisplayTransform), Control(form.chkROIErrorOnly)})
+    EXPECT_EQ(shown(disabled), std::pair(true, false)) << disabled.name;
+  EXPECT_EQ(form.window.width + form.Frame2.place.left, 12000 + 7920);
   EXPECT_EQ(form.OpMethod[1].place.top, form.Label2.place.top);
   EXPECT_EQ(form.OpMethod[1].place.left,
             form.OpMethod[0].place.left + form.OpMethod[0].place.width);
-  EXPECT_EQ(form.state.PowerOfTwo[14], 16384);
-  EXPECT_EQ(form.state.ROIColor, (Colour{255, 255, 48}));
-  EXPECT_FALSE(form.state.padToFit);
 }
 
 TEST_F(Start, EachModeShowsItsPanelAndFramesOneBelowTheOther) {
-  const auto inView = [this](std::size_t i) { return form.frProc[i].place.top == 0; };
-  EXPECT_FALSE(inView(0) || inView(1));
+  struct Case {
+    const MenuItem& item;
+    int panel;
+    const char* caption;
+    bool frames[3];
+  };
+  EXPECT_EQ(form.PanelInView(), 0);
   EXPECT_EQ(form.frProc[0].place.top, 2 * form.Frame2.place.height);
-
-  form.mnuCompress_Click();
-  EXPECT_TRUE(inView(0) && !inView(1));
-  EXPECT_EQ(form.Label[0].caption, "Compress");
-  EXPECT_FALSE(form.Frame[0].visible);
-  EXPECT_TRUE(form.Frame[1].visible && form.Frame[2].visible);
-  EXPECT_EQ(form.Frame[1].place.top, 0);
-  EXPECT_EQ(form.Frame[2].place.top, form.Frame[1].place.height);
-
-  form.mnuErrormeasures_Click();
-  EXPECT_TRUE(!inView(0) && inView(1));
-  EXPECT_EQ(form.Label[0].caption, "Compress");
-
-  form.mnuTransformImage_Click();
-  EXPECT_TRUE(form.Frame[0].visible && !form.Frame[1].visible && !form.Frame[2].visible);
-  form.mnuDecompress_Click();
-  EXPECT_EQ(form.Label[0].caption, "Decompress");
-  EXPECT_TRUE(inView(0) && !form.Frame[0].visible);
-}
-
-TEST_F(Start, HelpOpensAtItsContents) {
-  form.mnuHelp_Click();
+  for (const Case& mode : {Case{form.mnuCompress, 1, "Compress", {false, true, true}},
+                           Case{form.mnuErrormeasures, 2, "Compress", {false, true, true}},
+                           Case{form.mnuTransformImage, 1, "Transform", {true, false, false}},
+                           Case{form.mnuDecompress, 1, "Decompress", {false, true, true}}}) {
+    form.Click(mode.item);
+    EXPECT_EQ(form.PanelInView(), mode.panel) << mode.item.name;
+    EXPECT_EQ(form.Label[0].caption, mode.caption);
+    int top = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+      EXPECT_EQ(form.Frame[i].visible, mode.frames[i]) << mode.item.name << i;
+      if (!mode.frames[i]) continue;
+      EXPECT_EQ(form.Frame[i].place.top, top);
+      top += form.Frame[i].place.height;
+    }
+  }
+  form.Click(form.mnuHelp);
   EXPECT_EQ(desktop.helpShown, std::vector<std::string>{"/programs/marovia/Marovia.HLP 3"});
 }
 
@@ -85,49 +74,37 @@ TEST_F(Start, UnloadDeletesItsThreePatternsInTheCurrentFolderAndNothingElse) {
 }
 
 TEST_F(Start, TheHiddenTransformModeTransformsShowsAndInverts) {
-  for (const char* wavelet : {"DD 5/3 Integer", "DD 2+2,2 Integer"}) {
-    const Image source = Photograph(64, 96);
+  form.state.padToFit = true;
+  const std::pair<const char*, WaveletKind> wavelets[] = {
+      {"DD 5/3 Integer", WaveletKind::kInteger53},
+      {"DD 2+2,2 Integer", WaveletKind::kInteger22},
+      {"daub 9/7", WaveletKind::kInteger22}};
+  for (const auto& [label, wavelet] : wavelets) {
+    const Image source = Photograph(50, 33);
     Load(source);
-    form.cmbWavelet.text = wavelet;
-    form.cmbWavelet_Click();
-    form.mnuTransformImage_Click();
-    form.cmdBegin_Click(0);
-    EXPECT_EQ(form.state.GraphBoxContent, 'T');
+    form.cmbWavelet.text = label;
+    form.Click(form.cmbWavelet);
+    EXPECT_EQ(form.state.WaveletKind, wavelet) << label;
+    form.Click(form.mnuTransformImage);
+    form.Click(form.cmdBegin[0]);
+    EXPECT_EQ(form.state.TransformArray->Rows(), 56);  // a side of 33 bears 3 levels
     EXPECT_TRUE(form.OpDisplayTransform.enabled && form.OpDisplayTransform.selected);
     EXPECT_FALSE(form.OpDisplayImage.selected);
     const Image transform = SampleCoefficients(*form.state.TransformArray);
     EXPECT_EQ(form.GraphBox.raster, transform);
-
-    form.OpDisplayImage_Click();
+    form.Click(form.OpDisplayImage);
     EXPECT_EQ(form.GraphBox.raster, SampleImage(source));
     EXPECT_FALSE(form.OpDisplayTransform.enabled);
-    form.OpDisplayTransform_Click();
+    form.Click(form.OpDisplayTransform);
     EXPECT_EQ(form.GraphBox.raster, transform);
-
-    form.OpTransform.Select(1);
-    form.cmdBegin_Click(0);
-    EXPECT_EQ(*form.state.ReconstructedImage, source) << wavelet;
-    EXPECT_EQ(form.state.GraphBoxContent, 'I');
-    EXPECT_EQ(form.state.GraphBoxRecContent, 'I');
+    form.Click(form.OpTransform[1]);
+    form.Click(form.cmdBegin[0]);
+    EXPECT_EQ(*form.state.ReconstructedImage, source) << label;
+    EXPECT_EQ(form.GraphBox.raster, SampleImage(source));
+    EXPECT_EQ(form.GraphBoxRec.raster, SampleImage(source));
     EXPECT_EQ(form.mnuTransformImage.caption, "&Transform Image");
-    EXPECT_FALSE(form.mnuTransformImage.visible);
-    EXPECT_TRUE(form.OpTransform[0].selected && !form.OpTransform[1].selected);
-    EXPECT_FALSE(form.OpDisplayTransform.enabled);
+    EXPECT_TRUE(form.OpTransform[0].selected && !form.OpDisplayTransform.enabled);
     EXPECT_FALSE(desktop.IsBusy());
-  }
-}
-
-TEST_F(Start, WaveletsGoByTheirLabelsAndAnUnknownOneChangesNothing) {
-  const std::pair<const char*, WaveletKind> picks[] = {
-      {"Daub 9/7", WaveletKind::kDaub97},
-      {"DD 2+2,2 Integer", WaveletKind::kInteger22},
-      {"daub 9/7", WaveletKind::kInteger22},
-      {"DD 5/3 Integer", WaveletKind::kInteger53},
-  };
-  for (const auto& [label, wavelet] : picks) {
-    form.cmbWavelet.text = label;
-    form.cmbWavelet_Click();
-    EXPECT_EQ(form.state.WaveletKind, wavelet) << label;
   }
 }
 

@@ -17,7 +17,8 @@
 
 #include "marovia/codec.h"
 
-#include "coding/file_header.h"
+#include "codec/coders.h"
+#include "format/file_header.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/plain_symbols.h"
 #include "wavelet/catalogue.h"
@@ -102,16 +103,16 @@ Bytes StreamOf(plain::Coding coding, std::int64_t pixels, int first, int second,
 void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   constexpr int kNone = std::numeric_limits<int>::max();
   const std::int64_t pixels = std::int64_t{rows} * cols;
-  using enum FileKind;
-  const bool raw = kind == kAwb || kind == kAwd || kind == kAwc;
-  const plain::Coding coding = raw            ? plain::Coding::kRaw
-                               : kind == kAwa ? plain::Coding::kWdr
-                                              : plain::Coding::kAswdr;
+  const SymbolKind symbols = CoderOf(kind).symbols;
+  const bool raw = symbols == SymbolKind::kBits;
+  const plain::Coding coding = raw                           ? plain::Coding::kRaw
+                               : symbols == SymbolKind::kWdr ? plain::Coding::kWdr
+                                                             : plain::Coding::kAswdr;
   FileHeader fields{.levels = LevelLimit(rows, cols, WaveletKind::kDaub97),
                     .sides = {rows, cols},
                     .mean = 100,
                     .exponent = 14};
-  if (kind != kAwg) fields.budget = std::numeric_limits<std::int32_t>::max();
+  if (CoderOf(kind).HasBudget()) fields.budget = std::numeric_limits<std::int32_t>::max();
   const Bytes header = WriteHeader(fields);
   const auto add = [&](const char* name, const Bytes& stream) {
     Bytes file = header;

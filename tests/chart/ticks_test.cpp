@@ -1,5 +1,3 @@
-#include "chart/ticks.h"
-
 #include <gtest/gtest.h>
 
 #include "chart/line_chart.h"

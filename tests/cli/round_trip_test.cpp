@@ -1,15 +1,8 @@
-#include <algorithm>
 #include <array>
-#include <cmath>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 #include <pty.h>
-#include <sstream>
-#include <string>
 #include <unistd.h>
-#include <vector>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 #include "marovia/version.h"
 
 #include "tests/cli/tool_process.h"
@@ -18,9 +11,6 @@
 namespace marovia::test {
 namespace {
 
-using Words = std::vector<std::string>;
-using Json = nlohmann::json;
-
 std::size_t LongestLine(const std::string& text) {
   std::istringstream lines(text);
   std::size_t longest = 0;
@@ -28,36 +18,22 @@ std::size_t LongestLine(const std::string& text) {
   return longest;
 }
 
-class Tool : public ::testing::Test {
+class Tool : public ToolTest {
  protected:
   void SetUp() override { folder_.Write("in.pgm", PgmText(NamedImage("blobs", 60, 83))); }
-
-  // A run that must end well; its standard output.
-  std::string Done(const Words& words, const std::string& input = "") const {
-    const ToolResult result = folder_.Run(words, input);
-    EXPECT_EQ(result.status, 0) << ::testing::PrintToString(words) << result.err;
-    return result.out;
-  }
-
-  [[nodiscard]] double PsnrAgainstSource(const std::string& file) const {
-    const Json json = Json::parse(Done({"measure", "in.pgm", file, "--json"}));
-    return json["psnr"].is_null() ? INFINITY : json["psnr"].get<double>();
-  }
-
-  ScratchFolder folder_;
 };
 
 TEST_F(Tool, TakesEveryOptionOfTheCoders) {
   for (const char* wavelet : {"9/7", "5/3", "2+2,2"}) {
     Done({"compress", "in.pgm", "out.awa", "-f", "--wavelet", wavelet, "--levels", "2", "--rate",
           "1.5", "--share", "0.7", "--region", "9,9,30,40", "--verify", "--pad", "auto"});
-    const Json info = Json::parse(Done({"info", "out.awa", "--json"}));
+    const Json info = Record({"info", "out.awa"});
     EXPECT_EQ(info["wavelet"], wavelet);
     EXPECT_EQ(info["levels"], 2);
     EXPECT_EQ(info["rows"], 60);
     EXPECT_EQ(info["columns"], 83);
     Done({"decompress", "out.awa", "out.pgm", "-f"});
-    EXPECT_GT(PsnrAgainstSource("out.pgm"), 30) << wavelet;
+    EXPECT_GT(Record({"measure", "in.pgm", "out.pgm"})["psnr"], 30) << wavelet;
   }
 }
 
@@ -66,15 +42,14 @@ TEST_F(Tool, PassesImagesAndFilesThroughStandardStreams) {
   const std::string lossless = Done({"compress", "-", "-", "--lossless", "--verify"}, source);
   EXPECT_EQ(Done({"decompress", "-", "-", "--format", "awg"}, lossless), source);
   Done({"compress", "in.pgm", "out.awf"});
-  EXPECT_EQ(Done({"compress", "-", "-"}, source), folder_.Read("out.awf"));
+  const std::string lossy = folder_.Read("out.awf");
+  EXPECT_EQ(Done({"compress", "-", "-"}, source), lossy);
   Done({"decompress", "out.awf", "out.bmp"});
-  EXPECT_EQ(Done({"decompress", "-", "-", "--format", "awf,bmp"}, folder_.Read("out.awf")),
-            folder_.Read("out.bmp"));
-  EXPECT_EQ(Done({"info", "-", "--format", "awf"}, folder_.Read("out.awf")),
-            Done({"info", "out.awf"}));
+  EXPECT_EQ(Done({"decompress", "-", "-", "--format", "awf,bmp"}, lossy), folder_.Read("out.bmp"));
+  EXPECT_EQ(Done({"info", "-", "--format", "awf"}, lossy), Done({"info", "out.awf"}));
 }
 
-TEST_F(Tool, ReportsItsPassesInTheWordsOfTheForm) {
+TEST_F(Tool, ReportsAndMeasuresInTheWordsOfTheForm) {
   const ToolResult compressed =
       folder_.Run({"compress", "in.pgm", "out", "--rate", "1", "-v", "--json"});
   const Json passes = Json::parse(compressed.out)["passes"];
@@ -83,15 +58,11 @@ TEST_F(Tool, ReportsItsPassesInTheWordsOfTheForm) {
                                 std::to_string(passes[0]["significant"].get<int>()) + "\n"),
             std::string::npos);
   EXPECT_EQ(compressed.err.find('\r'), std::string::npos);
-  const auto lines = std::ranges::count(compressed.err, '\n');
-  EXPECT_EQ(lines, 3 * static_cast<int>(passes.size()) + 2);
-
+  EXPECT_EQ(LinesIn(compressed.err), 3 * static_cast<int>(passes.size()) + 2);
   const ToolResult back = folder_.Run({"decompress", "out.awf", "out.pgm", "-v"});
   EXPECT_NE(back.err.find("Number of significant values decoded:  "), std::string::npos);
   EXPECT_TRUE(back.err.ends_with("Image decompressed.\n"));
-}
 
-TEST_F(Tool, MeasuresInTheWordsOfTheForm) {
   folder_.Write("black.pgm", "P2 2 2 255 0 0 0 0");
   folder_.Write("dot.pgm", "P2 2 2 255 0 0 0 4");
   EXPECT_EQ(Done({"measure", "black.pgm", "-", "--region", "1,1,0,1"}, folder_.Read("dot.pgm")),
@@ -110,29 +81,28 @@ TEST_F(Tool, SaysWhatItChangedAndOtherwiseNothing) {
   for (auto [words, part] : cases) {
     const ToolResult loud = folder_.Run(words);
     EXPECT_NE(loud.err.find(part), std::string::npos) << loud.err;
-    EXPECT_EQ(std::ranges::count(loud.err, '\n'), 1) << loud.err;
+    EXPECT_EQ(LinesIn(loud.err), 1) << loud.err;
     words.insert(words.end(), {"-q", "-f"});
-    const ToolResult quiet = folder_.Run(words);
-    EXPECT_EQ(quiet.err, "") << quiet.status << loud.status;
+    EXPECT_EQ(folder_.Run(words).err, "");
   }
 }
 
 TEST_F(Tool, TakesTheCoderOfTheNameWhereNoOptionChoosesOne) {
-  const std::pair<Words, std::string> cases[] = {{{"a.awb"}, "a.awb"},
-                                                 {{"a.AWA"}, "a.AWA"},
-                                                 {{"a.awd", "--rate", "1"}, "a.awd"},
-                                                 {{"a.awf"}, "a.awf"},
-                                                 {{"a.awg"}, "a.awg"},
-                                                 {{"b", "--method", "wdr"}, "b.awa"},
-                                                 {{"b", "--coding", "binary"}, "b.awd"},
-                                                 {{"b"}, "b.awf"},
-                                                 {{"b", "--lossless"}, "b.awg"}};
-  for (const auto& [words, file] : cases) {
-    Words all = {"compress", "in.pgm", "--json"};
-    all.insert(all.end(), words.begin(), words.end());
-    const Json json = Json::parse(Done(all));
+  std::vector<std::pair<Words, std::string>> cases = {{{"a.AWA"}, "a.AWA"},
+                                                      {{"b", "--method", "wdr"}, "b.awa"},
+                                                      {{"b", "--coding", "binary"}, "b.awd"},
+                                                      {{"b", "--method", "aswdr2"}, "b.awc"},
+                                                      {{"b"}, "b.awf"},
+                                                      {{"b", "--lossless"}, "b.awg"}};
+  for (const FileKind kind : AllKinds()) {
+    const std::string name = "a." + std::string(Extension(kind));
+    cases.push_back({{name}, name});
+  }
+  for (auto [words, file] : cases) {
+    words.insert(words.begin(), {"compress", "in.pgm"});
+    const Json json = Record(words);
     EXPECT_EQ(json["output"], file);
-    EXPECT_EQ(Json::parse(Done({"info", file, "--json"}))["kind"], json["kind"]);
+    EXPECT_EQ(Record({"info", file})["kind"], json["kind"]);
     EXPECT_EQ(json["lossless"], json["kind"] == "awg");
   }
 }
@@ -141,15 +111,13 @@ TEST_F(Tool, RecordsWhatReadingChanged) {
   folder_.Write("a.ppm", "P3 1 1 1023 9 0 0");
   folder_.Write("b.pgm", "P2 1 1 255 9");
   const std::string change = "colour turned to grey, values scaled from 1023 to 255";
-  for (const Words& words :
-       {Words{"compress", "a.ppm", "o", "-q", "--json"}, {"curve", "a.ppm", "-q", "--json"}})
-    EXPECT_EQ(Json::parse(Done(words))["alteration"], change);
-  for (const Words& words : {Words{"measure", "a.ppm", "b.pgm", "-q", "--json"},
-                             {"difference", "a.ppm", "b.pgm", "o.pgm", "-q", "--json"}}) {
-    EXPECT_EQ(Json::parse(Done(words))["sourceAlteration"], change);
-    EXPECT_TRUE(
-        Json::parse(Done({"measure", "a.ppm", "b.pgm", "-q", "--json"}))["reconstructionAlteration"]
-            .is_null());
+  EXPECT_EQ(Record({"compress", "a.ppm", "o", "-q"})["alteration"], change);
+  EXPECT_EQ(Record({"curve", "a.ppm", "-q"})["alteration"], change);
+  for (const Words& words : {Words{"measure", "a.ppm", "b.pgm", "-q"},
+                             {"difference", "a.ppm", "b.pgm", "o.pgm", "-q"}}) {
+    const Json json = Record(words);
+    EXPECT_EQ(json["sourceAlteration"], change);
+    EXPECT_TRUE(json["reconstructionAlteration"].is_null());
   }
 }
 
@@ -180,7 +148,7 @@ TEST_F(Tool, KeepsItsHelpToTheWidthOfTheTerminal) {
     int end = -1;
     std::array<char, 256> name{};
     ASSERT_EQ(::openpty(&terminal, &end, name.data(), nullptr, &size), 0);
-    EXPECT_EQ(folder_.RunInto(name.data(), {"help", "info"}).status, 0);
+    EXPECT_EQ(folder_.Run({"help", "info"}, "", name.data()).status, 0);
     std::string text(8192, ' ');
     text.resize(static_cast<std::size_t>(::read(terminal, text.data(), text.size())));
     std::erase(text, '\r');

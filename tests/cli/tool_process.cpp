@@ -1,9 +1,7 @@
 #include "tests/cli/tool_process.h"
 
-#include <algorithm>
 #include <fcntl.h>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <iterator>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -19,25 +17,12 @@ std::string ReadAll(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void WriteAll(const fs::path& path, const std::string& content) {
-  std::ofstream(path, std::ios::binary) << content;
-}
-
-int WaitFor(pid_t process) {
-  int status = 0;
-  ::waitpid(process, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-}
-
 }  // namespace
 
 ScratchFolder::ScratchFolder() {
   std::string pattern = ::testing::TempDir() + "marovia-cli-XXXXXX";
-  const fs::path base = ::mkdtemp(pattern.data());
-  folder_ = base / "work";
-  streams_ = base / "streams";
+  folder_ = fs::path(::mkdtemp(pattern.data())) / "work";
   fs::create_directory(folder_);
-  fs::create_directory(streams_);
 }
 
 ScratchFolder::~ScratchFolder() {
@@ -45,52 +30,39 @@ ScratchFolder::~ScratchFolder() {
   fs::remove_all(folder_.parent_path(), ignored);
 }
 
-std::string ScratchFolder::Path(const std::string& name) const {
-  return (folder_ / name).string();
-}
-
 void ScratchFolder::Write(const std::string& name, const std::string& content) const {
-  WriteAll(folder_ / name, content);
+  std::ofstream(folder_ / name, std::ios::binary) << content;
 }
 
 std::string ScratchFolder::Read(const std::string& name) const {
   return ReadAll(folder_ / name);
 }
 
-std::vector<std::string> ScratchFolder::Names() const {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder_))
+Words ScratchFolder::Names(const std::string& folder) const {
+  Words names;
+  for (const auto& entry : fs::directory_iterator(folder_ / folder))
     names.push_back(entry.path().filename());
   std::ranges::sort(names);
   return names;
 }
 
-ToolResult ScratchFolder::Run(const std::vector<std::string>& words,
-                              const std::string& input) const {
-  return Spawn(words, input, streams_ / "out");
-}
-
-ToolResult ScratchFolder::RunInto(const std::string& outFile,
-                                  const std::vector<std::string>& words) const {
-  return Spawn(words, "", outFile);
-}
-
-ToolResult ScratchFolder::Spawn(const std::vector<std::string>& words, const std::string& input,
-                                const std::string& outFile) const {
-  const std::string in = streams_ / "in";
-  const std::string err = streams_ / "err";
-  WriteAll(in, input);
+ToolResult ScratchFolder::Run(const Words& words, const std::string& input,
+                              const std::string& outFile) const {
+  Write("../in", input);
+  const std::string in = Path("../in");
+  const std::string out = outFile.empty() ? Path("../out") : outFile;
+  const std::string err = Path("../err");
 
   posix_spawn_file_actions_t actions;
   ::posix_spawn_file_actions_init(&actions);
   const int written = O_WRONLY | O_CREAT | O_TRUNC;
   ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, in.c_str(), O_RDONLY, 0);
-  ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outFile.c_str(), written, 0600);
+  ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.c_str(), written, 0600);
   ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.c_str(), written, 0600);
   ::posix_spawn_file_actions_addchdir_np(&actions, folder_.c_str());
 
-  std::vector<std::string> all = {MAROVIA_TOOL};
-  all.insert(all.end(), words.begin(), words.end());
+  Words all = words;
+  all.insert(all.begin(), MAROVIA_TOOL);
   std::vector<char*> arguments;
   for (std::string& word : all) arguments.push_back(word.data());
   arguments.push_back(nullptr);
@@ -100,13 +72,30 @@ ToolResult ScratchFolder::Spawn(const std::vector<std::string>& words, const std
       ::posix_spawn(&process, MAROVIA_TOOL, &actions, nullptr, arguments.data(), environ);
   ::posix_spawn_file_actions_destroy(&actions);
   if (failure != 0) return {};
-  const int status = WaitFor(process);
-  return {status, fs::is_regular_file(outFile) ? ReadAll(outFile) : "", ReadAll(err)};
+  int status = 0;
+  ::waitpid(process, &status, 0);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
+          outFile.empty() ? ReadAll(out) : "", ReadAll(err)};
+}
+
+std::string ToolTest::Done(const Words& words, const std::string& input) const {
+  const ToolResult result = folder_.Run(words, input);
+  EXPECT_EQ(result.status, 0) << ::testing::PrintToString(words) << result.err;
+  return result.out;
+}
+
+Json ToolTest::Record(Words words) const {
+  words.emplace_back("--json");
+  return Json::parse(Done(words));
 }
 
 std::string PgmText(const Image& image) {
   const Bytes bytes = WritePgm(image);
   return {bytes.begin(), bytes.end()};
+}
+
+Image ImageIn(const std::string& file) {
+  return ReadImage(Bytes(file.begin(), file.end())).image;
 }
 
 }  // namespace marovia::test

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "coding/wdr_symbols.h"
+#include "coding/raw_symbols.h"
 
 namespace marovia {
 namespace {

@@ -1,4 +1,4 @@
-#include "coding/file_header.h"
+#include "format/file_header.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

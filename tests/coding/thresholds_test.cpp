@@ -1,9 +1,9 @@
-#include "coding/thresholds.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <gtest/gtest.h>
+
+#include "passes/run.h"
 
 namespace marovia {
 namespace {

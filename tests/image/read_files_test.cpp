@@ -1,6 +1,7 @@
 // Files that other programs made, against the samples that they give for them.
 #include <gtest/gtest.h>
 #include <sstream>
+#include <tuple>
 
 #include "tests/image/image_files.h"
 

@@ -1,7 +1,7 @@
-#include "image/reduction.h"
-
 #include <gtest/gtest.h>
 #include <numeric>
+
+#include "image/sampling.h"
 
 namespace marovia {
 namespace {

@@ -1,7 +1,6 @@
 #include "image/sampling.h"
 
 #include <gtest/gtest.h>
-#include <limits>
 
 #include "tests/image/image_files.h"
 
@@ -33,13 +32,10 @@ TEST(SampleImage, PutsDisplayCoordinateOneAtTheCorner) {
 }
 
 TEST(SampleCoefficients, ShowsRoundedMagnitudesUpToWhite) {
-  const std::pair<float, int> cases[] = {{-300, 255}, {254.5F, 254}, {255.5F, 255}, {-2.5F, 2}};
+  const std::pair<float, int> cases[] = {{-300, 255}, {254.5F, 254}, {255.5F, 255},
+                                         {-2.5F, 2},  {-4e9F, 255},  {1e38F, 255}};
   for (const auto& [value, grey] : cases) {
     EXPECT_EQ(SampleCoefficients(Grid<float>(2, 3, value))(9, 200), grey) << value;
-  }
-  for (const float value : {32768.0F, std::numeric_limits<float>::quiet_NaN()}) {
-    EXPECT_EQ(CodeOf([&] { SampleCoefficients(Grid<float>(2, 3, value)); }, "16 bits"),
-              Errc::kOverflow);
   }
 }
 

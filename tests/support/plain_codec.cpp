@@ -15,7 +15,6 @@
 #include "tests/support/plain_ranked.h"
 #include "tests/support/plain_symbols.h"
 #include "wavelet/catalogue.h"
-#include "wavelet/scaling.h"
 #include "wavelet/transform.h"
 
 namespace marovia::plain {

@@ -9,7 +9,6 @@ RankedVisits::RankedVisits(int levels, int rows, int cols)
       lowRows_(levels > 0 ? rows >> levels : 0),
       lowCols_(levels > 0 ? cols >> levels : 0),
       score_(rows, cols),
-      found_(rows, cols),
       visited_(rows, cols) {
   AppendRaster({0, 0}, lowRows_, lowCols_);
   std::size_t parent = resting_.size();
@@ -51,10 +50,8 @@ RankedVisits::Place RankedVisits::PlaceOf(Position p) const {
 
 void RankedVisits::EndPass(const Grid<float>& quantized) {
   for (const Position p : resting_) {
-    visited_(p.row, p.col) = 0;
-    if (quantized(p.row, p.col) == 0) {
-      lines_[static_cast<std::size_t>(score_(p.row, p.col))].push_back(p);
-    }
+    visited_(p.row, p.col) = quantized(p.row, p.col) != 0 ? 1 : 0;
+    Raise(p, 0);
   }
 }
 
@@ -73,7 +70,6 @@ std::optional<Position> RankedVisits::Next() {
 }
 
 void RankedVisits::Found(Position p) {
-  found_(p.row, p.col) = 1;
   foundInOrder_.push_back(p);
   const Place place = PlaceOf(p);
   if (place.band == Band::kNone) return;
@@ -108,9 +104,7 @@ void RankedVisits::RaiseNeighbours(Position p, const Place& place) {
 void RankedVisits::Raise(Position p, int amount) {
   int& score = score_(p.row, p.col);
   score += amount;
-  if (found_(p.row, p.col) == 0 && visited_(p.row, p.col) == 0) {
-    lines_[static_cast<std::size_t>(score)].push_back(p);
-  }
+  if (visited_(p.row, p.col) == 0) lines_[static_cast<std::size_t>(score)].push_back(p);
 }
 
 }  // namespace marovia::plain

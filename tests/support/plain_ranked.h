@@ -43,8 +43,7 @@ class RankedVisits final : public Visits {
   int lowCols_;
   Positions resting_;
   Grid<int> score_;
-  Grid<int> found_;
-  Grid<int> visited_;
+  Grid<int> visited_;  // in this pass, or found before it
   std::array<std::deque<Position>, 16> lines_;
   Positions foundInOrder_;
 };

@@ -11,7 +11,6 @@
 #include "tests/support/code_of.h"
 #include "tests/support/test_images.h"
 #include "wavelet/catalogue.h"
-#include "wavelet/scaling.h"
 
 namespace marovia {
 namespace {

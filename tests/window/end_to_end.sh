@@ -3,6 +3,8 @@
 # display of its own, and checks the files that this leaves.
 #
 #   end_to_end.sh PROGRAM ROOT [SHOTS]    SHOTS: a folder for screenshots
+#
+# At the scale of QT_SCALE_FACTOR, and with letters of POINTS points if that is set.
 set -euo pipefail
 program=$1
 root=$2
@@ -35,6 +37,13 @@ window() { xdotool search --onlyvisible --name "$1" | tail -n 1; }
 is_active() { [ "$(xdotool getactivewindow getwindowname 2>/dev/null)" = "$1" ]; }
 is_settled() { [ "$(stat -c %s "$1")" -ge "$2" ]; }
 await_window() { wait_for is_active "$1"; }
+# Whether the program waits for events; what it gets while it runs it drops.
+is_idle() {
+  local before
+  before=$(cut -d ' ' -f 3,14,15 "/proc/$marovia/stat")
+  sleep 0.3
+  [ "${before%% *}" = S ] && [ "$before" = "$(cut -d ' ' -f 3,14,15 "/proc/$marovia/stat")" ]
+}
 # The picture of what the last key led to, once that is drawn.
 shoot() {
   [ -n "$shots" ] || return 0
@@ -42,15 +51,10 @@ shoot() {
   import -window "$(xdotool getactivewindow)" "$shots/$1.png"
 }
 
-# A key that comes while a closed dialog gives the focus back may be lost, and is sent again.
 press_for() {
-  local tries=0
-  until is_active "$2"; do
-    if [ $((tries % 20)) -eq 0 ]; then xdotool key "$1"; fi
-    tries=$((tries + 1))
-    [ "$tries" -lt 100 ] || fail "$1 does not lead to $2"
-    sleep 0.1
-  done
+  xdotool key "$1"
+  await_window "$2"
+  wait_for is_idle
 }
 
 # Opens a file question by a key, and answers it.
@@ -61,16 +65,22 @@ answer() {
   xdotool type --delay 5 -- "$2"
   xdotool key Return
   await_window Marovia
-  sleep 0.3
+  wait_for is_idle
 }
 
 exec 3>"$folder/display"
-Xvfb -displayfd 3 -screen 0 2400x1600x24 -nolisten tcp >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
 started+=($!)
 wait_for test -s "$folder/display"
 DISPLAY=:$(cat "$folder/display")
 export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$folder XDG_CONFIG_HOME=$folder/config
 unset WAYLAND_DISPLAY QT_QPA_PLATFORMTHEME
+if [ -n "${POINTS:-}" ]; then
+  export QT_QPA_PLATFORMTHEME=kde KDE_SESSION_VERSION=5
+  mkdir "$folder/config"
+  printf '[General]\nfont=Sans,%d\nmenuFont=Sans,%d\nfixed=Monospace,%d\n' "$POINTS" "$POINTS" \
+    "$POINTS" >"$folder/config/kdeglobals"
+fi
 openbox >/dev/null 2>&1 &
 started+=($!)
 # A window that is there before its manager would not get the keys.
@@ -81,22 +91,31 @@ cp "$root/Images/camera.pgm" "$folder/photo.pgm"
 marovia=$!
 started+=("$marovia")
 await_window Marovia
+wait_for is_idle
+eval "$(xdotool getactivewindow getwindowgeometry --shell)"
+[ $((X + WIDTH)) -le 1290 ] && [ $((Y + HEIGHT)) -le 800 ] ||
+  fail "the window of $WIDTH x $HEIGHT at $X, $Y is larger than the screen"
 shoot start
 
 answer ctrl+o "Get Image" "$folder/photo.pgm"
 xdotool key alt+c
-sleep 0.3
-xdotool key alt+c
+wait_for is_idle
 shoot loaded
 
-# A rectangle over the head, by mouse, in the picture's 256 x 256 points.
-scale=${QT_SCALE_FACTOR:-1}
-picture() { xdotool mousemove --window "$(window '^Marovia$')" $(((9 + $1) * scale)) $(((49 + $2) * scale)); }
+# A rectangle over the head, by mouse, in the picture's 256 x 256 points, which are pixels at all
+# sizes of letters. Where the first is in the window:
+case ${QT_SCALE_FACTOR:-1}-${POINTS:-9} in
+  1-9) left=9 top=49 ;;
+  2-9) left=67 top=195 ;;
+  *) left=7 top=103 ;;
+esac
+picture() { xdotool mousemove --window "$(window '^Marovia$')" $((left + $1)) $((top + $2)); }
 picture 70 30
 xdotool mousedown 1
 picture 100 60
 picture 155 130
 xdotool mouseup 1
+wait_for is_idle
 
 # Down the panel: method, coding, rate; Enter there is Go.
 xdotool key Tab Tab Tab Tab Tab Right Tab Right Tab

@@ -3,81 +3,33 @@
 namespace marovia::test {
 namespace {
 
-using WindowRegion = WindowTest;
-
 QColor PixelAt(QWidget& view, QPoint place) {
   return view.grab().toImage().pixelColor(PixelOf(view, place));
 }
 
-TEST_F(WindowRegion, ADragSetsTheRectangleAndShowsItOnAnyGround) {
+TEST_F(WindowTest, ADragOrKeysSetTheRectangleWhichShowsOnAnyGround) {
+  const RegionDrag& region = Form().state.region;
   for (const std::uint8_t ground : {std::uint8_t{0}, std::uint8_t{255}}) {
     Load(Image(512, 512, ground));
     DragPicture({40, 50}, {100, 120});
-    const AppState& state = Form().state;
-    EXPECT_EQ(state.ROISelected, 1);
-    EXPECT_EQ((std::array{state.ROICol1, state.ROIRow1, state.ROICol2, state.ROIRow2}),
-              (std::array<std::int16_t, 4>{40, 50, 100, 120}));
+    EXPECT_EQ(region.Corners(), (PictureRectangle{50, 40, 120, 100}));
     EXPECT_EQ(ReportText().toStdString(),
               "Upper left corner: (100, 80)\nLower right corner: (240, 200)");
     EXPECT_TRUE(Find<QCheckBox>("chkROIErrorOnly").isChecked());
-    EXPECT_EQ(PixelAt(Source(), {40, 80}), QColor(255, 255, 48));
-    EXPECT_EQ(PixelAt(Source(), {70, 120}), QColor(255, 255, 48));
-    EXPECT_LT(PixelAt(Source(), {39, 80}).lightness(), 80);
-    EXPECT_LT(PixelAt(Source(), {41, 80}).lightness(), 80);
+    for (const QPoint line : {QPoint(40, 80), QPoint(70, 120)})
+      EXPECT_EQ(PixelAt(Source(), line), QColor(255, 255, 48));
+    for (const QPoint shade : {QPoint(39, 80), QPoint(41, 80)})
+      EXPECT_LT(PixelAt(Source(), shade).lightness(), 80);
     EXPECT_EQ(PixelAt(Source(), {70, 80}), QColor(ground, ground, ground));
-
     QTest::mouseClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {5, 5}));
-    EXPECT_EQ(state.ROISelected, 0);
-    EXPECT_FALSE(Find<QCheckBox>("chkROIErrorOnly").isEnabled());
+    EXPECT_FALSE(region.IsInForce() || Find<QCheckBox>("chkROIErrorOnly").isEnabled());
   }
-}
-
-TEST_F(WindowRegion, AClickIsOnePixelASecondTakesItAwayAndADoubleClickChangesNothing) {
-  Load(Photograph(256, 256));
-  const auto click = [this](QPoint at) {
-    QTest::mouseClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), at));
-  };
-  const QString before = ReportText();
-  click({30, 60});
-  EXPECT_EQ(ReportText().toStdString(),
-            "Upper left corner: (60, 30)\nLower right corner: (60, 30)");
-  QTest::mouseDClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {30, 60}));
-  EXPECT_EQ(Form().state.ROISelected, 0);
-  EXPECT_EQ(ReportText(), before);
-  EXPECT_NE(window.findChild<QWidget*>("Viewer"), nullptr);
-
-  click({200, 90});
-  // An Enter opens the viewer too, but had no click before it.
-  QTest::keyClick(&Source(), Qt::Key_Return);
-  EXPECT_EQ(Form().state.ROISelected, 1);
-  click({5, 5});
-  EXPECT_EQ(Form().state.ROISelected, 0);
-}
-
-TEST_F(WindowRegion, ArrowsSpaceAndEscDrawWithoutAMouse) {
-  Load(Photograph(256, 256));
-  const auto press = [this](int key, Qt::KeyboardModifiers with = {}) {
-    QTest::keyClick(&Source(), static_cast<Qt::Key>(key), with);
-  };
-  const AppState& state = Form().state;
-  press(Qt::Key_Left);
-  press(Qt::Key_Up, Qt::ShiftModifier);
-  press(Qt::Key_Space);
-  for (int i = 0; i < 3; ++i) press(Qt::Key_Right);
-  EXPECT_EQ(state.ROISelected, 0);
-  press(Qt::Key_Return);
-  EXPECT_EQ(state.ROISelected, 1);
-  EXPECT_EQ((std::array{state.ROICol1, state.ROIRow1, state.ROICol2, state.ROIRow2}),
-            (std::array<std::int16_t, 4>{128, 112, 131, 112}));
-
-  // As with the mouse, the next one takes it away and only then another begins.
-  press(Qt::Key_Down);
-  press(Qt::Key_Space);
-  EXPECT_EQ(state.ROISelected, 0);
-  press(Qt::Key_Space);
-  press(Qt::Key_Escape);
-  EXPECT_EQ(state.ROISelected, 0);
-  EXPECT_FALSE(Form().GraphBox.outline.has_value());
+  QTest::keyClick(&Source(), Qt::Key_Left);
+  QTest::keyClick(&Source(), Qt::Key_Up, Qt::ShiftModifier);
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Right, Qt::Key_Return})
+    QTest::keyClick(&Source(), key);
+  EXPECT_TRUE(region.IsInForce());
+  EXPECT_EQ(region.Corners(), (PictureRectangle{112, 128, 112, 129}));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ QWidget* OpenedViewer(const QWidget& window) {
 
 TEST_F(WindowTest, WithoutAReconstructionTheViewerShowsTheSourceAlone) {
   Load(Photograph(300, 200));
-  Click("cmdViewer");
+  QTest::mouseDClick(&Source(), Qt::LeftButton, {}, PixelOf(Source(), {30, 60}));
   ASSERT_NE(OpenedViewer(window), nullptr);
   EXPECT_NE(OpenedViewer(window)->findChild<QWidget*>("Wipe"), nullptr);
   EXPECT_EQ(OpenedViewer(window)->findChild<QWidget*>("Difference"), nullptr);

@@ -51,6 +51,11 @@ class WindowTest : public testing::Test {
   // Writes the image as a BMP and loads it through the menu and the file question.
   void Load(const Image& image, const QString& name = "source.bmp");
   void Choose(const char* method, const char* coding, const QString& rate);
+  // Presses Go, and answers its question.
+  void GoUnder(const QString& name, bool replace = true) {
+    AnswerFileQuestion(Path(name), replace);
+    Click("cmdBegin(0)");
+  }
   void DragPicture(QPoint from, QPoint to);
 
   QWidget& Source() { return Find<QWidget>("GraphBox"); }

@@ -1,0 +1,124 @@
+#include <string>
+#include <vector>
+
+#include "base/number_text.h"
+#include "cli/arguments.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
+#include "cli/many_files.h"
+#include "cli/values.h"
+#include "codec/report_text.h"
+#include "files/input_file.h"
+#include "files/output_file.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  marovia decompress photo.awf photo.pgm  all that the file holds\n"
+    "  marovia decompress photo.awf small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
+    "  marovia decompress - - --format awf,pgm <photo.awf  from pipe to pipe\n"
+    "  marovia decompress *.awf --output-dir pictures -j 4  four files at a time\n"
+    "\n"
+    "A file cut short gives the picture that is left of it, and exit status 3.\n"
+    "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
+    "--format says bmp.\n";
+
+struct DecompressArguments {
+  CommonOptions common;
+  FileArguments files;
+  std::optional<double> rate;
+  Formats formats;
+};
+
+void NoticeRate(const DecompressArguments& arguments, const DecompressResult& result,
+                const Console& console) {
+  if (!arguments.rate) return;
+  if (!result.info.budget) {
+    console.Notice("lossless, so decoded whole whatever --rate says (see marovia truncate)");
+  } else if (result.rateHeld) {
+    const double held = *result.info.budget / static_cast<double>(result.image.Size());
+    console.Notice("made with " + TrimmedNumberText(static_cast<float>(held)) +
+                   " bits per pixel, so not decoded at " + TrimmedNumberText(*arguments.rate));
+  }
+}
+
+void ReportResult(const DecompressArguments& arguments, const FileTask& task,
+                  const DecompressResult& result, ImageFormat format, Console& console) {
+  console.Tell("Image decompressed.\n");
+  if (!arguments.common.json) return;
+  Json json = {{"input", task.input}, {"output", task.output}, {"format", NameOf(format)}};
+  json.update(JsonOf(result.info));
+  json["rateHeld"] = result.rateHeld;
+  json["truncated"] = result.truncated;
+  json["passes"] = JsonOf(result.passes);
+  console.Print(json);
+}
+
+DecompressResult Decode(const DecompressArguments& arguments, const std::string& input,
+                        Console& console) {
+  console.SetInput(input);
+  const FileKind kind = InputKind(input, arguments.formats.kind);
+  const Bytes file = ReadInput(input, arguments.common.maxPixels);
+  CheckIsOfKind(file, kind, arguments.common.maxPixels);
+  DecompressOptions options;
+  options.rate = arguments.rate;
+  options.maxPixels = arguments.common.maxPixels;
+  if (console.IsVerbose()) {
+    const FileInfo info = Inspect(file, kind, arguments.common.maxPixels);
+    options.onPass = [&console, info](const PassReport& report) {
+      console.Tell(PassReportText(report, info.rows, info.cols, true));
+    };
+  }
+  DecompressResult result = Decompress(file, kind, options);
+  NoticeRate(arguments, result, console);
+  return result;
+}
+
+ExitStatus DecompressFile(const DecompressArguments& arguments, const FileTask& task,
+                          Console& console) {
+  console.SetOutput(task.output);
+  const ImageFormat format = OutputFormat(task.output, arguments.formats.image);
+  const OutputFile output(task.output, arguments.files.force);
+  CheckJsonHasRoom(arguments.common, output);
+
+  const DecompressResult result = Decode(arguments, task.input, console);
+  console.SetOutput(task.output);
+  output.Put(format == ImageFormat::kPgm ? WritePgm(result.image) : WriteBmp(result.image));
+  ReportResult(arguments, task, result, format, console);
+  if (!result.truncated) return ExitStatus::kDone;
+  console.SetInput(task.input);
+  console.Complain("cut short: decoded from the " + std::to_string(result.info.bitsPresent) +
+                   " bits that are there");
+  return ExitStatus::kIncomplete;
+}
+
+ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console) {
+  CheckFileArguments(arguments.files);
+  const FileWork work = [&](const FileTask& task, Console& voice) {
+    return DecompressFile(arguments, task, voice);
+  };
+  if (arguments.files.outputDir) {
+    const ImageFormat format = arguments.formats.image.value_or(ImageFormat::kPgm);
+    return RunManyFiles(arguments.files, arguments.common, NameOf(format), work, console);
+  }
+  const std::vector<std::string>& names = arguments.files.names;
+  return RunOneFile(arguments.files, {names[0], names[1]}, work, console);
+}
+
+}  // namespace
+
+void AddDecompress(CLI::App& tool, Action& action) {
+  auto arguments = std::make_shared<DecompressArguments>();
+  CLI::App& command = AddCommand(tool, "decompress", "Turn a compressed file into an image");
+  AddFileArguments(command, arguments->files, "The compressed file", "The image: .pgm or .bmp");
+  AddRateOption(command, arguments->rate, "Bits per pixel to decode (all)")->group("General");
+  AddFormatOption(command, arguments->formats, true);
+  AddCommonOptions(command, arguments->common);
+  command.footer(std::string(kExamples) + "\n" + kManyFilesNote);
+  SetAction<DecompressArguments>(command, action, arguments, &RunDecompress);
+}
+
+}  // namespace marovia::cli

@@ -1,0 +1,96 @@
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/arguments.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
+#include "cli/help.h"
+#include "cli/values.h"
+#include "files/input_file.h"
+#include "files/output_file.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  marovia truncate photo.awf small.awf --rate 0.1\n"
+    "  marovia truncate master.awg web.awf --bytes 30000\n"
+    "\n"
+    "OUT decodes just as IN would at that rate; nothing is coded again. A lossless\n"
+    "file (.awg) becomes a lossy one (.awf), so that one lossless master gives every\n"
+    "rate. IN and OUT may be - for standard input and output.\n";
+
+struct TruncateArguments {
+  CommonOptions common;
+  std::string input;
+  std::string output;
+  bool force = false;
+  std::optional<double> rate;
+  std::optional<std::int64_t> bytes;
+  Formats formats;
+};
+
+void ReportResult(const TruncateArguments& arguments, const std::string& output,
+                  const TruncateResult& result, Console& console) {
+  console.Tell("Compressed file: " + output + "\n" + std::to_string(result.file.size()) +
+               " bytes\n");
+  if (!arguments.common.json) return;
+  Json json = {{"input", arguments.input}, {"output", output}, {"bytes", result.file.size()}};
+  json.update(JsonOf(Inspect(result.file, result.kind, arguments.common.maxPixels)));
+  json["rateHeld"] = result.rateHeld;
+  console.Print(json);
+}
+
+TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
+  console.SetInput(arguments.input);
+  const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
+  Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  CheckIsOfKind(file, kind, arguments.common.maxPixels);
+  TruncateResult result = Truncate(
+      std::move(file), kind,
+      {.rate = arguments.rate, .bytes = arguments.bytes, .maxPixels = arguments.common.maxPixels});
+  if (result.rateHeld) console.Notice("holds no more than that already, so it stays as it is");
+  return result;
+}
+
+ExitStatus RunTruncate(const TruncateArguments& arguments, Console& console) {
+  if (arguments.rate.has_value() == arguments.bytes.has_value())
+    Fail(Errc::kInvalidArgument, "truncate needs --rate or --bytes (see marovia truncate --help)");
+  const TruncateResult result = Shorten(arguments, console);
+
+  // Only now is it known whether a lossless file became a lossy one.
+  console.SetOutput(arguments.output);
+  const std::string name = OutputName(arguments.output, result.kind);
+  console.SetOutput(name);
+  const OutputFile output(name, arguments.force);
+  CheckJsonHasRoom(arguments.common, output);
+  output.Put(result.file);
+  ReportResult(arguments, name, result, console);
+  return ExitStatus::kDone;
+}
+
+}  // namespace
+
+void AddTruncate(CLI::App& tool, Action& action) {
+  auto arguments = std::make_shared<TruncateArguments>();
+  CLI::App& command = AddCommand(tool, "truncate", "Make a shorter file of a compressed one");
+  AddFile(command, "IN", arguments->input, "The compressed file");
+  AddFile(command, "OUT", arguments->output, "The shorter file");
+  CLI::Option* rate =
+      AddRateOption(command, arguments->rate, "Bits per pixel to keep")->group("Size");
+  AddBytesOption(command, arguments->bytes, "The most bytes that OUT may have")
+      ->excludes(rate)
+      ->group("Size");
+  AddFormatOption(command, arguments->formats, false);
+  AddForceOption(command, arguments->force);
+  AddCommonOptions(command, arguments->common);
+  command.formatter(std::make_shared<HelpFormatter>(
+      std::vector<std::string>{"[OPTIONS] IN OUT --rate BPP", "[OPTIONS] IN OUT --bytes N"}));
+  command.footer(kExamples);
+  SetAction<TruncateArguments>(command, action, arguments, &RunTruncate);
+}
+
+}  // namespace marovia::cli

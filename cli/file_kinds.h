@@ -1,0 +1,75 @@
+// What a file is, by its name and by its content.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "marovia/codec.h"
+#include "marovia/image.h"
+
+#include "cli/console.h"
+
+namespace marovia::cli {
+
+// What --format says, of each side where a name does not tell.
+struct Formats {
+  std::optional<FileKind> kind;
+  std::optional<ImageFormat> image;
+};
+
+// "pgm" or "bmp".
+std::string_view NameOf(ImageFormat format);
+
+// The extensions of all kinds and, of images too, of the images that are written.
+std::vector<std::string> FormatNames(bool imagesToo);
+
+// "awb" ... "awg" name a kind of compressed file, "pgm" and "bmp" an image. Error
+// kInvalidArgument for any other, and for an image where only kinds are of use.
+Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
+
+// The kind that the extension names, in either case; none for other extensions and for streams.
+std::optional<FileKind> KindNamed(const std::string& name);
+
+// The kind of the compressed file `name`: as told, else by its extension in either case. Error
+// kInvalidArgument where the name has none, kUnsupported where it is not one of ours.
+FileKind InputKind(const std::string& name, const std::optional<FileKind>& told);
+
+// The name under which a file of that kind is written: `name`, with the extension added where it
+// has none. Error kInvalidArgument where it has another one, or is empty.
+std::string OutputName(const std::string& name, FileKind kind);
+
+// The name of what becomes of `input` in a folder: an extension that is read here gives way to
+// another, any other stays. Error kInvalidArgument where the input has no name.
+std::string NameIn(const std::string& folder, const std::string& input, std::string_view extension);
+
+// The format of the image `name`: by its extension, else as told; a stream or a device gets a PGM.
+// Error kInvalidArgument where neither tells, or where they differ.
+ImageFormat OutputFormat(const std::string& name, const std::optional<ImageFormat>& told);
+
+// `file` may be all of a compressed file or a start of it that holds its header. Throws Error where
+// that cannot be a file of that kind and it is known what it is: kUnsupported for an image or
+// another foreign file, kMalformed for a lossless file taken for a lossy one, or the reverse.
+void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels);
+
+// Error kUnsupported where a file that a command wants an image in is a compressed one, by its name
+// and its header.
+void CheckIsNoCompressedFile(ByteView file, const std::string& name, std::int64_t maxPixels);
+
+// The image in the file of that name, or on standard input for "-".
+LoadedImage LoadImage(const std::string& name, std::int64_t maxPixels, Console& console);
+
+// The same; what was changed in reading it is noticed.
+LoadedImage ReadImageFile(const std::string& name, std::int64_t maxPixels, Console& console);
+
+// Both, of one shape. Error kIndex where they differ in it, kInvalidArgument where both are to come
+// from standard input.
+struct ImagePair {
+  LoadedImage source;
+  LoadedImage other;
+};
+ImagePair ReadImagePair(const std::string& source, const std::string& other, std::int64_t maxPixels,
+                        Console& console);
+
+}  // namespace marovia::cli

@@ -1,0 +1,208 @@
+// The passes of every decompressor: what PassEncoder sends, taken back.
+//
+// A run says how many pending homes lie between two that are found, so the decoder jumps: over the
+// words of a set of homes by counting their bits, over whole stretches by subtraction, to a place
+// in a list of pending homes at once.
+#pragma once
+
+#include <array>
+#include <bit>
+#include <vector>
+
+#include "passes/found_state.h"
+#include "passes/run.h"
+#include "passes/visiting_order.h"
+
+namespace marovia {
+
+template <class Symbols>
+class PassDecoder {
+ public:
+  PassDecoder(VisitingOrder& order, const Symbols& symbols, std::int64_t budget)
+      : order_(order),
+        budget_(budget),
+        found_(order),
+        values_(order.HomeCount()),
+        cursor_{symbols} {}
+
+  // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
+  // stream ended it.
+  bool Run(int pass, float threshold) {
+    Begin(pass, threshold);
+    return ReadRun(cursor_) && SignificancePass() && !Spent(cursor_) && RefinementPass();
+  }
+
+  [[nodiscard]] std::int64_t FoundCount() const { return found_.Count(); }
+  [[nodiscard]] std::int64_t BitsRead() const { return cursor_.symbols.BitsRead(); }
+  // Whether the stream ended before the budget.
+  [[nodiscard]] bool StreamEnded() const { return streamEnded_; }
+
+  // Puts every value found into the middle of what the passes leave open. To be called once, at the
+  // end.
+  void PlaceInTheMiddle() {
+    std::int64_t visited = 0;
+    found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
+      for (const Home home : homes) {
+        values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
+      }
+      return true;
+    });
+    for (std::size_t i = 0; i < found_.Now().WordCount(); ++i) {
+      for (std::uint64_t bits = found_.Now().Word(i); bits != 0; bits &= bits - 1) {
+        float& value = values_[i * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
+        value = LastRefinement(value, threshold_, true);
+      }
+    }
+  }
+
+  // Every value to its position in the grid, 0 where nothing is found.
+  void Scatter(std::span<float> grid) const { order_.Scatter(values_, grid); }
+
+ private:
+  // The place in the stream.
+  struct Cursor {
+    Symbols symbols;
+    std::int64_t run = 0;  // pending homes up to and with the next one found
+  };
+
+  void Begin(int pass, float threshold) {
+    threshold_ = threshold;
+    steps_ = {0.0F, threshold, -0.0F, -threshold};
+    refinedCount_ = 0;
+    if (pass > 1) {
+      found_.Settle();
+      order_.Rebuild(found_.Before());
+    }
+  }
+
+  [[nodiscard]] bool Spent(const Cursor& at) const { return at.symbols.BitsRead() >= budget_; }
+
+  bool Ended() {
+    streamEnded_ = true;
+    return false;
+  }
+
+  MAROVIA_INLINE bool ReadRun(Cursor& at) {
+    std::uint32_t number = 0;
+    if (!at.symbols.ReadNumber(number)) return Ended();
+    at.run = number;
+    return true;
+  }
+
+  bool SignificancePass() {
+    for (std::size_t i = 0; i < order_.Stretches().size(); ++i) {
+      if (!FindIn(i)) return false;
+    }
+    return true;
+  }
+
+  bool FindIn(std::size_t index) {
+    const std::int64_t pending = found_.PendingInStretch(index);
+    if (cursor_.run > pending) {
+      cursor_.run -= pending;
+      return true;
+    }
+    const Stretch& stretch = order_.Stretches()[index];
+    return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA {
+      return stretch.ordered ? FindInOrder(at, order_.OrderOf(index)) : FindInTurn(at, stretch);
+    });
+  }
+
+  MAROVIA_INLINE bool FindInTurn(Cursor& at, const Stretch& stretch) {
+    constexpr std::size_t kGroup = FoundState::kGroup;
+    for (std::size_t i = stretch.first / 64; i * 64 < stretch.last; ++i) {
+      const bool wholeGroup = i % kGroup == 0 && (i + kGroup) * 64 <= stretch.last;
+      if (wholeGroup && at.run > found_.PendingInGroup(i / kGroup)) {
+        at.run -= found_.PendingInGroup(i / kGroup);
+        i += kGroup - 1;
+        continue;
+      }
+      const std::uint64_t mask = HomeSet::RangeMask(i, stretch.first, stretch.last);
+      if (mask == ~std::uint64_t{0} && at.run > found_.PendingInWord(i)) {
+        at.run -= found_.PendingInWord(i);
+      } else if (!FindAmong(at, static_cast<Home>(i * 64), ~found_.Before().Word(i) & mask)) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  MAROVIA_INLINE bool FindInOrder(Cursor& at, const StretchOrder& order) {
+    found_.ListPending(order, pending_);
+    const std::span<const Home> homes = order.homes.empty() ? pending_.Homes() : order.homes;
+    return FindInList(at, homes.size(), [&](std::size_t i) { return homes[i]; }) &&
+           FindInList(at, 4 * order.blocksWithout.size(), [&](std::size_t i) {
+             return 4 * order.blocksWithout[i / 4] + static_cast<Home>(i % 4);
+           });
+  }
+
+  // Homes that are all pending: homeAt(0) to homeAt(count - 1).
+  template <class HomeAt>
+  MAROVIA_INLINE bool FindInList(Cursor& at, std::size_t count, HomeAt homeAt) {
+    auto left = static_cast<std::int64_t>(count);
+    while (at.run <= left) {
+      left -= at.run;
+      if (!Take(at, homeAt(count - static_cast<std::size_t>(left) - 1))) return false;
+    }
+    at.run -= left;
+    return true;
+  }
+
+  // The homes from `base` on that the bits of `pending` mark, the lowest first.
+  MAROVIA_INLINE bool FindAmong(Cursor& at, Home base, std::uint64_t pending) {
+    while (true) {
+      const int count = CountBits(pending);
+      if (at.run > count) {
+        at.run -= count;
+        return true;
+      }
+      const int place = PlaceOfBit(pending, static_cast<int>(at.run));
+      if (!Take(at, base + static_cast<Home>(place))) return false;
+      pending &= ~std::uint64_t{1} << place;
+    }
+  }
+
+  MAROVIA_INLINE bool Take(Cursor& at, Home home) {
+    bool negative = false;
+    if (!at.symbols.ReadSign(negative)) return Ended();
+    values_[home] = steps_[negative ? 3 : 1];
+    found_.Take(home);
+    return !Spent(at) && ReadRun(at);
+  }
+
+  bool RefinementPass() {
+    return found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
+      return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA { return Refine(at, homes); });
+    });
+  }
+
+  MAROVIA_INLINE bool Refine(Cursor& at, std::span<const Home> homes) {
+    for (const Home home : homes) {
+      bool moves = false;
+      if (!at.symbols.ReadRefinement(moves)) return Ended();
+      ++refinedCount_;
+      float& value = values_[home];
+      const unsigned negative = std::bit_cast<std::uint32_t>(value) >> 31;
+      value += steps_[2 * negative + (moves ? 1 : 0)];
+      if (Spent(at)) return false;
+    }
+    return true;
+  }
+
+  VisitingOrder& order_;
+  std::int64_t budget_;
+
+  FoundState found_;
+  std::vector<float> values_;
+  HomeList pending_;  // in the blocks of a stretch that may hold found homes
+  HomeList refined_;  // part of what this pass refines
+  std::int64_t refinedCount_ = 0;
+  float threshold_ = 0;
+  // Away from 0, by none or a threshold, for a positive value and for a negative one. A table,
+  // since signs and moves cannot be foretold.
+  std::array<float, 4> steps_{};
+  Cursor cursor_;
+  bool streamEnded_ = false;
+};
+
+}  // namespace marovia

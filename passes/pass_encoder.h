@@ -1,0 +1,113 @@
+// The passes of every compressor.
+//
+// A pass visits the homes that are not yet found, the pending ones, and sends for each that it
+// finds how many pending ones it skipped and the sign; then an end of pass; then one bit for each
+// home found in an earlier pass. What a pass finds is known beforehand (BitPlanes), so a run is the
+// difference of two numbers among the pending homes: nothing is visited one by one.
+#pragma once
+
+#include "passes/bit_planes.h"
+#include "passes/candidate_list.h"
+#include "passes/found_state.h"
+#include "passes/run.h"
+#include "passes/visiting_order.h"
+
+namespace marovia {
+
+template <class Symbols>
+class PassEncoder {
+ public:
+  PassEncoder(const BitPlanes& planes, VisitingOrder& order, const Symbols& symbols,
+              const EncoderPlan& plan)
+      : planes_(planes),
+        order_(order),
+        symbols_(symbols),
+        plan_(plan),
+        found_(order),
+        candidates_(planes.HomeCount()) {}
+
+  // Pass number `pass`, from 1 without a gap. False where the budget ended it.
+  bool Run(int pass) {
+    if (pass > 1) {
+      found_.Settle();
+      order_.Rebuild(found_.Before());
+    }
+    planes_.FoundIn(pass, candidates_);
+    return SignificancePass(pass) && RefinementPass(pass);
+  }
+
+  // After the last pass: closes the stream.
+  void Finish() { symbols_.Finish(); }
+
+  [[nodiscard]] std::int64_t FoundCount() const { return found_.Count(); }
+  [[nodiscard]] std::int64_t BitsSent() const { return symbols_.BitsSent(); }
+
+ private:
+  [[nodiscard]] bool Spent(const Symbols& symbols) const {
+    return symbols.BitsSpent() >= plan_.budget;
+  }
+
+  // From the switch point on only what lies in the region is found; what does not stays pending.
+  MAROVIA_INLINE bool MayFind(const Symbols& symbols, Home home) {
+    if (plan_.region == nullptr) return true;
+    regionOnly_ = regionOnly_ || symbols.BitsSent() >= plan_.switchPoint;
+    return !regionOnly_ || plan_.region->Has(home);
+  }
+
+  // A budget that the header's charge uses up ends the run where a first home is passed by.
+  bool EndsBeforeFirstSymbol() {
+    return plan_.testBeforeFirstSymbol && Spent(symbols_) &&
+           !(candidates_.Has(0) && MayFind(symbols_, 0));
+  }
+
+  bool SignificancePass(int pass) {
+    if (pass == 1 && EndsBeforeFirstSymbol()) return false;
+    list_.Fill(candidates_, found_, order_);
+    return RunLoop(symbols_,
+                   [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA { return SendFound(symbols); });
+  }
+
+  MAROVIA_INLINE bool SendFound(Symbols& symbols) {
+    std::uint32_t last = 0;
+    for (const Candidate& candidate : list_.Candidates()) {
+      if (!MayFind(symbols, candidate.home)) continue;
+      symbols.Found(candidate.number - last, planes_.Negative(candidate.home));
+      found_.Take(candidate.home);
+      last = candidate.number;
+      if (Spent(symbols)) return false;
+    }
+    // Two more than the pending homes left: no decoder takes that for a run.
+    symbols.EndOfPass(static_cast<std::uint32_t>(found_.Pending()) - last + 2);
+    return !Spent(symbols);
+  }
+
+  bool RefinementPass(int pass) {
+    if (pass == 1) return true;
+    return found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
+      return RunLoop(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
+        return SendRefinements(symbols, homes, pass);
+      });
+    });
+  }
+
+  MAROVIA_INLINE bool SendRefinements(Symbols& symbols, std::span<const Home> homes, int pass) {
+    for (const Home home : homes) {
+      symbols.Refine(planes_.Moves(home, pass));
+      if (Spent(symbols)) return false;
+    }
+    return true;
+  }
+
+  const BitPlanes& planes_;
+  VisitingOrder& order_;
+  Symbols symbols_;
+  EncoderPlan plan_;
+
+  FoundState found_;
+  HomeSet candidates_;  // what this pass finds as long as the budget lasts
+  CandidateList list_;  // the same in the order of visiting
+  HomeList refined_;    // part of what this pass refines
+  bool regionOnly_ = false;
+};
+
+}  // namespace marovia
