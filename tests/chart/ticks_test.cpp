@@ -23,5 +23,11 @@ TEST(SvgOf, StaysWellFormedWhateverTheTextsHoldAndWithoutPoints) {
   EXPECT_EQ(svg.find("inf"), std::string::npos);
 }
 
+TEST(SvgOf, NamesTheCurvesInTheOrderInWhichTheyEnd) {
+  const std::string svg =
+      SvgOf({"", "", "", {{"low", {{0, 9}, {1, 2}}}, {"high", {{0, 1}, {1, 8}}}}});
+  EXPECT_LT(svg.find("high"), svg.find("low"));
+}
+
 }  // namespace
 }  // namespace marovia

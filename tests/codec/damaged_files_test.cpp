@@ -7,6 +7,7 @@
 #include "format/file_header.h"
 #include "tests/support/code_of.h"
 #include "tests/support/plain_codec.h"
+#include "tests/support/plain_symbols.h"
 #include "tests/support/test_images.h"
 
 namespace marovia {
@@ -64,6 +65,16 @@ TEST(Headers, ThatAskForTooMuchAreRefusedBeforeAnythingIsAllocated) {
   const Bytes small = HeaderOf(1, kDaub97, {100, 100});
   EXPECT_EQ(CodeOf([&] { Inspect(small, kAwb, 9999); }), Errc::kLimit);
   EXPECT_EQ(Inspect(small, kAwb, 10000).rows, 100);
+}
+
+// Below 1 from the first pass on, an integer wavelet's threshold never is the one that ends a run.
+TEST(Headers, WithATinyThresholdMakeNoMoreThan32Passes) {
+  Bytes file = WriteHeader({1 << 30, 1, kInteger53, {32, 32}, false, 0, 0});
+  plain::Symbols nothingFound(plain::Coding::kRaw, {});
+  for (int pass = 0; pass < 40; ++pass) nothingFound.Number(32 * 32 + 2);
+  const Bytes stream = nothingFound.Finish();
+  file.insert(file.end(), stream.begin(), stream.end());
+  EXPECT_EQ(Decompress(file, kAwb).passes.size(), 33U);
 }
 
 TEST(Headers, WithMoreLevelsThanTheirSidesBearOrAHugeMeanAreRefused) {
