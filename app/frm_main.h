@@ -225,6 +225,7 @@ class frmMain : public Controls {
   void Decode(ByteView file, FileKind kind, Extent extent);
   void ShowHeader(const FileInfo& info);
   void OpenCompressedFile(const std::string& fileName, FileKind kind);
+  void OpenContextFile(const std::string& fileName);
 
   Desktop& desktop_;
   Pointer pointer_ = Pointer::kDefault;

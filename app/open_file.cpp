@@ -43,10 +43,11 @@ void frmMain::OpenFile(const std::filesystem::path& file) {
       dialog.fileName = file.string();
       LoadChosenImage();
     } else if (const auto kind = KindOfExtension(LowerExtension(file))) {
-      OpenCompressedFile(file.string(), *kind);
+      *kind == FileKind::kAwh ? OpenContextFile(file.string())
+                              : OpenCompressedFile(file.string(), *kind);
     } else {
       Note(file.filename().string() +
-           ": neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg).");
+           ": neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg, awh).");
     }
   });
 }

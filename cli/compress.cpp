@@ -32,6 +32,7 @@ constexpr const char* kExamples =
     "  .awf  ASWDR, arithmetic coding: the best pictures at a given size\n"
     "  .awg  ASWDR, arithmetic coding: lossless\n"
     "  .awc  the second ASWDR, raw bits: nearly as good as .awf\n"
+    "  .awh  context coding: better still, lossy or --lossless; any start is a file\n"
     "\n"
     "IN and OUT may be - for standard input and output; what is written is then\n"
     "an .awf unless options say otherwise.\n";
@@ -65,12 +66,12 @@ void NoticeLevels(const CompressArguments& arguments, const Image& image,
 }
 
 // Whether the file decodes to a whole picture of the image's shape; a lossless one to the image.
-bool DecodesWell(const Image& image, FileKind kind, const Bytes& file) {
+bool DecodesWell(const Image& image, const CompressOptions& coding, const Bytes& file) {
   DecompressOptions options;
   options.maxPixels = std::numeric_limits<std::int64_t>::max();  // padding may pass the limit
-  const DecompressResult back = Decompress(file, kind, options);
+  const DecompressResult back = Decompress(file, coding.kind, options);
   if (back.truncated || !back.image.SameShape(image)) return false;
-  return kind != FileKind::kAwg || back.image == image;
+  return !coding.lossless || back.image == image;
 }
 
 double BitsPerPixel(const Image& image, const Bytes& file) {
@@ -124,7 +125,7 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
   };
   const CompressResult result = Compress(image, options);
   NoticeLevels(arguments, image, result, console);
-  if (arguments.verify && !DecodesWell(image, options.kind, result.file)) {
+  if (arguments.verify && !DecodesWell(image, options, result.file)) {
     console.Complain("verification failed: the file does not decode to the image; not written");
     return ExitStatus::kFailed;
   }

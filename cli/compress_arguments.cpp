@@ -13,9 +13,10 @@ FileKind ChosenKind(const CompressArguments& arguments) {
   const Coding coding =
       arguments.coding.value_or(method == Method::kAswdr2 ? Coding::kBinary : Coding::kArithmetic);
   if (!arguments.lossless) return KindOf(method, coding);
-  if (method != Method::kAswdr || coding == Coding::kBinary)
-    Fail(Errc::kInvalidArgument, "--lossless works with --method aswdr --coding arithmetic only");
-  return FileKind::kAwg;
+  if (coding == Coding::kArithmetic && method == Method::kAswdr) return FileKind::kAwg;
+  if (coding == Coding::kArithmetic && method == Method::kContext) return FileKind::kAwh;
+  Fail(Errc::kInvalidArgument,
+       "--lossless works with --method aswdr or context, and --coding arithmetic only");
 }
 
 void CheckWavelet(const CompressArguments& arguments) {
@@ -25,6 +26,11 @@ void CheckWavelet(const CompressArguments& arguments) {
   if (arguments.lossless && arguments.wavelet == WaveletKind::kDaub97)
     Fail(Errc::kInvalidArgument,
          "--lossless needs an integer wavelet: --wavelet 5/3 or --wavelet 2+2,2, not 9/7");
+}
+
+void CheckPad(const CompressArguments& arguments, FileKind kind) {
+  if (kind == FileKind::kAwh && !arguments.pad)
+    Fail(Errc::kInvalidArgument, "--pad never is not for .awh files, which always pad");
 }
 
 void TakeWavelet(const std::string& text, CompressArguments& arguments) {
@@ -43,7 +49,7 @@ bool MakesLossy(const CompressArguments& arguments) {
 
 CompressArguments WithKindOf(const std::string& output, CompressArguments arguments) {
   const auto kind = KindNamed(output);
-  if (!kind || arguments.lossless) return arguments;
+  if (!kind || (arguments.lossless && *kind != FileKind::kAwh)) return arguments;
   if (*kind == FileKind::kAwg && !MakesLossy(arguments)) {
     arguments.lossless = true;
   } else {
@@ -57,6 +63,8 @@ CompressOptions OptionsOf(const CompressArguments& arguments) {
   CompressOptions options;
   options.kind = ChosenKind(arguments);
   CheckWavelet(arguments);
+  CheckPad(arguments, options.kind);
+  options.lossless = arguments.lossless;
   options.wavelet = arguments.wavelet;
   options.bestWavelet = arguments.bestWavelet;
   options.levels = arguments.levels;
@@ -70,7 +78,7 @@ CompressOptions OptionsOf(const CompressArguments& arguments) {
 }
 
 void AddCodingOptions(CLI::App& command, CompressArguments& arguments) {
-  AddParsedOption(command, "--method", "wdr|aswdr|aswdr2",
+  AddParsedOption(command, "--method", "wdr|aswdr|aswdr2|context",
                   "How positions are coded (by OUT, else aswdr)",
                   [&](const std::string& text) { arguments.method = ParseMethod(text); })
       ->group("Coding");
@@ -96,9 +104,10 @@ void AddSizeOptions(CLI::App& command, CompressArguments& arguments) {
       AddRateOption(command, arguments.rate, "Bits per pixel to spend (0.5)")->group("Size");
   CLI::Option* bytes =
       AddBytesOption(command, arguments.bytes, "The most bytes that OUT may have")->group("Size");
-  CLI::Option* lossless =
-      command.add_flag("--lossless", arguments.lossless, "Keep every pixel, as OUT.awg does")
-          ->group("Size");
+  CLI::Option* lossless = command
+                              .add_flag("--lossless", arguments.lossless,
+                                        "Keep every pixel, as OUT.awg does and OUT.awh can")
+                              ->group("Size");
   CLI::Option* psnr =
       AddParsedOption(command, "--psnr", "DB", "The least PSNR, in as few bytes as will do",
                       [&](const std::string& text) { arguments.psnr = ParsePsnr(text); })

@@ -46,12 +46,17 @@ bool IsForeign(const Signature& signature, const std::optional<FileInfo>& info) 
 
 }  // namespace
 
+FileKind KindOfInput(ByteView start, const std::string& name, const std::optional<FileKind>& told) {
+  const auto found = told ? told : KindOfContent(start);
+  return found ? *found : InputKind(name, told);
+}
+
 void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {
   const std::optional<FileInfo> info = InfoAs(file, kind, maxPixels);
   const Signature signature = SignatureOf(file);
   if (IsForeign(signature, info))
     Fail(Errc::kUnsupported, "holds " + std::string(signature.name) + ", not " + FileOf(kind));
-  if (info && !IsOdd(*info)) return;
+  if (kind == FileKind::kAwh || (info && !IsOdd(*info))) return;
   // A header with a budget and one without differ in length.
   const FileKind other = kind == FileKind::kAwg ? FileKind::kAwf : FileKind::kAwg;
   const std::optional<FileInfo> otherInfo = InfoAs(file, other, maxPixels);
@@ -61,7 +66,8 @@ void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {
 }
 
 void CheckIsNoCompressedFile(ByteView file, const std::string& name, std::int64_t maxPixels) {
-  const auto kind = KindNamed(name);
+  const auto content = KindOfContent(file);
+  const auto kind = content ? content : KindNamed(name);
   if (!kind || SignatureOf(file).IsKnown() || !InfoAs(file, *kind, maxPixels)) return;
   Fail(Errc::kUnsupported,
        "holds a compressed file, not an image (marovia decompress makes one of it)");

@@ -30,7 +30,8 @@ struct CurveArguments {
   std::string input;
   std::vector<std::string> outputs;
   bool force = false;
-  std::vector<FileKind> coders = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf};
+  std::vector<FileKind> coders = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                                  FileKind::kAwh};
   std::vector<WaveletKind> wavelets = {WaveletKind::kDaub97};
   std::vector<double> rates = ParseRates(kDefaultRates);
 };
@@ -108,7 +109,7 @@ ExitStatus RunCurve(const CurveArguments& arguments, Console& console) {
 }
 
 void AddCurveOptions(CLI::App& command, CurveArguments& arguments) {
-  AddParsedOption(command, "--coders", "LIST", "Of awb, awa, awd and awf (all four)",
+  AddParsedOption(command, "--coders", "LIST", "Of awb, awa, awc, awd, awf and awh (all but awc)",
                   [&](const std::string& text) { arguments.coders = ParseCoders(text); })
       ->group("Curves");
   AddParsedOption(command, "--wavelets", "LIST", "Of 9/7, 5/3 and 2+2,2 (9/7)",

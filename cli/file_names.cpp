@@ -13,7 +13,7 @@
 namespace marovia::cli {
 namespace {
 
-constexpr const char* kKindNames = "awb, awa, awc, awd, awf or awg";
+constexpr const char* kKindNames = "awb, awa, awc, awd, awf, awg or awh";
 
 char LowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

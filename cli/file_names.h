@@ -20,7 +20,7 @@ struct Formats {
 // "pgm" or "bmp".
 std::string_view NameOf(ImageFormat format);
 
-// "awb" ... "awg" name a kind of compressed file, "pgm" and "bmp" an image. Error
+// "awb" ... "awh" name a kind of compressed file, "pgm" and "bmp" an image. Error
 // kInvalidArgument for any other, and for an image where only kinds are of use.
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
 

@@ -26,11 +26,21 @@ Json JsonOf(const std::vector<PassReport>& passes) {
   return list;
 }
 
+namespace {
+
+// Only decoding tells how much of such a file is there.
+Json JsonOfLossless(const FileInfo& info) {
+  if (info.kind == FileKind::kAwh && info.wavelet != WaveletKind::kDaub97) return {};
+  return info.kind == FileKind::kAwg;
+}
+
+}  // namespace
+
 Json JsonOf(const FileInfo& info) {
   return {{"kind", Extension(info.kind)},
           {"method", NameOf(MethodOf(info.kind))},
           {"coding", NameOf(CodingOf(info.kind))},
-          {"lossless", info.kind == FileKind::kAwg},
+          {"lossless", JsonOfLossless(info)},
           {"wavelet", NameOf(info.wavelet)},
           {"levels", info.levels},
           {"rows", info.rows},

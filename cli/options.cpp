@@ -80,9 +80,9 @@ void AddFormatOption(CLI::App& command, Formats& formats, bool imagesToo) {
           [&formats, imagesToo](const std::vector<std::string>& texts) {
             formats = ParseFormats(texts, imagesToo);
           },
-          imagesToo ? "Kind of IN (awb, awa, awd, awf, awg) or OUT (pgm, bmp), "
+          imagesToo ? "Kind of IN (awb, awa, awc, awd, awf, awg, awh) or OUT (pgm, bmp), "
                       "where the name does not tell"
-                    : "Kind of the input (awb, awa, awd, awf, awg), where its "
+                    : "Kind of the input (awb, awa, awc, awd, awf, awg, awh), where its "
                       "name does not tell")
       ->delimiter(',')
       ->expected(1)

@@ -16,10 +16,11 @@ std::string LabelOf(const RateCurve& curve) {
   return std::string(Extension(curve.kind)) + "  " + std::string(NameOf(curve.wavelet));
 }
 
-// The kind of file gives the colour, the wavelet the dash.
+// The kind of file gives the colour, the wavelet the dash. awg, which has no rates, leaves its
+// colour to awh.
 Curve DrawnCurve(const RateCurve& curve) {
-  Curve drawn{
-      LabelOf(curve), {}, static_cast<int>(curve.kind), static_cast<int>(curve.wavelet) - 1};
+  const FileKind colour = curve.kind == FileKind::kAwh ? FileKind::kAwg : curve.kind;
+  Curve drawn{LabelOf(curve), {}, static_cast<int>(colour), static_cast<int>(curve.wavelet) - 1};
   for (const RatePoint& point : curve.points)
     if (point.psnr) drawn.points.push_back({point.rate, *point.psnr});
   return drawn;

@@ -49,7 +49,8 @@ std::vector<FileKind> ParseCoders(const std::string& text) {
   for (const std::string& part : Split(text)) {
     const auto kind = KindOfExtension(part);
     if (!kind || *kind == FileKind::kAwg)
-      Fail(Errc::kInvalidArgument, "--coders: '" + part + "' is not awb, awa, awd or awf");
+      Fail(Errc::kInvalidArgument,
+           "--coders: '" + part + "' is not awb, awa, awc, awd, awf or awh");
     kinds.push_back(*kind);
   }
   return kinds;

@@ -21,9 +21,9 @@ struct Name {
   std::string_view text;
 };
 
-constexpr std::array kMethods = {Name<Method>{Method::kWdr, "wdr"},
-                                 Name<Method>{Method::kAswdr, "aswdr"},
-                                 Name<Method>{Method::kAswdr2, "aswdr2"}};
+constexpr std::array kMethods = {
+    Name<Method>{Method::kWdr, "wdr"}, Name<Method>{Method::kAswdr, "aswdr"},
+    Name<Method>{Method::kAswdr2, "aswdr2"}, Name<Method>{Method::kContext, "context"}};
 constexpr std::array kCodings = {Name<Coding>{Coding::kBinary, "binary"},
                                  Name<Coding>{Coding::kArithmetic, "arithmetic"}};
 constexpr std::array kWavelets = {Name<WaveletKind>{WaveletKind::kDaub97, "9/7"},
@@ -148,6 +148,7 @@ Region ParseRegion(const std::string& text) {
 
 Method MethodOf(FileKind kind) {
   if (kind == FileKind::kAwc) return Method::kAswdr2;
+  if (kind == FileKind::kAwh) return Method::kContext;
   return kind == FileKind::kAwb || kind == FileKind::kAwa ? Method::kWdr : Method::kAswdr;
 }
 
@@ -160,6 +161,10 @@ FileKind KindOf(Method method, Coding coding) {
   if (method == Method::kAswdr2) {
     if (coding == Coding::kBinary) return FileKind::kAwc;
     Fail(Errc::kInvalidArgument, "--method aswdr2 works with --coding binary only");
+  }
+  if (method == Method::kContext) {
+    if (coding == Coding::kArithmetic) return FileKind::kAwh;
+    Fail(Errc::kInvalidArgument, "--method context works with --coding arithmetic only");
   }
   if (method == Method::kWdr) return coding == Coding::kBinary ? FileKind::kAwb : FileKind::kAwa;
   return coding == Coding::kBinary ? FileKind::kAwd : FileKind::kAwf;

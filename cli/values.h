@@ -10,7 +10,7 @@
 
 namespace marovia::cli {
 
-enum class Method { kWdr, kAswdr, kAswdr2 };
+enum class Method { kWdr, kAswdr, kAswdr2, kContext };
 enum class Coding { kBinary, kArithmetic };
 
 // The parsers throw Error kInvalidArgument, which names the option.

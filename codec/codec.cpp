@@ -9,6 +9,7 @@
 
 #include "base/number_text.h"
 #include "codec/compression.h"
+#include "codec/context_kind.h"
 #include "codec/decompression.h"
 #include "codec/geometry.h"
 #include "codec/quality_target.h"
@@ -29,14 +30,25 @@ void CheckPsnr(const CompressOptions& options) {
   }
 }
 
+bool IsLossless(const CompressOptions& options) {
+  return options.lossless || CoderOf(options.kind).lossless;
+}
+
+void CheckLossless(const CompressOptions& options) {
+  if (!options.lossless || CoderOf(options.kind).lossless || options.kind == FileKind::kAwh) return;
+  Fail(Errc::kInvalidArgument, "A file of the kind " + std::string(Extension(options.kind)) +
+                                   " cannot be lossless; awg and awh can.");
+}
+
 WaveletKind WaveletOf(const CompressOptions& options) {
-  const bool lossless = CoderOf(options.kind).lossless;
-  return options.wavelet.value_or(lossless ? WaveletKind::kInteger22 : WaveletKind::kDaub97);
+  return options.wavelet.value_or(IsLossless(options) ? WaveletKind::kInteger22
+                                                      : WaveletKind::kDaub97);
 }
 
 void CheckWavelet(const CompressOptions& options) {
-  const bool lossless = CoderOf(options.kind).lossless;
-  if (lossless && options.pad && !IsInteger(WaveletOf(options))) {
+  const bool lossless = IsLossless(options);
+  const bool padded = options.pad || options.kind == FileKind::kAwh;
+  if (lossless && padded && !IsInteger(WaveletOf(options))) {
     Fail(Errc::kInvalidArgument,
          "The 9/7 wavelet is not lossless; 5/3 and 2+2,2, the integer wavelets, are.");
   }
@@ -47,22 +59,23 @@ void CheckWavelet(const CompressOptions& options) {
 }
 
 void CheckOptions(const Image& image, const CompressOptions& options) {
-  const Coder& coder = CoderOf(options.kind);
+  const bool hasBudget = CoderOf(options.kind).HasBudget();
   if (options.levels && *options.levels < 1) {
     Fail(Errc::kInvalidArgument,
          "The number of levels is " + std::to_string(*options.levels) + "; it must be 1 or more.");
   }
+  CheckLossless(options);
   CheckWavelet(options);
-  if (coder.HasBudget() && options.bytes && *options.bytes < 1) {
+  if (hasBudget && options.bytes && *options.bytes < 1) {
     Fail(Errc::kInvalidArgument, "The file is to have " + std::to_string(*options.bytes) +
                                      " bytes; that must be 1 or more.");
   }
-  if (coder.HasBudget() && !options.bytes && !(std::isfinite(options.rate) && options.rate > 0)) {
+  if (hasBudget && !options.bytes && !(std::isfinite(options.rate) && options.rate > 0)) {
     Fail(Errc::kInvalidArgument,
          "The rate is" + NumberText(options.rate) + " bits per pixel; it must be above 0.");
   }
   if (options.region) CheckRegion(*options.region, image, Errc::kInvalidArgument);
-  if (coder.HasBudget() && options.psnr) CheckPsnr(options);
+  if (hasBudget && options.psnr) CheckPsnr(options);
 }
 
 // Keeps every report and passes it on. The list must outlive the listener.
@@ -154,9 +167,7 @@ std::int32_t BudgetForPsnr(const Image& image, const CompressOptions& options) {
     if (budget) return *budget;
     best = PsnrOfFile(image, file, options.kind);
   }
-  Fail(Errc::kInvalidArgument, "A PSNR of" + NumberText(*options.psnr) +
-                                   " decibels is out of reach; the most is" + NumberText(best) +
-                                   ".");
+  FailOutOfReach(*options.psnr, best);
 }
 
 // A compressor may charge its header more than a decompressor, so that its file ends a little
@@ -176,7 +187,8 @@ CompressResult CompressToTheShorter(const Image& image, const CompressOptions& o
   const auto tried = [&](WaveletKind wavelet) {
     CompressOptions quiet = Quiet(options);
     quiet.wavelet = wavelet;
-    return CompressOnce(image, quiet, 0);
+    quiet.bestWavelet = false;
+    return Compress(image, quiet);
   };
   // Where no thread is to be had it runs in this one.
   auto other =
@@ -193,6 +205,7 @@ CompressResult CompressToTheShorter(const Image& image, const CompressOptions& o
 CompressResult Compress(const Image& image, const CompressOptions& options) {
   CheckOptions(image, options);
   if (options.bestWavelet) return CompressToTheShorter(image, options);
+  if (options.kind == FileKind::kAwh) return CompressContext(image, options, WaveletOf(options));
   if (!CoderOf(options.kind).HasBudget()) return CompressOnce(image, options, 0);
   if (options.psnr) return CompressToPsnr(image, options);
   if (options.bytes) return CompressToBytes(image, options);
@@ -200,6 +213,7 @@ CompressResult Compress(const Image& image, const CompressOptions& options) {
 }
 
 DecompressResult Decompress(ByteView file, FileKind kind, const DecompressOptions& options) {
+  if (kind == FileKind::kAwh) return DecompressContext(file, options);
   Decompression run(file, kind, options.maxPixels);
   DecompressResult result;
   result.info = run.Info();

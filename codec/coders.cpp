@@ -4,6 +4,7 @@
 
 #include "aswdr/adaptive_order.h"
 #include "coding/file_header.h"
+#include "context/context_header.h"
 
 namespace marovia {
 namespace {
@@ -25,6 +26,7 @@ constexpr std::array kCoders = {
     Coder{FileKind::kAwg, "awg", kAdaptive, SymbolKind::kAswdr, kLossless, kLossless, kLossless,
           true},
     Coder{FileKind::kAwc, "awc", kRanked, SymbolKind::kBits, kRaw, kRaw, kRaw, false},
+    Coder{FileKind::kAwh, "awh", kContext, SymbolKind::kContext, 0, 0, 0, false},
 };
 
 }  // namespace
@@ -40,6 +42,10 @@ std::unique_ptr<VisitingOrder> MakeOrder(ScanKind scan, const BandGrid& grid) {
 
 std::string_view Extension(FileKind kind) {
   return CoderOf(kind).extension;
+}
+
+std::optional<FileKind> KindOfContent(ByteView start) {
+  return BeginsContextFile(start) ? std::optional(FileKind::kAwh) : std::nullopt;
 }
 
 std::optional<FileKind> KindOfExtension(std::string_view extension) {

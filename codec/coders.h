@@ -10,8 +10,9 @@
 
 namespace marovia {
 
-enum class ScanKind { kFixed, kAdaptive, kRanked };
-enum class SymbolKind { kBits, kWdr, kAswdr };
+// kContext: none of those that Compression and Decompression run through.
+enum class ScanKind { kFixed, kAdaptive, kRanked, kContext };
+enum class SymbolKind { kBits, kWdr, kAswdr, kContext };
 
 struct Coder {
   FileKind kind;
@@ -31,7 +32,7 @@ struct Coder {
 
 const Coder& CoderOf(FileKind kind);
 
-// Not for kRanked, whose passes have an order of their own.
+// Not for kRanked and kContext, whose passes have orders of their own.
 std::unique_ptr<VisitingOrder> MakeOrder(ScanKind scan, const BandGrid& grid);
 
 }  // namespace marovia

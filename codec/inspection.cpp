@@ -4,6 +4,7 @@
 #include <string>
 
 #include "codec/coders.h"
+#include "codec/context_kind.h"
 #include "codec/geometry.h"
 
 namespace marovia {
@@ -67,6 +68,7 @@ FileInfo InfoOf(const FileHeader& header, FileKind kind, std::int64_t streamByte
 
 FileInfo InspectStart(ByteView start, std::int64_t fileBytes, FileKind kind,
                       std::int64_t maxPixels) {
+  if (kind == FileKind::kAwh) return InspectContext(start, fileBytes, maxPixels);
   const auto header = static_cast<std::int64_t>(HeaderSize(CoderOf(kind).HasBudget()));
   return InfoOf(CheckedHeader(start, kind, maxPixels), kind,
                 std::max<std::int64_t>(0, fileBytes - header));
@@ -77,6 +79,7 @@ FileInfo Inspect(ByteView file, FileKind kind, std::int64_t maxPixels) {
 }
 
 std::int64_t UsefulBytes(const FileInfo& info) {
+  if (info.kind == FileKind::kAwh) return UsefulContextBytes(info);
   const auto header = static_cast<std::int64_t>(HeaderSize(info.budget.has_value()));
   if (info.budget) return header + std::max(0, *info.budget) / 8 + kBytesBeyondBudget;
   return header + kBytesPerPixel * Pixels({info.codedRows, info.codedCols}) + kBytesOfPasses;

@@ -70,7 +70,7 @@ function __marovia_values
     set -l option (commandline -opc)[-1]
     switch "$option"
         case --format
-            string split ' ' 'awb awa awd awf awg pgm bmp'
+            string split ' ' 'awb awa awc awd awf awg awh pgm bmp'
         case --output-dir
             __fish_complete_directories
         case --files0-from

@@ -14,6 +14,7 @@
 #include "tests/support/literal_arithmetic.h"
 #include "tests/support/literal_scan.h"
 #include "tests/support/literal_transform.h"
+#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {
@@ -194,6 +195,14 @@ TEST(FileFormat, ListsTheFilesOfAllKinds) {
     ExpectInDocument(Hex(ExampleFile(kind)) + "\n");
     EXPECT_TRUE(Decompress(ExampleFile(kind), kind).image == ExampleImage());
   }
+}
+
+TEST(FileFormat, ListsAContextFile) {
+  const Image image = test::NamedImage("gradient", 8, 8);
+  CompressOptions options{.kind = FileKind::kAwh, .wavelet = WaveletKind::kInteger53, .levels = 1};
+  options.lossless = true;
+  ExpectInDocument(Rows(image));
+  ExpectInDocument(Hex(Compress(image, options).file) + "\n");
 }
 
 TEST(FileFormat, ListsTheBitsOfEachPass) {

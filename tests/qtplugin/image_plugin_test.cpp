@@ -41,8 +41,8 @@ class ImagePlugin : public testing::Test {
 
 TEST_F(ImagePlugin, ReadsEveryKindByItsExtensionAndSaysTheSizeBefore) {
   const Image image = Pattern(45, 70);  // padded
-  for (const FileKind kind :
-       {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                              FileKind::kAwg, FileKind::kAwc, FileKind::kAwh}) {
     const QByteArray file = Compressed(image, kind);
     const QString extension = Extension(kind).data();
     QImageReader reader(Write("a." + extension.toUpper(), file));
@@ -66,6 +66,10 @@ TEST_F(ImagePlugin, ReadsFromMemoryWhereTheFormatIsTold) {
   EXPECT_EQ(QImageReader(&buffer, "awf").read().size(), QSize(64, 64));
   buffer.seek(0);
   EXPECT_FALSE(QImageReader(&buffer).canRead());  // nothing tells
+  QBuffer named;
+  named.setData(Compressed(Pattern(64, 64), FileKind::kAwh));
+  named.open(QIODevice::ReadOnly);
+  EXPECT_EQ(QImageReader(&named).read().size(), QSize(64, 64));
 }
 
 TEST_F(ImagePlugin, LeavesTheFilesOfOthersAlone) {
