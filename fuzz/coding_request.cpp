@@ -65,6 +65,7 @@ CodingRequest TakeRequest(ByteView input, int mostSide) {
   const int rate = in.Word();
   const Size size{1 + in.Below(mostSide), 1 + in.Below(mostSide)};
   options.pad = (flags & kPad) != 0;
+  options.lossless = (flags & kLossless) != 0;
   options.rate = RateOf(rate);
   if ((flags & kBytes) != 0) options.bytes = rate;
   const Region region = TakeRegion(in, flags, size);

@@ -22,7 +22,8 @@ enum RequestFlag : unsigned {
   kRegion = 2,
   kBytes = 4,      // a number of bytes in place of the rate
   kAnyRegion = 8,  // corners as they come, whether in the image or not
-  kSquareShift = 4
+  kSquareShift = 4,
+  kLossless = 64
 };
 
 }  // namespace marovia::fuzz

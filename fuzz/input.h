@@ -23,7 +23,7 @@ class Input {
     const int low = Byte();
     return Byte() << 8 | low;
   }
-  FileKind Kind() { return static_cast<FileKind>(Below(6)); }
+  FileKind Kind() { return static_cast<FileKind>(Below(7)); }
   [[nodiscard]] ByteView Rest() const { return rest_; }
 
  private:

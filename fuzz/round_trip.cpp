@@ -15,13 +15,14 @@ bool Fits(int side, int levels) {
 // A region leaves the rest of the image incomplete, and sides that do not fit come back permuted.
 bool MustBeExact(const CodingRequest& request, int levels) {
   const CompressOptions& options = request.options;
+  if (options.kind == FileKind::kAwh) return options.lossless;
   if (options.kind != FileKind::kAwg || options.region) return false;
   if (options.wavelet == WaveletKind::kDaub97) return false;
   return options.pad || (Fits(request.image.Rows(), levels) && Fits(request.image.Cols(), levels));
 }
 
 void CheckLength(const CodingRequest& request, const Bytes& file) {
-  if (request.options.kind == FileKind::kAwg) return;
+  if (request.options.kind == FileKind::kAwg || request.options.lossless) return;
   const auto size = static_cast<double>(file.size());
   // A last group of symbols may exceed the budget, and a header may exceed all of it.
   constexpr double kBeyond = 48;

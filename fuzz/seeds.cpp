@@ -73,6 +73,29 @@ void AddSeedsOf(const test::GoldenRow& row, std::vector<Seed>& seeds) {
   seeds.push_back({"encode_plainly", name, RequestOf(row, 12, 0)});
 }
 
+// Both ways to ask for such a file, and the targets that read one.
+void AddContextSeeds(std::vector<Seed>& seeds) {
+  for (const bool lossless : {false, true}) {
+    CompressOptions options{.kind = FileKind::kAwh, .rate = 2, .lossless = lossless};
+    const Bytes file = Compress(test::NamedImage("blobs", 15, 16), options).file;
+    const std::string name = lossless ? "context_lossless" : "context";
+    for (const char* target : {"decode", "cut", "decode_plainly"})
+      seeds.push_back({target, name, OfAKind(options.kind, 0, file)});
+    // Corners, share and samples are as good as any.
+    Bytes request{Byte(options.kind),
+                  Byte(lossless),
+                  0,
+                  Byte(lossless ? kLossless + 0U : 0U),
+                  0xD0,
+                  7,
+                  14,
+                  15};
+    request.insert(request.end(), file.begin(), file.end());
+    for (const char* target : {"round_trip", "encode_plainly"})
+      seeds.push_back({target, name, request});
+  }
+}
+
 Bytes FileBytes(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -85,6 +108,7 @@ std::vector<Seed> MakeSeeds(const std::string& dataFolder) {
   for (const auto& row : test::ReadGoldenRows(dataFolder + "/expected_results.tsv")) {
     AddSeedsOf(row, seeds);
   }
+  AddContextSeeds(seeds);
   for (const auto& entry : fs::directory_iterator(dataFolder + "/images")) {
     const std::string extension = entry.path().extension().string();
     if (extension != ".bmp" && extension != ".pgm" && extension != ".ppm") continue;

@@ -84,7 +84,7 @@ class Table {
 
 int PrintTable(int rows, int cols, double times) {
   Table table(times);
-  for (int kind = 0; kind < 6; ++kind) {
+  for (int kind = 0; kind < 7; ++kind) {
     for (const HostileFile& hostile : test::HostileFiles(rows, cols, static_cast<FileKind>(kind))) {
       table.Add(std::string(Extension(hostile.kind)) + ": " + hostile.name, hostile,
                 [&] { Decompress(hostile.file, hostile.kind); });

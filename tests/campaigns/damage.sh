@@ -9,7 +9,7 @@ cd "$(dirname "$0")/../.."
 
 flips=${1:-100000}
 [ $# -eq 0 ] || shift
-[ $# -gt 0 ] || set -- awg awb awa awd awf awc
+[ $# -gt 0 ] || set -- awg awb awa awd awf awc awh
 out=build/campaigns
 mkdir -p "$out"
 {

@@ -22,6 +22,7 @@
 #include "marovia/measures.h"
 
 #include "coding/file_header.h"
+#include "context/context_header.h"
 #include "tests/campaigns/campaign.h"
 #include "tests/support/test_images.h"
 
@@ -68,6 +69,7 @@ struct Subject {
 };
 
 Subject SubjectOf(FileKind kind) {
+  if (kind == FileKind::kAwh) return {kind, WaveletKind::kDaub97, kContextHeaderBytes};
   const bool lossless = kind == FileKind::kAwg;
   return {kind, lossless ? WaveletKind::kInteger53 : WaveletKind::kDaub97, HeaderSize(!lossless)};
 }
@@ -141,12 +143,23 @@ void FlipBits(const Subject& subject, int flips) {
 constexpr std::array kSides = {1,  4,   63,   512,  3,    5,     64, 0,     2,    7,
                                16, 100, 8192, 8191, 1024, 32767, -1, 32766, 4097, -32768};
 
-// A header that no compressor need have written, and some stream.
-Bytes Forged(const Subject& subject, int levelByte, int exponent, int rows, int cols) {
+Bytes ForgedHeader(const Subject& subject, int levelByte, int exponent, int rows, int cols) {
+  Bytes file;
+  if (subject.kind == FileKind::kAwh) {
+    AppendContextHeader(
+        file, {static_cast<WaveletKind>(1 + levelByte % 3), levelByte, exponent, rows, cols, 100});
+    return file;
+  }
   FileHeader header{.sides = {rows, cols}, .mean = 100, .exponent = exponent};
   if (subject.kind != FileKind::kAwg) header.budget = 2000;
-  Bytes file = WriteHeader(header);
+  file = WriteHeader(header);
   file[subject.header - 10] = static_cast<std::uint8_t>(levelByte);
+  return file;
+}
+
+// A header that no compressor need have written, and some stream.
+Bytes Forged(const Subject& subject, int levelByte, int exponent, int rows, int cols) {
+  Bytes file = ForgedHeader(subject, levelByte, exponent, rows, cols);
   for (int i = 0; i < 40; ++i) file.push_back(static_cast<std::uint8_t>(37 * i * i + 11));
   return file;
 }

@@ -18,8 +18,8 @@ void PrintHashes(const std::string& path) {
   std::ifstream stream(path, std::ios::binary);
   const Image image = ReadImage(Bytes(std::istreambuf_iterator<char>(stream), {})).image;
   const std::string name = path.substr(path.rfind('/') + 1);
-  for (const FileKind kind :
-       {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwg}) {
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
+                              FileKind::kAwg, FileKind::kAwc, FileKind::kAwh}) {
     for (const WaveletKind wavelet :
          {WaveletKind::kDaub97, WaveletKind::kInteger53, WaveletKind::kInteger22}) {
       if (kind == FileKind::kAwg && wavelet == WaveletKind::kDaub97) continue;

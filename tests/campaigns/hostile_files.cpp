@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "coding/file_header.h"
+#include "context/context_header.h"
 #include "tests/support/literal_symbols.h"
 #include "wavelet/catalogue.h"
 
@@ -127,6 +128,23 @@ Bytes RunLengthBmp(int rows, int cols, const Bytes& code) {
   return file;
 }
 
+std::vector<HostileFile> HostileContextFiles(int rows, int cols) {
+  Bytes header;
+  AppendContextHeader(header, {.levels = std::min(6, ContextLevelLimit(rows, cols)),
+                               .planes = kMostContextPlanes,
+                               .rows = rows,
+                               .cols = cols});
+  const auto size = static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols) / 2;
+  std::vector<HostileFile> files;
+  for (const auto& [name, stream] :
+       {std::pair("header alone", Bytes()), std::pair("zeros", Bytes(size, 0)),
+        std::pair("ones", Bytes(size, 0xFF)), std::pair("noise", Noise(size))}) {
+    files.push_back({name, FileKind::kAwh, header, rows, cols});
+    files.back().file.insert(files.back().file.end(), stream.begin(), stream.end());
+  }
+  return files;
+}
+
 }  // namespace
 
 Bytes FileOf(const Script& script, const Bytes& stream) {
@@ -147,6 +165,7 @@ Bytes FileOf(const Script& script) {
 }
 
 std::vector<HostileFile> HostileFiles(int rows, int cols, FileKind kind) {
+  if (kind == FileKind::kAwh) return HostileContextFiles(rows, cols);
   Script script{.kind = kind, .rows = rows, .cols = cols};
   std::vector<HostileFile> files;
   const auto add = [&](const std::string& name, Bytes file) {
