@@ -1,6 +1,5 @@
 #include "fuzz/coding_request.h"
 
-#include <cmath>
 #include <limits>
 
 #include "fuzz/input.h"
@@ -9,47 +8,9 @@ namespace marovia::fuzz {
 namespace {
 
 double RateOf(int thousandths) {
-  switch (thousandths) {
-    case 0xFFFF:
-      return std::numeric_limits<double>::quiet_NaN();
-    case 0xFFFE:
-      return std::numeric_limits<double>::infinity();
-    case 0xFFFD:
-      return -1;
-    case 0xFFFC:
-      return std::numeric_limits<double>::max();
-    default:
-      return thousandths / 1000.0;
-  }
-}
-
-struct Size {
-  int rows;
-  int cols;
-};
-
-Region TakeRegion(Input& in, unsigned flags, Size size) {
-  Region region{in.Byte(), in.Byte(), in.Byte(), in.Byte()};
-  if ((flags & kAnyRegion) != 0) return region;
-  region.row1 %= size.rows;
-  region.col1 %= size.cols;
-  region.row2 = region.row1 + region.row2 % (size.rows - region.row1);
-  region.col2 = region.col1 + region.col2 % (size.cols - region.col1);
-  return region;
-}
-
-Image Squares(ByteView samples, Size size, int side) {
-  Image image(size.rows, size.cols);
-  if (samples.empty()) return image;
-  const int across = (size.cols + side - 1) / side;
-  const auto count = static_cast<int>(samples.size());
-  for (int r = 0; r < size.rows; ++r) {
-    for (int c = 0; c < size.cols; ++c) {
-      const int square = r / side * across + c / side;
-      image(r, c) = samples[static_cast<std::size_t>(square % count)];
-    }
-  }
-  return image;
+  using Limits = std::numeric_limits<double>;
+  constexpr double kOdd[] = {Limits::max(), -1, Limits::infinity(), Limits::quiet_NaN()};
+  return thousandths < 0xFFFC ? thousandths / 1000.0 : kOdd[thousandths - 0xFFFC];
 }
 
 }  // namespace
@@ -61,17 +22,28 @@ CodingRequest TakeRequest(ByteView input, int mostSide) {
   options.kind = in.Kind();
   options.wavelet = static_cast<WaveletKind>(1 + in.Below(3));
   if (const int levels = in.Below(16)) options.levels = levels - 1;
-  const auto flags = static_cast<unsigned>(in.Byte());
+  const int flags = in.Byte();
+  options.pad = flags % 2 == 1;
+  options.lossless = flags / 16 % 2 == 1;
   const int rate = in.Word();
-  const Size size{1 + in.Below(mostSide), 1 + in.Below(mostSide)};
-  options.pad = (flags & kPad) != 0;
-  options.lossless = (flags & kLossless) != 0;
   options.rate = RateOf(rate);
-  if ((flags & kBytes) != 0) options.bytes = rate;
-  const Region region = TakeRegion(in, flags, size);
-  if ((flags & kRegion) != 0) options.region = region;
+  if (flags / 4 % 2 == 1) options.bytes = rate;
+  const int rows = 1 + in.Below(mostSide);
+  const int cols = 1 + in.Below(mostSide);
+  Region region{in.Byte(), in.Byte(), in.Byte(), in.Byte()};
+  if (flags / 8 % 2 == 0) {
+    region.row1 %= rows;
+    region.col1 %= cols;
+    region.row2 = region.row1 + region.row2 % (rows - region.row1);
+    region.col2 = region.col1 + region.col2 % (cols - region.col1);
+  }
+  if (flags / 2 % 2 == 1) options.region = region;
   options.share = static_cast<float>(in.Byte() - 10) / 100;
-  request.image = Squares(in.Rest(), size, 1 + static_cast<int>(flags >> kSquareShift & 3));
+  request.image = Image(rows, cols);
+  const ByteView samples = in.Rest();
+  for (std::size_t i = 0; !samples.empty() && i < request.image.Size(); ++i) {
+    request.image.Samples()[i] = samples[i % samples.size()];
+  }
   return request;
 }
 

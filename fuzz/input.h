@@ -5,6 +5,8 @@
 
 #include "marovia/codec.h"
 
+#include "tests/support/plain_codec.h"
+
 namespace marovia::fuzz {
 
 class Input {
@@ -23,7 +25,10 @@ class Input {
     const int low = Byte();
     return Byte() << 8 | low;
   }
-  FileKind Kind() { return static_cast<FileKind>(Below(7)); }
+  FileKind Kind() {
+    const auto kinds = plain::AllKinds();
+    return kinds[static_cast<std::size_t>(Byte()) % kinds.size()];
+  }
   [[nodiscard]] ByteView Rest() const { return rest_; }
 
  private:

@@ -11,29 +11,10 @@
 
 namespace marovia::fuzz {
 
-using Target = void (*)(ByteView input);
-
-// The first byte names the kind of the file, the second asks for all of it, a lower rate or a part;
-// the rest is the file.
-void Decode(ByteView input);
-// The same two bytes, with which Inspect and Truncate are called.
-void Cut(ByteView input);
-// A PGM, PPM or BMP file, read as such and as the form reads it.
-void ReadImages(ByteView input);
-// A CodingRequest: coded and decoded again.
-void RoundTrip(ByteView input);
-// As Decode and RoundTrip, but against the plain codec of the tests.
-void DecodePlainly(ByteView input);
-void EncodePlainly(ByteView input);
-
-struct NamedTarget {
+struct Target {
   std::string_view name;
-  Target run;
+  void (*run)(ByteView input);
 };
-
-std::span<const NamedTarget> Targets();
-
-// Throws std::logic_error where a promise does not hold.
-void Promise(bool holds, const char* promise);
+std::span<const Target> Targets();
 
 }  // namespace marovia::fuzz

@@ -16,7 +16,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DMAROVIA_BUILD_BENCH=ON >/dev/null
-cmake --build "$build" --target marovia_round_trip lossless_campaign >/dev/null
+cmake --build "$build" --target marovia_round_trip campaign >/dev/null
 # The comparison with others is left out where their libraries, or Google Benchmark, are missing.
 peers=$build/bench/marovia_bench
 if cmake --build "$build" --target marovia_bench >/dev/null 2>&1; then
@@ -37,7 +37,7 @@ measure "$root"/Images/*.pgm --kinds awg,awh --lossless --wavelets 5/3 \
 measure "$root"/Images/*.pgm --kinds awb,awa,awd,awf,awh --wavelets 9/7 --rates 0.25,0.5,1 >"$work/lossy"
 measure "$root/Images/camera.pgm" --kinds awb --wavelets 9/7 --wavelets 5/3 --wavelets 2+2,2 \
   --rates 0.25,0.5,1 >"$work/wavelets"
-"$build/tests/campaigns/lossless_campaign" "$campaign_images" 1 >"$work/campaign"
+"$build/tests/campaigns/campaign" lossless "$campaign_images" 1 >"$work/campaign"
 
 # The rows of a table with one line an image and rate, and a cell for each coder: the columns
 # named, joined by " / ". Rows of one image and rate come coder by coder, all rates of one after

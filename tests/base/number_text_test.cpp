@@ -2,7 +2,7 @@
 
 #include <clocale>
 #include <gtest/gtest.h>
-#include <string>
+#include <string_view>
 
 #include "marovia/error.h"
 
@@ -10,15 +10,14 @@ namespace marovia {
 namespace {
 
 TEST(NumberText, HasTheDigitsOfItsTypeAndABlankForTheSign) {
-  EXPECT_EQ(NumberText(1), " 1");
-  EXPECT_EQ(NumberText(-3), "-3");
-  EXPECT_EQ(NumberText(4096.0F), " 4096");
-  EXPECT_EQ(NumberText(0.1F), " 0.1");
-  EXPECT_EQ(NumberText(48.130804F), " 48.1308");
-  EXPECT_EQ(NumberText(1.0 / 3), " 0.333333333333333");
-  EXPECT_EQ(NumberText(-0.25), "-0.25");
-  EXPECT_EQ(NumberText(2147483648.0F), " 2.147484E+09");
-  EXPECT_EQ(NumberText(0.00000011920929F), " 1.192093E-07");
+  const std::pair<double, std::string_view> doubles[] = {
+      {1, " 1"}, {-3, "-3"}, {1.0 / 3, " 0.333333333333333"}, {-0.25, "-0.25"}};
+  for (const auto& [value, text] : doubles) EXPECT_EQ(NumberText(value), text);
+  const std::pair<float, std::string_view> floats[] = {{0.1F, " 0.1"},
+                                                       {48.130804F, " 48.1308"},
+                                                       {2147483648.0F, " 2.147484E+09"},
+                                                       {0.00000011920929F, " 1.192093E-07"}};
+  for (const auto& [value, text] : floats) EXPECT_EQ(NumberText(value), text);
   EXPECT_EQ(TrimmedNumberText(0.01F), "0.01");
 }
 

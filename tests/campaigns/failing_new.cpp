@@ -1,34 +1,49 @@
-#include "tests/campaigns/failing_new.h"
-
+// Loaded before a program, runs out of memory: the allocation number MAROVIA_FAILING_NEW of its
+// main fails, or with a + behind the number it and all that follow. The file that MAROVIA_STRUCK
+// names is then made, so that whoever counts on knows where to stop.
 #include <cstddef>
 #include <cstdlib>
+#include <dlfcn.h>
+#include <fcntl.h>
 #include <new>
+#include <unistd.h>
 
-namespace marovia::test {
 namespace {
 
-struct State {
-  std::int64_t untilFailure = 0;  // 0: none to come
-  Shortage shortage = Shortage::kOnce;
-  bool struck = false;
-  std::int64_t blocks = 0;
-};
+constexpr std::size_t kUsual = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
 
-thread_local constinit State state;
+// Failures to come begin after so many allocations; 0 is none.
+long untilFailure = 0;
+bool stays = false;
+bool struck = false;
+
+using Main = int (*)(int, char**, char**);
+Main programsMain = nullptr;
+
+// What is allocated before is no concern of the program's.
+int BeginToCount(int argc, char** argv, char** environment) {
+  if (const char* order = std::getenv("MAROVIA_FAILING_NEW")) {
+    char* end = nullptr;
+    untilFailure = std::strtol(order, &end, 10);
+    stays = *end == '+';
+  }
+  return programsMain(argc, argv, environment);
+}
 
 bool MustFail() {
-  if (state.struck && state.shortage == Shortage::kToStay) return true;
-  if (state.untilFailure == 0 || --state.untilFailure > 0) return false;
-  state.struck = true;
+  if (struck) return stays;
+  if (untilFailure == 0 || --untilFailure > 0) return false;
+  struck = true;
+  if (const char* path = std::getenv("MAROVIA_STRUCK")) {
+    ::close(::open(path, O_CREAT | O_WRONLY, 0600));
+  }
   return true;
 }
 
 void* Allocate(std::size_t size, std::size_t alignment) noexcept {
   if (MustFail()) return nullptr;
   const std::size_t whole = (size + alignment - 1) / alignment * alignment;
-  void* block = std::aligned_alloc(alignment, whole == 0 ? alignment : whole);
-  if (block != nullptr) ++state.blocks;
-  return block;
+  return std::aligned_alloc(alignment, whole == 0 ? alignment : whole);
 }
 
 void* AllocateOrThrow(std::size_t size, std::size_t alignment) {
@@ -37,91 +52,36 @@ void* AllocateOrThrow(std::size_t size, std::size_t alignment) {
   return block;
 }
 
-void Free(void* block) noexcept {
-  if (block != nullptr) --state.blocks;
-  std::free(block);
-}
-
 }  // namespace
 
-MemoryShortage::MemoryShortage(std::int64_t nth, Shortage shortage) {
-  state = {nth, shortage, false, state.blocks};
+// Called by the system to start a program.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
+extern "C" [[gnu::visibility("default")]] int __libc_start_main(Main main, int argc, char** argv,
+                                                                void (*init)(), void (*fini)(),
+                                                                void (*rtldFini)(),
+                                                                void* stackEnd) {
+  programsMain = main;
+  using Start = int (*)(Main, int, char**, void (*)(), void (*)(), void (*)(), void*);
+  const auto start = reinterpret_cast<Start>(::dlsym(RTLD_NEXT, "__libc_start_main"));
+  return start(BeginToCount, argc, argv, init, fini, rtldFini, stackEnd);
 }
 
-MemoryShortage::~MemoryShortage() {
-  state = {0, Shortage::kOnce, false, state.blocks};
-}
-
-bool MemoryShortage::Struck() const {
-  return state.struck;
-}
-
-std::int64_t BlocksInUse() {
-  return state.blocks;
-}
-
-}  // namespace marovia::test
-
-namespace {
-
-constexpr std::size_t kUsual = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
-
-std::size_t Number(std::align_val_t alignment) {
-  return static_cast<std::size_t>(alignment);
-}
-
-}  // namespace
-
-// Every form: a sanitizer's own would otherwise take the place of some.
-using marovia::test::Allocate;
-using marovia::test::AllocateOrThrow;
-using marovia::test::Free;
-
+// The standard library's other forms come down to these, and to std::free.
 void* operator new(std::size_t n) {
   return AllocateOrThrow(n, kUsual);
 }
-void* operator new[](std::size_t n) {
-  return AllocateOrThrow(n, kUsual);
-}
 void* operator new(std::size_t n, std::align_val_t a) {
-  return AllocateOrThrow(n, Number(a));
-}
-void* operator new[](std::size_t n, std::align_val_t a) {
-  return AllocateOrThrow(n, Number(a));
-}
-void* operator new(std::size_t n, const std::nothrow_t&) noexcept {
-  return Allocate(n, kUsual);
-}
-void* operator new[](std::size_t n, const std::nothrow_t&) noexcept {
-  return Allocate(n, kUsual);
+  return AllocateOrThrow(n, static_cast<std::size_t>(a));
 }
 void operator delete(void* block) noexcept {
-  Free(block);
-}
-void operator delete[](void* block) noexcept {
-  Free(block);
+  std::free(block);
 }
 void operator delete(void* block, std::size_t) noexcept {
-  Free(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-  Free(block);
+  std::free(block);
 }
 void operator delete(void* block, std::align_val_t) noexcept {
-  Free(block);
-}
-void operator delete[](void* block, std::align_val_t) noexcept {
-  Free(block);
+  std::free(block);
 }
 void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
-  Free(block);
-}
-void operator delete[](void* block, std::size_t, std::align_val_t) noexcept {
-  Free(block);
-}
-void operator delete(void* block, const std::nothrow_t&) noexcept {
-  Free(block);
-}
-void operator delete[](void* block, const std::nothrow_t&) noexcept {
-  Free(block);
+  std::free(block);
 }

@@ -1,16 +1,25 @@
 #!/usr/bin/env bash
-# Lets files, folders, pipes and signals fail under the tool. After every fault the old file must be
+# Lets files, folders, pipes, memory and signals fail under the tool. After every fault the old file must be
 # whole or the new one, nothing else may lie in the folder, the exit status must be the promised one,
 # and one line must name the file and what happened.
 #
-#   faults.sh TOOL [KILLS]      KILLS (200) times the tool is killed at a random moment of a write
+#   faults.sh TOOL FAILING_NEW [KILLS [STEP [SCENE...]]]
+#
+# FAILING_NEW is the library that lets allocations fail: every STEP-th (1) of a run, one after another.
+# KILLS (200) times the tool is killed at a random moment of a write. SCENE is one of the functions
+# below, from full_disks on; unless told, all are played.
 #
 # Full and read-only file systems are mounted in a name space of the script's own. Where the system
 # does not allow that, it says so and goes on without.
 set -euo pipefail
 
 tool=$(realpath "$1")
-kills=${2:-200}
+failing_new=$(realpath "$2")
+kills=${3:-200}
+step=${4:-1}
+all_scenes=(full_disks read_only_file_system without_proc owners_and_groups forbidden_folders odd_names
+  links nodes_and_pipes closed_streams memory_that_runs_out signals)
+scenes=("${@:5}")
 
 if [ -z "${MAROVIA_OWN_MOUNTS:-}" ]; then
   export MAROVIA_OWN_MOUNTS=1
@@ -24,7 +33,7 @@ fi
 work=$(mktemp -d)
 scratch=$(mktemp -d)
 cleanup() {
-  [ "$MAROVIA_OWN_MOUNTS" = none ] || umount -q "$work"/tiny "$work"/sealed || true
+  [ "$MAROVIA_OWN_MOUNTS" = none ] || umount -q "$work"/tiny "$work"/sealed 2>/dev/null || true
   rm -rf "$work" "$scratch"
 }
 trap cleanup EXIT
@@ -77,9 +86,18 @@ make_files() {
   "$tool" compress data/flat.pgm data/flat.awf
 }
 
+# mount_at FOLDER OPTIONS: false where there are no mounts
+mount_at() {
+  if [ "$MAROVIA_OWN_MOUNTS" = none ]; then
+    echo "No mounts here: $1 is left out" >&2
+    return 1
+  fi
+  mkdir "$1"
+  mount -t tmpfs -o "$2" tmpfs "$1"
+}
+
 full_disks() {
-  mkdir tiny
-  mount -t tmpfs -o size=64k,nr_inodes=8 tmpfs tiny
+  mount_at tiny size=64k,nr_inodes=8 || return 0
   cp data/flat.awf tiny/old.awf
   cp data/flat.pgm tiny/flat.pgm
   keep tiny/old.awf
@@ -101,8 +119,7 @@ full_disks() {
 }
 
 read_only_file_system() {
-  mkdir sealed
-  mount -t tmpfs tmpfs sealed
+  mount_at sealed rw || return 0
   cp data/flat.awf sealed/old.awf
   mount -o remount,ro sealed
   keep sealed/old.awf
@@ -118,6 +135,7 @@ read_only_file_system() {
 # Where nothing leads back to a nameless file, files are written under another name.
 without_proc() {
   mkdir unmapped
+  [ "$MAROVIA_OWN_MOUNTS" != none ] || return 0
   mount -t tmpfs tmpfs /proc
   check 0 '' "$tool" compress data/flat.pgm unmapped/new
   check 0 '' "$tool" compress data/flat.pgm unmapped/new -f
@@ -141,6 +159,10 @@ replaced_as() {
 }
 
 owners_and_groups() {
+  setpriv --reuid 1234 --regid 1234 --groups 5678 true 2>/dev/null || {
+    echo "Only root may give files away: owners and groups are left out" >&2
+    return 0
+  }
   mkdir shared
   chmod 777 shared "$work"
   replaced_as 1234:1234 640 '1234:1234 640'
@@ -266,6 +288,58 @@ closed_streams() {
   check_names data flat.awf flat.pgm noise.awg noise.pgm
 }
 
+# Each allocation of a run fails in turn, alone and with all that follow.
+memory_that_runs_out() {
+  local words count=0
+  mkdir short
+  cp data/flat.awf short/old.awf
+  keep short/old.awf
+  while read -r words; do
+    for stays in '' +; do
+      # shellcheck disable=SC2086  # one line, several words
+      run_short_of_memory $words
+    done
+  done <<'END'
+compress data/flat.pgm short/new.awf --verify
+compress data/flat.pgm short/new.awg --lossless --json
+decompress data/flat.awf short/new.pgm --rate 0.3
+measure data/flat.pgm data/flat.pgm
+info data/flat.awf --json
+truncate data/noise.awg short/new.awf --rate 0.25
+truncate data/noise.awg short/old.awf -f --rate 0.3
+END
+  echo "$count times memory ran out"
+}
+
+# Ends where the run has fewer allocations than that.
+run_short_of_memory() {
+  local nth status
+  for ((nth = 1; ; nth += step)); do
+    rm -f "$scratch/struck" short/new.*
+    status=0
+    MAROVIA_FAILING_NEW=$nth$stays MAROVIA_STRUCK=$scratch/struck LD_PRELOAD=$failing_new \
+      "$tool" "$@" >"$scratch/out" 2>"$scratch/err" || status=$?
+    [ -e "$scratch/struck" ] || break
+    count=$((count + 1))
+    if [ "$status" -ne 0 ]; then
+      check_out_of_memory "$status" "$nth$stays" "$@"
+    elif [ -s "$scratch/err" ]; then
+      fail "allocation $nth$stays of $*: says '$(cat "$scratch/err")' and succeeds"
+    fi
+  done
+  cp "$scratch/short/old.awf" short/old.awf
+}
+
+check_out_of_memory() {
+  local status=$1 nth=$2
+  shift 2
+  [ "$status" -eq 1 ] || fail "allocation $nth of $*: status $status"
+  grep -q '^marovia: .*out of memory$' "$scratch/err" && [ "$(wc -l <"$scratch/err")" -eq 1 ] ||
+    fail "allocation $nth of $*: says '$(cat "$scratch/err")'"
+  [ -z "$(find short -name '.*' -type f -print -delete)" ] ||
+    fail "allocation $nth of $*: a stray file"
+}
+
 # strike SIGNAL MICROSECONDS COMMAND...: sends the signal at a random moment of the time that a whole
 # run takes, and a third more. A shell starts what runs in the background deaf to SIGINT.
 strike() {
@@ -290,8 +364,16 @@ microseconds_of() {
   echo "$best"
 }
 
-# Strikes while a file is replaced, then while one is made, and looks at what is left.
 signals() {
+  { printf 'P5 4096 2048 255\n' && head -c 8388608 /dev/urandom; } >large.pgm
+  "$tool" compress large.pgm large.awb --method wdr --coding binary --rate 8
+  strike_often KILL "$kills"
+  strike_often TERM $((kills / 4))
+  strike_often INT $((kills / 4))
+}
+
+# Strikes while a file is replaced, then while one is made, and looks at what is left.
+strike_often() {
   local signal count=$2 tries olds=0 news=0 strays=0 status microseconds
   signal=$1
   mkdir "struck_$signal"
@@ -325,28 +407,8 @@ signals() {
 }
 
 make_files
-if [ "$MAROVIA_OWN_MOUNTS" = none ]; then
-  echo "No mounts here: full and read-only file systems are left out" >&2
-else
-  full_disks
-  read_only_file_system
-  without_proc
-fi
-if setpriv --reuid 1234 --regid 1234 --groups 5678 true 2>/dev/null; then
-  owners_and_groups
-else
-  echo "Only root may give files away: owners and groups are left out" >&2
-fi
-forbidden_folders
-odd_names
-links
-nodes_and_pipes
-closed_streams
-{ printf 'P5 4096 2048 255\n' && head -c 8388608 /dev/urandom; } >large.pgm
-"$tool" compress large.pgm large.awb --method wdr --coding binary --rate 8
-signals KILL "$kills"
-signals TERM $((kills / 4))
-signals INT $((kills / 4))
+[ ${#scenes[@]} -gt 0 ] || scenes=("${all_scenes[@]}")
+for scene in "${scenes[@]}"; do "$scene"; done
 if [ "$failures" -ne 0 ]; then
   echo "$failures faults ended badly" >&2
   exit 1

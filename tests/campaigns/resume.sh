@@ -2,10 +2,10 @@
 # A run over many images, two at a time, that is killed twice, interrupted once and resumed ends with
 # the same bytes as one that was left alone.
 #
-#   tests/campaigns/resume.sh TOOL MAKE_IMAGES [COUNT]     2000 images unless told
+#   tests/campaigns/resume.sh TOOL CAMPAIGN [COUNT]     2000 images unless told
 set -euo pipefail
 tool=$(realpath "$1")
-make_images=$(realpath "$2")
+campaign=$(realpath "$2")
 count=${3:-2000}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -18,7 +18,7 @@ fail() {
 }
 
 mkdir images
-"$make_images" "$count" images
+"$campaign" images "$count" images
 find images -name '*.pgm' -print0 >list
 run() { "$tool" compress --files0-from list --output-dir "$1" -j 2 --skip-existing; }
 done_in() { find "$1" -name '*.awf' | wc -l; }

@@ -8,24 +8,13 @@ namespace marovia {
 namespace {
 
 TEST(NiceAxis, HasTicksThatPeopleRead) {
-  struct Case {
-    double least;
-    double most;
-    double step;
-    int digits;
-  };
-  for (const Case& one : {Case{0, 2, 0.5, 1},
-                          {24.3, 41.2, 5, 0},
-                          {0, 1.5, 0.5, 1},
-                          {-3, 12, 5, 0},
-                          {0, 0.07, 0.02, 2},
-                          {5, 5, 0.2, 1}}) {
-    const Axis axis = NiceAxis(one.least, one.most, 5);
-    EXPECT_LE(axis.from, one.least);
-    EXPECT_GE(axis.to, one.most);
-    EXPECT_NEAR(axis.ticks[1] - axis.ticks[0], one.step, 1e-9) << one.least << " to " << one.most;
-    EXPECT_EQ(axis.digits, one.digits) << one.least << " to " << one.most;
-    EXPECT_LE(axis.ticks.size(), 8U);
+  const std::tuple<double, double, double, int> cases[] = {
+      {0, 2, 0.5, 1}, {24.3, 41.2, 5, 0}, {-3, 12, 5, 0}, {0, 0.07, 0.02, 2}, {5, 5, 0.2, 1}};
+  for (const auto& [least, most, step, digits] : cases) {
+    const Axis axis = NiceAxis(least, most, 5);
+    EXPECT_TRUE(axis.from <= least && axis.to >= most && axis.ticks.size() <= 8) << least;
+    EXPECT_NEAR(axis.ticks[1] - axis.ticks[0], step, 1e-9) << least;
+    EXPECT_EQ(axis.digits, digits) << least;
   }
 }
 

@@ -10,7 +10,6 @@
 #include "marovia/measures.h"
 
 #include "tests/support/code_of.h"
-#include "tests/support/library_options.h"
 #include "tests/support/test_images.h"
 
 namespace marovia {
@@ -18,6 +17,12 @@ namespace {
 
 using enum FileKind;
 using enum WaveletKind;
+
+DecompressOptions AtRate(double rate) {
+  DecompressOptions options;
+  options.rate = rate;
+  return options;
+}
 
 // Every length is a file of its own: what is written for it, cut to it and decoded at it.
 TEST(ContextKind, OfEveryLengthIsTheStartOfTheWhole) {
@@ -33,7 +38,7 @@ TEST(ContextKind, OfEveryLengthIsTheStartOfTheWhole) {
       const DecompressResult back = Decompress(start, kAwh);
       ASSERT_FALSE(back.truncated || back.rateHeld);
       const double rate = 8.0 * static_cast<double>(length) / static_cast<double>(image.Size());
-      ASSERT_TRUE(back.image == Decompress(whole, kAwh, test::OptionsOfRate(rate)).image);
+      ASSERT_TRUE(back.image == Decompress(whole, kAwh, AtRate(rate)).image);
     }
   }
 }
@@ -41,12 +46,12 @@ TEST(ContextKind, OfEveryLengthIsTheStartOfTheWhole) {
 TEST(ContextKind, TellsOfBitsThatWereAskedForAndAreCut) {
   const Image image = test::NamedImage("rings", 40, 48);
   const Bytes whole = Compress(image, {.kind = kAwh, .lossless = true}).file;
-  const DecompressResult all = Decompress(whole, kAwh, test::OptionsOfRate(20));
+  const DecompressResult all = Decompress(whole, kAwh, AtRate(20));
   EXPECT_TRUE(all.rateHeld && !all.truncated && all.image == image);
   const auto half = ByteView(whole).first(whole.size() / 2);
-  const DecompressResult less = Decompress(half, kAwh, test::OptionsOfRate(20));
+  const DecompressResult less = Decompress(half, kAwh, AtRate(20));
   EXPECT_TRUE(less.rateHeld && less.truncated);
-  EXPECT_FALSE(Decompress(half, kAwh, test::OptionsOfRate(0.5)).truncated);
+  EXPECT_FALSE(Decompress(half, kAwh, AtRate(0.5)).truncated);
 }
 
 TEST(ContextKind, KeepsEveryPixelOnlyWithoutATarget) {
@@ -68,6 +73,24 @@ TEST(ContextKind, KeepsEveryPixelOnlyWithoutATarget) {
       {.kind = kAwh, .bytes = 15}};
   for (const CompressOptions& one : refused)
     EXPECT_EQ(test::CodeOf([&] { Compress(image, one); }), Errc::kInvalidArgument);
+}
+
+TEST(ContextKind, SpendsItsBytesOnAQualityOrARegion) {
+  const Image image = test::NamedImage("lcgnoise", 96, 96);
+  for (const WaveletKind wavelet : {kDaub97, kInteger22}) {
+    CompressOptions options{.kind = kAwh, .wavelet = wavelet, .rate = 2};
+    const Image plain = Decompress(Compress(image, options).file, kAwh).image;
+    const Region region{30, 40, 60, 70};
+    options.region = region;
+    const Image favoured = Decompress(Compress(image, options).file, kAwh).image;
+    EXPECT_GT(*Measure(image, favoured, region).psnr, *Measure(image, plain, region).psnr + 5);
+    options.region.reset();
+    options.psnr = 30;
+    const Bytes good = Compress(image, options).file;
+    EXPECT_GE(*Measure(image, Decompress(good, kAwh).image).psnr, 30);
+    const ByteView shorter = ByteView(good).first(good.size() * 98 / 100);
+    EXPECT_LT(*Measure(image, Decompress(shorter, kAwh).image).psnr, 30);
+  }
 }
 
 // The units of thresholds, means and levels are those of the other kinds.

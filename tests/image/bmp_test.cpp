@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "image_files.h"
+#include "tests/image/image_files.h"
 
 namespace marovia {
 namespace {
@@ -58,25 +58,15 @@ TEST(BmpHeader, SaysWhatIsWrong) {
       {Bytes(good.begin(), good.begin() + 17), Errc::kMalformed, "takes 18 bytes; 17 are there"},
       {Bytes(good.begin(), good.begin() + 53), Errc::kMalformed, "takes 54 bytes; 53 are there"},
       {With(good, kInfoSize, 64), Errc::kUnsupported, "information header of 64 bytes"},
-      {With(good, kInfoSize, 0xFFFFFFFF), Errc::kUnsupported, "of 4294967295 bytes"},
       {With(good, kBits, 7, 2), Errc::kUnsupported, "7 bits a pixel"},
-      {With(good, kCompression, 5), Errc::kUnsupported, "compression 5"},
       {With(good, kCompression, 2), Errc::kMalformed, "compression 2 with 8 bits"},
-      {With(good, kCompression, 3), Errc::kMalformed, "compression 3 with 8 bits"},
       {With(good, kWidth, 0), Errc::kMalformed, "0 columns and 7 rows"},
-      {With(good, kWidth, 0xFFFFFFFF), Errc::kMalformed, "-1 columns"},
-      {With(good, kHeight, 0), Errc::kMalformed, "0 rows"},
       {With(good, kHeight, 0x80000000), Errc::kLimit, "2147483648 rows"},
-      {With(good, kHeight, 0x7FFFFFFF), Errc::kLimit, "2147483647 rows"},
       {With(good, kHeight, 8), Errc::kMalformed, "need 125 bytes, but 112 are"},
-      {With(good, kPixelsAt, 53), Errc::kMalformed, "pixels at byte 53"},
-      {With(good, kPixelsAt, 1191), Errc::kMalformed, "pixels at byte 1191"},
       {With(good, kColours, 2), Errc::kMalformed, "but a palette of 2"},
       {With(FileBytes("colour32_masks.bmp"), 54, 0xF0F), Errc::kMalformed, "mask of 3855"},
-      {With(FileBytes("colour32_masks.bmp"), 62, 0), Errc::kMalformed, "mask of 0"},
       {With(FileBytes("colour565.bmp"), 58, 0x1E000), Errc::kMalformed, "mask of 122880"},
-      {With(FileBytes("colour32_masks.bmp"), kPixelsAt, 54), Errc::kMalformed, "end at 66"},
-  };
+      {With(FileBytes("colour32_masks.bmp"), kPixelsAt, 54), Errc::kMalformed, "end at 66"}};
   for (const auto& [file, code, part] : cases) {
     EXPECT_EQ(CodeOf([&, &bytes = file] { ReadImage(bytes); }, part), code) << part;
   }
@@ -128,60 +118,41 @@ TEST(BmpColour, NotesTransparencyThatIsTherePixelByPixel) {
 }
 
 TEST(BmpRuns, GoUpFromTheBottomAndLeaveColourZeroWhereTheyJump) {
-  EXPECT_EQ(TextOf(RunsOf({4, 1, 0, 0, 4, 2, 0, 1})), "bbbb\ngggg\n");
-  EXPECT_EQ(TextOf(RunsOf({0, 1})), "....\n....\n");
-  EXPECT_EQ(TextOf(RunsOf({1, 1, 0, 2, 1, 1, 2, 2, 0, 1})), "..bb\ng...\n");
-  EXPECT_EQ(TextOf(RunsOf({0, 3, 1, 2, 1, 9, 0, 0, 1, 2, 0, 1})), "b...\ngbg.\n");
+  const std::pair<Bytes, std::string_view> cases[] = {
+      {{0, 3, 1, 2, 1, 9, 0, 0, 1, 2, 0, 1}, "b...\ngbg.\n"},
+      // The padding of a row may be coded.
+      {{3, 1, 2, 2, 0, 0, 255, 1, 0, 1}, "gggg\ngggb\n"},
+      {{2, 1, 0, 3, 2, 2, 1, 0, 9, 1, 0, 0, 1, 2, 0, 1}, "b...\nggbb\n"},
+      // The end code may be missing where the rows are full.
+      {{4, 1, 0, 0, 4, 2}, "bbbb\ngggg\n"},
+      {{4, 1, 0, 0, 4, 2, 0, 0}, "bbbb\ngggg\n"}};
+  for (const auto& [code, image] : cases) EXPECT_EQ(TextOf(RunsOf(code)), image);
   EXPECT_EQ(TextOf(RunsOf({3, 0x12, 0, 0, 0, 3, 0x21, 0x20, 0, 1}, 4)), "bgb.\ngbg.\n");
-}
-
-TEST(BmpRuns, MayCodeThePaddingOfARow) {
-  EXPECT_EQ(TextOf(RunsOf({3, 1, 2, 2, 0, 0, 255, 1, 0, 1})), "gggg\ngggb\n");
-  EXPECT_EQ(TextOf(RunsOf({2, 1, 0, 3, 2, 2, 1, 0, 9, 1, 0, 0, 1, 2, 0, 1})), "b...\nggbb\n");
-}
-
-TEST(BmpRuns, MayEndWithoutTheEndCodeWhereTheRowsAreFull) {
-  EXPECT_EQ(TextOf(RunsOf({4, 1, 0, 0, 4, 2})), "bbbb\ngggg\n");
-  EXPECT_EQ(TextOf(RunsOf({4, 1, 0, 0, 4, 2, 0, 0})), "bbbb\ngggg\n");
 }
 
 TEST(BmpRuns, SayWhereTheyLeaveTheImageOrEnd) {
   const std::pair<Bytes, std::string_view> cases[] = {
-      {{0, 0, 0, 0, 1, 1, 0, 1}, "row 2, column 0"},
-      {{0, 0, 0, 0, 0, 0}, "row 3, column 0"},
-      {{0, 2, 5, 0, 0, 1}, "row 0, column 5"},
-      {{0, 2, 0, 255}, "row 255, column 0"},
-      {{0, 2, 1}, "ends in row 0 of 2"},
-      {{0, 4, 1, 1, 1}, "ends in row 0 of 2"},
-      {{4, 1, 0, 0, 3, 1}, "ends in row 1 of 2"},
-      {{}, "ends in row 0 of 2"},
-      {{4, 3, 0, 1}, "colour 3, but a palette of 3"},
-  };
+      {{0, 0, 0, 0, 1, 1, 0, 1}, "row 2, column 0"}, {{0, 2, 5, 0, 0, 1}, "row 0, column 5"},
+      {{0, 2, 0, 255}, "row 255, column 0"},         {{0, 4, 1, 1, 1}, "ends in row 0 of 2"},
+      {{4, 1, 0, 0, 3, 1}, "ends in row 1 of 2"},    {{}, "ends in row 0 of 2"},
+      {{4, 3, 0, 1}, "colour 3, but a palette of 3"}};
   for (const auto& [code, part] : cases) {
     EXPECT_EQ(CodeOf([&, &bytes = code] { RunsOf(bytes); }, part), Errc::kMalformed) << part;
   }
 }
 
 TEST(WriteBmp, GivesAGreyFileOfPaddedRowsFromTheBottom) {
-  Image image(2, 5);
-  for (std::size_t i = 0; i < 10; ++i) image.Samples()[i] = static_cast<std::uint8_t>(20 * i + 75);
-  const Bytes file = WriteBmp(image);
-  ASSERT_EQ(file.size(), 1078U + 16U);
-  const Bytes expected = {'B', 'M', 0x46, 0x04, 0, 0, 0, 0, 0, 0, 0x36, 0x04, 0, 0, 40, 0, 0, 0,
-                          5,   0,   0,    0,    2, 0, 0, 0, 1, 0, 8,    0,    0, 0, 0,  0, 16};
-  EXPECT_EQ(Bytes(file.begin(), file.begin() + 35), expected);
-  EXPECT_EQ(Bytes(file.begin() + 58, file.begin() + 62), (Bytes{1, 1, 1, 0}));
-  EXPECT_EQ(Bytes(file.end() - 16, file.end() - 8), (Bytes{175, 195, 215, 235, 255, 0, 0, 0}));
-}
-
-TEST(WriteBmp, IsReadBackForEveryPaddingAndGrey) {
   for (int cols = 1; cols <= 9; ++cols) {
     Image image(64, cols);
-    for (std::size_t i = 0; i < image.Size(); ++i)
+    for (std::size_t i = 0; i < image.Size(); ++i) {
       image.Samples()[i] = static_cast<std::uint8_t>(i);
-    const LoadedImage back = ReadImage(WriteBmp(image));
-    EXPECT_EQ(back.image, image);
-    EXPECT_EQ(back.alteration, "");
+    }
+    const Bytes file = WriteBmp(image);
+    EXPECT_EQ(file.size(), static_cast<std::size_t>(1078 + 64 * ((cols + 3) / 4 * 4)));
+    EXPECT_EQ(file[2] + 256 * file[3], static_cast<int>(file.size() % 65536));
+    EXPECT_EQ(file[1078], image(63, 0));
+    EXPECT_EQ(ReadImage(file).image, image);
+    EXPECT_EQ(ReadImage(file).alteration, "");
   }
 }
 

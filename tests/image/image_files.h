@@ -1,14 +1,11 @@
-// The image files under data/images, and what other programs say they hold.
+// The image files under data/images, and how reading them fails.
 #pragma once
 
-#include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "marovia/error.h"
 #include "marovia/image.h"
@@ -19,46 +16,10 @@ inline Bytes BytesOf(std::string_view text) {
   return {text.begin(), text.end()};
 }
 
-inline std::string ImageFile(const std::string& name) {
-  return std::string(MAROVIA_TEST_DATA) + "/images/" + name;
-}
-
 inline Bytes FileBytes(const std::string& name) {
-  std::ifstream file(ImageFile(name), std::ios::binary);
+  std::ifstream file(MAROVIA_TEST_DATA "/images/" + name, std::ios::binary);
   EXPECT_TRUE(file) << name;
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-// The files that hold images, all of 13 x 7 pixels.
-inline std::vector<std::string> AllImageFiles() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(ImageFile(""))) {
-    const std::string extension = entry.path().extension().string();
-    if (extension == ".bmp" || extension == ".pgm" || extension == ".ppm") {
-      names.push_back(entry.path().filename().string());
-    }
-  }
-  std::ranges::sort(names);
-  return names;
-}
-
-// A plain PGM or PPM without comments, read by nothing but the stream's own conversion.
-struct Plain {
-  int rows = 0;
-  int cols = 0;
-  int maximum = 0;
-  std::vector<int> samples;
-};
-
-inline Plain ReadPlain(const std::string& name) {
-  std::ifstream file(ImageFile(name));
-  std::string magic;
-  Plain plain;
-  file >> magic >> plain.cols >> plain.rows >> plain.maximum;
-  EXPECT_TRUE(magic == "P2" || magic == "P3") << name;
-  for (int sample = 0; file >> sample;) plain.samples.push_back(sample);
-  EXPECT_EQ(plain.samples.size() % static_cast<std::size_t>(plain.rows * plain.cols), 0U);
-  return plain;
 }
 
 // The code of the Error that reading throws, with a sentence that contains `part`.

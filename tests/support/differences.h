@@ -1,15 +1,15 @@
-// Holds the library against the plain codec.
 #pragma once
 
 #include <string>
 
-#include "tests/support/literal_coder.h"
+#include "marovia/codec.h"
 
 namespace marovia::test {
 
-// What differs when both code an image, in their files or their reports, or decode a file at a
-// rate; empty where nothing does, as where both fail.
-std::string EncodingDifference(const Image& image, const literal::Settings& settings);
-std::string DecodingDifference(ByteView file, FileKind kind, double rate);
+// What the library does otherwise than the plain codec, or nothing.
+std::string EncodingDifference(const Image& image, const CompressOptions& options);
+
+// So many bits for each row of the image are decoded, or all.
+std::string DecodingDifference(ByteView file, FileKind kind, std::optional<int> bitsOfARow = {});
 
 }  // namespace marovia::test

@@ -12,7 +12,7 @@ namespace marovia::test {
 // results. Every division of their formulas truncates.
 Image NamedImage(std::string_view name, int rows, int cols);
 
-// Blobs on a slope, noise, a flat page, two levels with hard edges, or a few single pixels.
+// A flat page, slopes, checks with hard edges, noise, and mixtures of them with a few dots.
 Image RandomImage(std::mt19937& random, int rows, int cols);
 
 // 0 to below - 1; not a distribution of the standard library, which differ between machines.

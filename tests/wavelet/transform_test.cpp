@@ -1,15 +1,14 @@
-// Images and coefficients against the procedures written sample by sample.
+// Images and coefficients against transforms written sample by sample.
 #include "wavelet/transform.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <random>
 #include <vector>
 
 #include "tests/support/code_of.h"
-#include "tests/support/literal_transform.h"
 #include "tests/support/test_images.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/scaling.h"
@@ -19,98 +18,185 @@ namespace {
 
 using enum WaveletKind;
 using test::CodeOf;
+using test::RandomBelow;
 
-struct Shape {
-  int rows, cols;
+constexpr WaveletKind kWavelets[] = {kDaub97, kInteger53, kInteger22};
+
+// A line of samples, read in double precision and mirrored at both ends, stored in single.
+class Line {
+ public:
+  explicit Line(std::size_t size) : samples(size) {}
+
+  double operator[](int i) const {
+    const int last = static_cast<int>(samples.size()) - 1;
+    while (i < 0 || i > last) i = i < 0 ? -i : 2 * last - i;
+    return samples[static_cast<std::size_t>(i)];
+  }
+  // Sets every second sample, the even ones or the odd ones.
+  void Set(int parity, auto value) {
+    for (int i = parity; i < static_cast<int>(samples.size()); i += 2) {
+      samples[static_cast<std::size_t>(i)] = static_cast<float>(value(i));
+    }
+  }
+  // Adds to them both their neighbours, for the integer wavelets rounded.
+  void Add(int parity, double weight, bool rounded = false) {
+    Set(parity, [&](int i) {
+      const double change = ((*this)[i - 1] + (*this)[i + 1]) * weight;
+      return (*this)[i] + (rounded ? std::nearbyint(change) : change);
+    });
+  }
+  // Multiplies them, and divides the others.
+  void Scale(int parity, double factor) {
+    Set(parity, [&](int i) { return (*this)[i] * factor; });
+    Set(1 - parity, [&](int i) { return (*this)[i] / factor; });
+  }
+  // The last step of 2+2,2: two second differences of low samples.
+  void Curve(double sign) {
+    Set(1, [&](int i) {
+      const Line& x = *this;
+      const double far = 2 * x[i + 1] - x[i - 1] - x[i + 3];
+      const double near = 2 * x[i - 1] - x[i - 3] - x[i + 1];
+      return x[i] + sign * std::nearbyint(far / 16 + near / 16);
+    });
+  }
+
+  std::vector<float> samples;
 };
-constexpr Shape kShapes[] = {{16, 16}, {64, 32}, {48, 80}, {8, 200}, {130, 6},  {3, 3},
-                             {5, 9},   {6, 7},   {75, 75}, {33, 47}, {23, 101}, {97, 12}};
 
-// Calls check(image, wavelet, levels) for shapes that halve evenly and shapes that do not.
-void ForImages(auto check) {
+constexpr double kWeights[] = {-1.586134342F, -0.05298011854F, 0.8829111F, 0.44350687F};
+constexpr double kK = 1.1496044F;
+
+void Lift(Line& x, WaveletKind wavelet) {
+  if (wavelet == kDaub97) {
+    for (int step = 0; step < 4; ++step) x.Add(1 - step % 2, kWeights[step]);
+    x.Scale(0, kK);
+    return;
+  }
+  x.Add(1, -0.5, true);
+  x.Add(0, 0.25, true);
+  if (wavelet == kInteger22) x.Curve(-1);
+}
+
+void Unlift(Line& x, WaveletKind wavelet) {
+  if (wavelet == kDaub97) {
+    x.Scale(1, kK);
+    for (int step = 3; step >= 0; --step) x.Add(1 - step % 2, -kWeights[step]);
+    return;
+  }
+  if (wavelet == kInteger22) x.Curve(1);
+  x.Add(0, -0.25, true);
+  x.Add(1, 0.5, true);
+}
+
+// Lifts `n` samples at(0), at(1), ... between interleaved and band order. With an odd length the
+// inverse reads the low samples where they are not: part of the file format.
+void LiftInPlace(int n, WaveletKind wavelet, Direction direction, auto at) {
+  const bool forward = direction == Direction::kForward;
+  const int half = n / 2;
+  Line line(static_cast<std::size_t>(n));
+  const auto place = [&](int i) {
+    if (i % 2 == 1) return half + i / 2;
+    return n % 2 == 1 && (!forward || i == n - 1) ? i : i / 2;
+  };
+  for (int i = 0; i < n; ++i) {
+    line.samples[static_cast<std::size_t>(i)] = at(forward ? i : place(i));
+  }
+  if (n > 1) forward ? Lift(line, wavelet) : Unlift(line, wavelet);
+  for (int i = 0; i < n; ++i) {
+    at(forward ? place(i) : i) = line.samples[static_cast<std::size_t>(i)];
+  }
+}
+
+// The rows, or the columns, of a level's corner.
+void LiftLines(Grid<float>& grid, int level, WaveletKind wavelet, Direction direction, bool rows) {
+  const int lines = (rows ? grid.Rows() : grid.Cols()) >> level;
+  const int length = (rows ? grid.Cols() : grid.Rows()) >> level;
+  for (int k = 0; k < lines; ++k) {
+    LiftInPlace(length, wavelet, direction,
+                [&](int i) -> float& { return rows ? grid(k, i) : grid(i, k); });
+  }
+}
+
+Grid<float> PlainTransform(const Image& image, WaveletKind wavelet, int levels) {
+  Grid<float> grid(image.Rows(), image.Cols());
+  std::copy(image.Samples().begin(), image.Samples().end(), grid.Samples().begin());
+  for (int level = 0; level < levels; ++level) {
+    LiftLines(grid, level, wavelet, Direction::kForward, true);
+    LiftLines(grid, level, wavelet, Direction::kForward, false);
+  }
+  if (IsInteger(wavelet)) ScalingOfWT(grid, levels, Direction::kForward);
+  return grid;
+}
+
+Image PlainInverse(Grid<float> grid, WaveletKind wavelet, int levels) {
+  if (IsInteger(wavelet)) ScalingOfWT(grid, levels, Direction::kInverse);
+  for (int level = levels - 1; level >= 0; --level) {
+    LiftLines(grid, level, wavelet, Direction::kInverse, false);
+    LiftLines(grid, level, wavelet, Direction::kInverse, true);
+  }
+  Image image(grid.Rows(), grid.Cols());
+  ToPixels(grid.Samples(), image.Samples());
+  return image;
+}
+
+// As a lossy decoder leaves them.
+Grid<float> RandomCoefficients(std::mt19937& random, const Image& shape) {
+  Grid<float> grid(shape.Rows(), shape.Cols());
+  for (float& value : grid.Samples()) {
+    value = static_cast<float>(RandomBelow(random, 7681) - 3840) / 64;
+  }
+  return grid;
+}
+
+TEST(Transform, IsThatOfSingleSamplesBothWaysAtEverySize) {
   std::mt19937 random(2);
-  for (const Shape& shape : kShapes) {
-    const Image image = test::RandomImage(random, shape.rows, shape.cols);
-    for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
-      for (int levels = 0; levels <= LevelLimit(shape.rows, shape.cols, wavelet); ++levels) {
-        SCOPED_TRACE(testing::Message()
-                     << shape.rows << " x " << shape.cols << ", wavelet "
-                     << static_cast<int>(wavelet) << ", " << levels << " levels");
-        check(image, wavelet, levels);
-        if (testing::Test::HasFailure()) return;
+  for (int rows = 3; rows <= 40; ++rows) {
+    const Image image = test::RandomImage(random, rows, rows % 2 == 0 ? 3 + rows : 50 - rows);
+    for (const WaveletKind wavelet : kWavelets) {
+      for (int levels = 0; levels <= LevelLimit(rows, image.Cols(), wavelet); ++levels) {
+        SCOPED_TRACE(testing::Message() << rows << " x " << image.Cols() << ", wavelet "
+                                        << static_cast<int>(wavelet) << ", " << levels);
+        Grid<float> coefficients = TransformTheImage(image, wavelet, levels);
+        ASSERT_EQ(coefficients, PlainTransform(image, wavelet, levels));
+        const int odd = (rows | image.Cols()) & ((1 << levels) - 1);
+        const Image back = InvertTheTransformQuant(coefficients, wavelet, levels);
+        ASSERT_TRUE(back == image || odd != 0 || wavelet == kDaub97);
+        coefficients = RandomCoefficients(random, image);
+        const Image expected = PlainInverse(coefficients, wavelet, levels);
+        ASSERT_EQ(InvertTheTransformQuant(coefficients, wavelet, levels), expected);
       }
     }
   }
 }
 
-// Coefficients as a decoder leaves them: mostly 0, the others with fractions.
-Grid<float> RandomCoefficients(std::mt19937& random, const Image& image) {
-  Grid<float> grid(image.Rows(), image.Cols());
-  for (float& value : grid.Samples()) {
-    if (test::RandomBelow(random, 4) != 0) continue;
-    value = static_cast<float>(test::RandomBelow(random, 20001) - 10000) / 64;
+// Coefficients of 22 bits are exact in single precision, but not all that they grow to over four
+// levels. Hardly ever does that show: in these, a pixel would be off by one.
+TEST(Transform, KeepsToDoublePrecisionWhereValuesGrowBeyondSingle) {
+  constexpr int kMost = 4095;
+  constexpr int kGrain = 1024;
+  const std::pair<WaveletKind, std::uint32_t> cases[] = {
+      {kInteger53, 136}, {kInteger53, 231}, {kInteger22, 131}, {kInteger22, 6}};
+  for (const auto& [wavelet, seed] : cases) {
+    std::mt19937 random(seed);
+    Grid<float> coefficients(64, 64);
+    for (float& value : coefficients.Samples()) {
+      const int offset = RandomBelow(random, 2 * kMost * kGrain + 1) - kMost * kGrain;
+      const int multiple = kMost * kGrain - std::abs(offset) / 8;
+      value = static_cast<float>(offset < 0 ? -multiple : multiple) / kGrain;
+    }
+    ScalingOfWT(coefficients, 4, Direction::kForward);
+    const Image expected = PlainInverse(coefficients, wavelet, 4);
+    EXPECT_EQ(InvertTheTransformQuant(coefficients, wavelet, 4), expected) << seed;
   }
-  return grid;
 }
 
-TEST(Transform, GivesTheCoefficientsOfThePlainProcedure) {
-  ForImages([](const Image& image, WaveletKind wavelet, int levels) {
-    EXPECT_TRUE(TransformTheImage(image, wavelet, levels) ==
-                literal::TransformTheImage(image, wavelet, levels));
-  });
-}
-
-TEST(Transform, InvertsAnyCoefficientsAsThePlainProcedureDoes) {
-  std::mt19937 random(3);
-  ForImages([&](const Image& image, WaveletKind wavelet, int levels) {
-    Grid<float> coefficients = RandomCoefficients(random, image);
-    const Image expected = literal::InvertTheTransformQuant(coefficients, wavelet, levels);
-    EXPECT_TRUE(InvertTheTransformQuant(coefficients, wavelet, levels) == expected);
-  });
-}
-
-TEST(Transform, OfIntegersIsUndoneExactlyWhereEverySideHalvesEvenly) {
-  ForImages([](const Image& image, WaveletKind wavelet, int levels) {
-    const int odd = (image.Rows() | image.Cols()) & ((1 << levels) - 1);
-    if (wavelet == kDaub97 || odd != 0) return;
-    Grid<float> coefficients = TransformTheImage(image, wavelet, levels);
-    EXPECT_TRUE(InvertTheTransformQuant(coefficients, wavelet, levels) == image);
-  });
-}
-
-TEST(Scaling, MultipliesEachBandByAPowerOfTwoOfItsLevel) {
-  Grid<float> ones(75, 32, 1);
-  ScalingOfWT(ones, 3, Direction::kForward);
-  const struct {
-    int row, col;
-    float factor;
-  } cases[] = {{74, 31, 2}, {0, 16, 2}, {38, 0, 2}, {37, 0, 4}, {37, 15, 4},
-               {19, 0, 4},  {18, 7, 8}, {0, 4, 8},  {9, 3, 16}, {0, 0, 16}};
-  for (const auto& c : cases) EXPECT_EQ(ones(c.row, c.col), c.factor) << c.row << ", " << c.col;
-  Grid<float> expected(75, 32, 1);
-  ScalingOfWT(ones, 3, Direction::kInverse);
-  EXPECT_TRUE(ones == expected);
-}
-
-TEST(Average, IsThatOfThePlainProcedureAndComesBack) {
-  ForImages([](const Image& image, WaveletKind wavelet, int levels) {
-    Grid<float> coefficients = TransformTheImage(image, wavelet, levels);
-    Grid<float> expected = coefficients;
-    const float mean = SubtractAverage(coefficients, wavelet, levels);
-    EXPECT_EQ(mean, literal::SubtractAverage(expected, wavelet, levels));
-    EXPECT_TRUE(wavelet == kDaub97 || mean == std::nearbyint(mean)) << mean;
-    EXPECT_TRUE(coefficients == expected);
-    AddAverage(coefficients, levels, mean);
-    literal::AddAverage(expected, levels, mean);
-    EXPECT_TRUE(coefficients == expected);
-  });
-}
-
-TEST(Average, OfAnIntegerWaveletIsRoundedToTheEvenNumber) {
-  Grid<float> coefficients(1, 2);
-  coefficients(0, 1) = 5;
-  EXPECT_EQ(SubtractAverage(coefficients, kInteger53, 0), 2);
-  EXPECT_EQ(coefficients(0, 0), -2);
+// Two neighbours whose sum is a hair above a half has one bit too many for single precision.
+TEST(Transform, RoundsHalvesExactlyInTheInverse) {
+  Grid<float> coefficients(2, 4);
+  const float neighbours[] = {16384.5F, 8193.5F + 1.0F / 1024};  // 24578 and a hair, of four
+  coefficients(0, 1) = 4 * (6144 + 100);
+  for (int i = 0; i < 2; ++i) coefficients(0, 2 + i) = 2 * neighbours[i];
+  EXPECT_EQ(InvertTheTransformQuant(coefficients, kInteger53, 1)(0, 2), 99);
 }
 
 TEST(Pixels, AreRoundedMagnitudesHeldTo255) {
@@ -121,14 +207,6 @@ TEST(Pixels, AreRoundedMagnitudesHeldTo255) {
   EXPECT_EQ(pixels, expected);
   for (const float value : {32768.0F, -32768.0F, 1e20F, NAN}) {
     EXPECT_EQ(CodeOf([&] { ToPixels({&value, 1}, pixels); }), Errc::kOverflow) << value;
-  }
-}
-
-TEST(Transform, FailsOnAMeanThatNoPixelCanHave) {
-  for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
-    Grid<float> coefficients(16, 16);
-    AddAverage(coefficients, 2, 1e30F);
-    EXPECT_EQ(CodeOf([&] { InvertTheTransformQuant(coefficients, wavelet, 2); }), Errc::kOverflow);
   }
 }
 

@@ -4,27 +4,25 @@
 #include <array>
 #include <deque>
 #include <optional>
-#include <vector>
 
 #include "marovia/grid.h"
 
-#include "tests/support/literal_scan.h"
+#include "tests/support/plain_codec.h"
 
-namespace marovia::literal {
+namespace marovia::plain {
 
-class RankedWalk {
+class RankedVisits final : public Visits {
  public:
-  RankedWalk(int levels, int rows, int cols);
+  RankedVisits(int levels, int rows, int cols);
 
-  // Every coefficient that is not found waits in the line of its score.
-  void BeginPass();
-  // The next one to visit in this pass; none where all lines are empty.
-  std::optional<Position> Next();
-  // The one visited last is found: its neighbours, its like in the other bands and its children
-  // rise.
-  void Find(Position p);
+  // The first of the highest line.
+  std::optional<Position> Next() override;
+  // Its neighbours, its like in the other bands and its children rise.
+  void Found(Position p) override;
   // In the order of discovery.
-  [[nodiscard]] const std::vector<Position>& Found() const { return foundInOrder_; }
+  [[nodiscard]] const Positions& Refined() const override { return foundInOrder_; }
+  // Every coefficient that is not found waits in the line of its score.
+  void EndPass(const Grid<float>& quantized) override;
 
  private:
   enum class Band { kLow, kRight, kLower, kDiagonal, kNone };
@@ -43,12 +41,11 @@ class RankedWalk {
   int levels_;
   int lowRows_;
   int lowCols_;
-  std::vector<Position> resting_;
+  Positions resting_;
   Grid<int> score_;
-  Grid<int> found_;
-  Grid<int> visited_;
+  Grid<int> visited_;  // in this pass, or found before it
   std::array<std::deque<Position>, 16> lines_;
-  std::vector<Position> foundInOrder_;
+  Positions foundInOrder_;
 };
 
-}  // namespace marovia::literal
+}  // namespace marovia::plain

@@ -1,15 +1,14 @@
-#include "tests/support/literal_ranked.h"
+#include "tests/support/plain_ranked.h"
 
 #include <cstdlib>
 
-namespace marovia::literal {
+namespace marovia::plain {
 
-RankedWalk::RankedWalk(int levels, int rows, int cols)
+RankedVisits::RankedVisits(int levels, int rows, int cols)
     : levels_(levels),
       lowRows_(levels > 0 ? rows >> levels : 0),
       lowCols_(levels > 0 ? cols >> levels : 0),
       score_(rows, cols),
-      found_(rows, cols),
       visited_(rows, cols) {
   AppendRaster({0, 0}, lowRows_, lowCols_);
   std::size_t parent = resting_.size();
@@ -27,15 +26,16 @@ RankedWalk::RankedWalk(int levels, int rows, int cols)
       if (PlaceOf({r, c}).band == Band::kNone) resting_.push_back({r, c});
     }
   }
+  EndPass(Grid<float>(rows, cols));
 }
 
-void RankedWalk::AppendRaster(Position corner, int rows, int cols) {
+void RankedVisits::AppendRaster(Position corner, int rows, int cols) {
   for (int r = 0; r < rows; ++r) {
     for (int c = 0; c < cols; ++c) resting_.push_back({corner.row + r, corner.col + c});
   }
 }
 
-RankedWalk::Place RankedWalk::PlaceOf(Position p) const {
+RankedVisits::Place RankedVisits::PlaceOf(Position p) const {
   int rows = lowRows_;
   int cols = lowCols_;
   if (p.row < rows && p.col < cols) return {Band::kLow, {0, 0}, rows, cols};
@@ -48,16 +48,14 @@ RankedWalk::Place RankedWalk::PlaceOf(Position p) const {
   return {};
 }
 
-void RankedWalk::BeginPass() {
+void RankedVisits::EndPass(const Grid<float>& quantized) {
   for (const Position p : resting_) {
-    visited_(p.row, p.col) = 0;
-    if (found_(p.row, p.col) == 0) {
-      lines_[static_cast<std::size_t>(score_(p.row, p.col))].push_back(p);
-    }
+    visited_(p.row, p.col) = quantized(p.row, p.col) != 0 ? 1 : 0;
+    Raise(p, 0);
   }
 }
 
-std::optional<Position> RankedWalk::Next() {
+std::optional<Position> RankedVisits::Next() {
   for (int line = 15; line >= 0; --line) {
     auto& waiting = lines_[static_cast<std::size_t>(line)];
     while (!waiting.empty()) {
@@ -71,8 +69,7 @@ std::optional<Position> RankedWalk::Next() {
   return {};
 }
 
-void RankedWalk::Find(Position p) {
-  found_(p.row, p.col) = 1;
+void RankedVisits::Found(Position p) {
   foundInOrder_.push_back(p);
   const Place place = PlaceOf(p);
   if (place.band == Band::kNone) return;
@@ -89,7 +86,7 @@ void RankedWalk::Find(Position p) {
   for (int i = 0; i < 4; ++i) Raise({2 * p.row + i / 2, 2 * p.col + i % 2}, 1);
 }
 
-void RankedWalk::RaiseNeighbours(Position p, const Place& place) {
+void RankedVisits::RaiseNeighbours(Position p, const Place& place) {
   int upright = 2;
   if (place.band == Band::kRight) upright = 3;
   if (place.band == Band::kLower) upright = 1;
@@ -104,12 +101,10 @@ void RankedWalk::RaiseNeighbours(Position p, const Place& place) {
   }
 }
 
-void RankedWalk::Raise(Position p, int amount) {
+void RankedVisits::Raise(Position p, int amount) {
   int& score = score_(p.row, p.col);
   score += amount;
-  if (found_(p.row, p.col) == 0 && visited_(p.row, p.col) == 0) {
-    lines_[static_cast<std::size_t>(score)].push_back(p);
-  }
+  if (visited_(p.row, p.col) == 0) lines_[static_cast<std::size_t>(score)].push_back(p);
 }
 
-}  // namespace marovia::literal
+}  // namespace marovia::plain
