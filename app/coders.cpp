@@ -39,7 +39,7 @@ void frmMain::DeCompress_ASWDR_Binary_Ver2()       { Note("Procedure not availab
 void frmMain::Compress(FileKind kind, Emphasis emphasis) {
   RequireImage();
   const Coder& coder = CoderOf(kind);
-  if (coder.scan == ScanKind::kAdaptive) SendMessage("");
+  if (coder.method == ScanMethod::kAswdr) SendMessage("");
   std::string fileName;
   if (SetCompressedFileName(fileName, coder.extension) == -1) return;
   CompressInto(fileName, coder, emphasis);

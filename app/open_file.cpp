@@ -56,7 +56,7 @@ void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
   SendMessage("Decompressing...");
   const Bytes bytes = ReadChosenFile(fileName);
   const Coder& coder = CoderOf(kind);
-  OpMethod.Select(coder.scan == ScanKind::kAdaptive ? 1 : 0);
+  OpMethod.Select(coder.method == ScanMethod::kAswdr ? coder.version : 0);
   OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
   txtBitRate.text = RateText(Inspect(bytes, kind));
   mnuDecompress.enabled = true;

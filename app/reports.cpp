@@ -42,7 +42,7 @@ void frmMain::ReportDataRec(std::int16_t pass, float threshold, std::int32_t sig
 }
 
 void frmMain::ReportCompressedFile(const std::string& fileName, const Coder& coder) {
-  const char* lead = coder.scan == ScanKind::kAdaptive ? "\r\n" : "";
+  const char* lead = coder.method == ScanMethod::kAswdr ? "\r\n" : "";
   Report.text += lead + ("Compressed file: " + fileName + "\r\n");
   Report.text += "To decompress this file, press the GO button.";
   Report.selStart = Report.text.size();

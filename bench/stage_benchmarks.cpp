@@ -64,12 +64,12 @@ struct Coefficients {
   int exponent = 0;
 };
 
-void RegisterOrder(const std::string& name, ScanKind scan,
+void RegisterOrder(const std::string& name, OrderKind kind,
                    const std::shared_ptr<const Coefficients>& source) {
-  const auto order = std::shared_ptr(MakeOrder(scan, source->bands));
+  const auto order = std::shared_ptr(MakeOrder(kind, source->bands));
   const auto homes = [=] { return order->Gather(source->grid.Samples()); };
   Register(name + " order set up", [=](benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(MakeOrder(scan, source->bands));
+    for (auto _ : state) benchmark::DoNotOptimize(MakeOrder(kind, source->bands));
   });
   Register(name + " gather", [=](benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(homes());
@@ -85,7 +85,7 @@ void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
       benchmark::DoNotOptimize(GetThreshold(source->grid.Samples(), WaveletKind::kDaub97));
     }
   });
-  const auto order = std::shared_ptr(MakeOrder(ScanKind::kAdaptive, source->bands));
+  const auto order = std::shared_ptr(MakeOrder(OrderKind::kAdaptive, source->bands));
   RegisterPrepared(
       "bit planes", [=] { return order->Gather(source->grid.Samples()); },
       [=](auto& homes) {
@@ -96,7 +96,7 @@ void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
 // With what is found at the threshold that about half a bit per pixel ends at.
 void RegisterRebuild(const std::shared_ptr<const Coefficients>& source) {
   constexpr float kThreshold = 16;
-  const auto order = std::shared_ptr(MakeOrder(ScanKind::kAdaptive, source->bands));
+  const auto order = std::shared_ptr(MakeOrder(OrderKind::kAdaptive, source->bands));
   const auto values = order->Gather(source->grid.Samples());
   const auto found = std::make_shared<HomeSet>(values.Size());
   for (std::size_t home = 0; home < values.Size(); ++home) {
@@ -190,8 +190,8 @@ void RegisterStages(const Source& source) {
   coefficients->grid = TransformTheImage(source.image, WaveletKind::kDaub97, kLevels);
   coefficients->bands = {source.image.Rows(), source.image.Cols(), kLevels};
   coefficients->exponent = GetThreshold(coefficients->grid.Samples(), WaveletKind::kDaub97);
-  RegisterOrder("fixed", ScanKind::kFixed, coefficients);
-  RegisterOrder("adaptive", ScanKind::kAdaptive, coefficients);
+  RegisterOrder("fixed", OrderKind::kFixed, coefficients);
+  RegisterOrder("adaptive", OrderKind::kAdaptive, coefficients);
   RegisterPlanes(coefficients);
   RegisterRebuild(coefficients);
   for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,

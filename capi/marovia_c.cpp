@@ -31,8 +31,12 @@ constexpr marovia_compress_options kCompressDefaults = {.size = sizeof(marovia_c
 constexpr marovia_decompress_options kDecompressDefaults = {
     .size = sizeof(marovia_decompress_options), .rate = 0, .max_pixels = kDefaultMaxPixels};
 
+bool IsKind(std::int32_t kind) {
+  return kind >= 0 && static_cast<std::size_t>(kind) < AllKinds().size();
+}
+
 FileKind KindOf(std::int32_t kind) {
-  if (kind < MAROVIA_AWB || kind > MAROVIA_AWH)
+  if (!IsKind(kind))
     Fail(Errc::kInvalidArgument, "There is no kind of file " + std::to_string(kind) + ".");
   return static_cast<FileKind>(kind);
 }
@@ -138,7 +142,7 @@ const char* marovia_version() {
 }
 
 const char* marovia_extension(std::int32_t kind) {
-  if (kind < MAROVIA_AWB || kind > MAROVIA_AWH) return nullptr;
+  if (!IsKind(kind)) return nullptr;
   return Extension(static_cast<FileKind>(kind)).data();
 }
 

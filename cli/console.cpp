@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <exception>
+#include <new>
 #include <system_error>
 
 #include "marovia/error.h"
@@ -26,6 +28,32 @@ std::string WithPlainLineEnds(std::string text) {
 }
 
 }  // namespace
+
+ExitStatus StatusOf(Errc code) {
+  switch (code) {
+    case Errc::kInvalidArgument:
+      return ExitStatus::kUsage;
+    case Errc::kIo:
+      return ExitStatus::kIo;
+    case Errc::kMalformed:
+    case Errc::kUnsupported:
+      return ExitStatus::kNotOurs;
+    case Errc::kLimit:
+      return ExitStatus::kLimit;
+    case Errc::kOverflow:
+    case Errc::kIndex:
+      break;
+  }
+  return ExitStatus::kFailed;
+}
+
+std::string JsonText(const Json& json) {
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string JsonLine(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
 
 void Console::SetInput(const std::string& name) {
   subject_ = name == kStandardStream ? "standard input" : name;
@@ -69,6 +97,20 @@ void Console::WriteError(const std::string& text) const {
   }
   // Nobody is left to be told if standard error fails.
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+}
+
+ExitStatus StatusOfException(Console& console) {
+  try {
+    throw;
+  } catch (const Error& error) {
+    console.Complain(error.what());
+    return StatusOf(error.Code());
+  } catch (const std::bad_alloc&) {
+    console.Complain("out of memory");
+  } catch (const std::exception& error) {
+    console.Complain(error.what());
+  }
+  return ExitStatus::kFailed;
 }
 
 }  // namespace marovia::cli

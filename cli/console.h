@@ -1,11 +1,33 @@
-// The tool's voice: results on standard output, everything else on standard error.
+// The tool's voice: results on standard output, everything else on standard error, and what the
+// exit status tells a script.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
-#include "cli/json_text.h"
+#include "marovia/error.h"
 
 namespace marovia::cli {
+
+enum class ExitStatus {
+  kDone = 0,
+  kFailed = 1,      // the work itself failed: shapes differ, verification failed, out of memory
+  kUsage = 2,       // the command line makes no sense, alone or for this image
+  kIncomplete = 3,  // done, but bits that were asked for are missing from a cut or damaged file
+  kIo = 4,          // a file could not be read or written
+  kNotOurs = 5,     // not a file that the tool reads, or in a form that it does not read
+  kLimit = 6,       // over a limit on pixels or sides
+};
+
+ExitStatus StatusOf(Errc code);
+
+using Json = nlohmann::ordered_json;
+
+// Indented, or all in one line, and ended by a line feed; what is not UTF-8 in a file name is
+// replaced.
+std::string JsonText(const Json& json);
+std::string JsonLine(const Json& json);
 
 enum class Verbosity { kQuiet, kNormal, kVerbose };
 
@@ -49,5 +71,18 @@ class Console {
   Verbosity verbosity_ = Verbosity::kNormal;
   Record* record_ = nullptr;
 };
+
+// Of the exception in hand, once it has been complained about with the name of the file in hand.
+ExitStatus StatusOfException(Console& console);
+
+// Runs the work, which returns an exit status; what it throws becomes one.
+template <class Work>
+ExitStatus RunGuarded(Console& console, const Work& work) {
+  try {
+    return work();
+  } catch (...) {
+    return StatusOfException(console);
+  }
+}
 
 }  // namespace marovia::cli

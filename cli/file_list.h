@@ -1,14 +1,49 @@
-// The list of files that one run works on.
+// The files of a command that works on one file or on many, as the command line names them.
 #pragma once
 
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cli/console.h"
-#include "cli/file_arguments.h"
 
 namespace marovia::cli {
+
+// For the help of a command.
+inline constexpr const char* kManyFilesNote =
+    "With --output-dir every IN becomes a file in DIR under its name. One that fails is\n"
+    "named and stops no other. The exit status is then 0 where all are done or skipped,\n"
+    "3 where some were cut short, else that of the failures, or 1 where they differ.\n"
+    "With --json each file is one line.\n";
+
+// Share `index` of `count`, from 1.
+struct Shard {
+  std::int64_t index = 1;
+  std::int64_t count = 1;
+};
+
+struct FileArguments {
+  std::vector<std::string> names;  // IN and OUT, or with outputDir the inputs
+  bool force = false;
+  bool skipExisting = false;
+  std::optional<std::string> outputDir;
+  std::optional<std::string> listFile;  // "-" is standard input
+  std::int64_t jobs = 1;
+  std::optional<Shard> shard;
+};
+
+// "I/N". Error kInvalidArgument unless 1 <= I <= N.
+Shard ParseShard(const std::string& text);
+
+// IN and OUT, with their descriptions, and the options for many files.
+void AddFileArguments(CLI::App& command, FileArguments& arguments, const std::string& input,
+                      const std::string& output);
+
+// Error kInvalidArgument unless there are one input and an output, or a folder for any number.
+void CheckFileArguments(const FileArguments& arguments);
 
 struct FileTask {
   std::string input;

@@ -14,8 +14,8 @@
 #include "marovia/error.h"
 #include "marovia/version.h"
 
-#include "cli/commands.h"
-#include "cli/guard.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
 #include "cli/help.h"
 #include "cli/suggestion.h"
 
@@ -153,6 +153,7 @@ ExitStatus ParseAndRun(const Words& words, Console& console) {
 }
 
 }  // namespace
+
 }  // namespace marovia::cli
 
 int main(int argc, char** argv) {

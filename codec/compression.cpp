@@ -83,11 +83,11 @@ PassReport Compression::WritePasses(const PassListener& onPass) {
   file_ = WriteHeader(header_);
   const Sides coded = header_.CodedSides();
   const BandGrid grid{coded.rows, coded.cols, header_.levels};
-  if (coder_.scan == ScanKind::kRanked) {
+  if (coder_.order == OrderKind::kRanked) {
     const RestingOrder order(grid);
     return WriteWith<RankedEncoder, BitSymbolWriter>(order, onPass);
   }
-  const auto order = MakeOrder(coder_.scan, grid);
+  const auto order = MakeOrder(coder_.order, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
       return WriteWith<PassEncoder, BitSymbolWriter>(*order, onPass);

@@ -43,11 +43,11 @@ bool Decompression::HoldBudget(std::int32_t bits) {
 
 PassReport Decompression::ReadPasses(const PassListener& onPass) {
   const BandGrid grid{info_.codedRows, info_.codedCols, info_.levels};
-  if (coder_.scan == ScanKind::kRanked) {
+  if (coder_.order == OrderKind::kRanked) {
     const RestingOrder order(grid);
     return ReadWith<RankedDecoder, BitSymbolReader>(order, onPass);
   }
-  const auto order = MakeOrder(coder_.scan, grid);
+  const auto order = MakeOrder(coder_.order, grid);
   switch (coder_.symbols) {
     case SymbolKind::kBits:
       return ReadWith<PassDecoder, BitSymbolReader>(*order, onPass);

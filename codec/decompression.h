@@ -1,6 +1,8 @@
 // A decompression as the steps of a run.
 #pragma once
 
+#include "marovia/codec.h"
+
 #include "codec/coders.h"
 #include "coding/file_header.h"
 

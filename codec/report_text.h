@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

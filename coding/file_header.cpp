@@ -6,6 +6,8 @@
 #include <limits>
 #include <string>
 
+#include "marovia/error.h"
+
 #include "base/checked.h"
 #include "base/number_text.h"
 

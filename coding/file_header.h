@@ -15,7 +15,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "marovia/codec.h"
+#include "marovia/image.h"
+#include "marovia/types.h"
 
 #include "coding/sides.h"
 

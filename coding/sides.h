@@ -1,7 +1,7 @@
 // The sides of an image, and how they are padded.
 #pragma once
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

@@ -68,7 +68,6 @@ _marovia() {
     help=$("$1" "$command" --help 2>/dev/null)
     case $word,$before in
       -*) words=$(_marovia_options "$help") ;;
-      *,--format) words="awb awa awc awd awf awg awh pgm bmp" ;;
       *,--output-dir)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$word")

@@ -16,7 +16,7 @@ end
 
 function __marovia_options
     __marovia_help |
-        string replace -fr '^  (?:-[a-zA-Z],)?(--[a-z0-9-]+)(?: [^ ]+)?  +(.*)' '$1\t$2'
+        string replace -fr '^  (?:-[a-zA-Z],)?(--[a-z0-9-]+)(?: [^ ]+)?(?:  +(.*))?$' '$1\t$2'
 end
 
 # How many files the words name so far. With --output-dir all are inputs.
@@ -69,8 +69,6 @@ end
 function __marovia_values
     set -l option (commandline -opc)[-1]
     switch "$option"
-        case --format
-            string split ' ' 'awb awa awc awd awf awg awh pgm bmp'
         case --output-dir
             __fish_complete_directories
         case --files0-from

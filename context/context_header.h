@@ -12,7 +12,9 @@
 
 #include <cstdint>
 
-#include "marovia/codec.h"
+#include "marovia/error.h"
+#include "marovia/image.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

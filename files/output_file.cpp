@@ -128,9 +128,10 @@ class TemporaryFile {
   void TakeName(Take take) {
     for (int n = 0; n < kMostTemporaries; ++n) {
       const auto name = ".marovia-" + std::to_string(::getpid()) + "-" + std::to_string(n);
-      const std::string path = (folder_ / name).string();
+      std::string path = (folder_ / name).string();
       if (take(path.c_str())) {
-        name_ = path;
+        // A copy might find no memory, and the file then would stay.
+        name_ = std::move(path);
         return;
       }
       if (errno != EEXIST) break;

@@ -1,7 +1,9 @@
 // The region of interest: from a rectangle in a picture to the image, and on to the coefficients.
 #pragma once
 
-#include "marovia/codec.h"
+#include "marovia/error.h"
+#include "marovia/image.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

@@ -8,6 +8,8 @@
 #include <exception>
 #include <limits>
 
+#include "marovia/codec.h"
+
 namespace marovia {
 namespace {
 

@@ -4,7 +4,7 @@
 #include <QImageIOHandler>
 #include <optional>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

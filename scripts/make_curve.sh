@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Draws docs/camera_curve.svg anew: the four lossy coders on Images/camera.pgm.
+# Draws docs/camera_curve.svg anew: the lossy coders on Images/camera.pgm.
 #
 #   scripts/make_curve.sh TOOL     such as build/run/cli/marovia
 set -euo pipefail

@@ -23,6 +23,10 @@ if cmake --build "$build" --target marovia_bench >/dev/null 2>&1; then
   "$peers" "$root"/Images/*.pgm --quality >"$work/quality"
 fi
 
+lossy=awb,awa,awd,awf,awc,awh
+lossy_head="| image | bits per pixel | $(printf %s "$lossy" | sed 's/,/ | /g') |
+|---|---|$(printf %s "$lossy" | sed 's/[a-z]*,\{0,1\}/---|/g')"
+
 load=$(cut -d ' ' -f 1 /proc/loadavg)
 
 # measure IMAGES OPTIONS... prints the table without its head. The images come first: an option with
@@ -34,7 +38,7 @@ measure() {
 # Columns: image, size, coder, wavelet, bpp, bytes, PSNR, compress ms, decompress ms.
 measure "$root"/Images/*.pgm --kinds awg,awh --lossless --wavelets 5/3 \
   --wavelets 2+2,2 >"$work/lossless"
-measure "$root"/Images/*.pgm --kinds awb,awa,awd,awf,awh --wavelets 9/7 --rates 0.25,0.5,1 >"$work/lossy"
+measure "$root"/Images/*.pgm --kinds "$lossy" --wavelets 9/7 --rates 0.25,0.5,1 >"$work/lossy"
 measure "$root/Images/camera.pgm" --kinds awb --wavelets 9/7 --wavelets 5/3 --wavelets 2+2,2 \
   --rates 0.25,0.5,1 >"$work/wavelets"
 "$build/tests/campaigns/campaign" lossless "$campaign_images" 1 >"$work/campaign"
@@ -107,14 +111,12 @@ levels:
 
 PSNR in decibels:
 
-| image | bits per pixel | awb | awa | awd | awf | awh |
-|---|---|---|---|---|---|---|
+$lossy_head
 $(by_coder 7)
 
 Milliseconds to compress / to decompress:
 
-| image | bits per pixel | awb | awa | awd | awf | awh |
-|---|---|---|---|---|---|---|
+$lossy_head
 $(by_coder "8 9")
 
 ## Wavelets

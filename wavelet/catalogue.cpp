@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "marovia/error.h"
+
 #include "base/checked.h"
 #include "base/number_text.h"
 

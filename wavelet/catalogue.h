@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

@@ -14,7 +14,7 @@
 #include <span>
 #include <vector>
 
-#include "marovia/codec.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

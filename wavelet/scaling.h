@@ -1,7 +1,8 @@
 // What the coefficients go through between transform and coder: scaling, and the low band's mean.
 #pragma once
 
-#include "marovia/codec.h"
+#include "marovia/grid.h"
+#include "marovia/types.h"
 
 #include "wavelet/lifting.h"
 

@@ -7,7 +7,9 @@
 // faithfully.
 #pragma once
 
-#include "marovia/codec.h"
+#include "marovia/error.h"
+#include "marovia/image.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

@@ -175,8 +175,8 @@ marovia_status marovia_inspect(const void* file, size_t file_size, int32_t kind,
                                marovia_info* info, marovia_error* error);
 
 /* A shorter file, of at most `bytes` bytes, that decodes just as the long one does at that rate,
- * without coding again (of a MAROVIA_AWH its first bytes). Its kind, MAROVIA_AWF if a MAROVIA_AWG was cut, is put into `result_kind`
- * unless that is NULL. */
+ * without coding again (of a MAROVIA_AWH its first bytes). Its kind, MAROVIA_AWF if a MAROVIA_AWG
+ * was cut, is put into `result_kind` unless that is NULL. */
 marovia_status marovia_truncate(const void* file, size_t file_size, int32_t kind, int64_t bytes,
                                 marovia_buffer* result, int32_t* result_kind, marovia_error* error);
 

@@ -3,9 +3,10 @@
 
 #include <optional>
 
-#include "marovia/codec.h"
+#include "marovia/error.h"
 #include "marovia/export.h"
 #include "marovia/image.h"
+#include "marovia/types.h"
 
 namespace marovia {
 

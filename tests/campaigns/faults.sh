@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Lets files, folders, pipes, memory and signals fail under the tool. After every fault the old file must be
-# whole or the new one, nothing else may lie in the folder, the exit status must be the promised one,
+# Lets files, folders, pipes, memory and signals fail under the tool. After every fault the old file
+# must be whole or the new one, nothing else may lie in the folder, the exit status must be the promised one,
 # and one line must name the file and what happened.
 #
 #   faults.sh TOOL FAILING_NEW [KILLS [STEP [SCENE...]]]
@@ -33,6 +33,8 @@ fi
 work=$(mktemp -d)
 scratch=$(mktemp -d)
 cleanup() {
+  # A signal may strike what runs in the background while it still is a copy of this shell.
+  [ "$BASHPID" = $$ ] || return 0
   [ "$MAROVIA_OWN_MOUNTS" = none ] || umount -q "$work"/tiny "$work"/sealed 2>/dev/null || true
   rm -rf "$work" "$scratch"
 }

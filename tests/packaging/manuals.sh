@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Holds the man pages against the tool: a page a command, with just the options of its --help.
+# Holds the man pages against the tool: a page a command, with just the options of its --help. Pages
+# and MIME type have all kinds of files.
 #
 #   manuals.sh TOOL ROOT [WINDOW]
 set -euo pipefail
@@ -40,6 +41,10 @@ fi
 
 for name in $(sed -nE 's/^\.(It )?Xr (marovia[a-z-]*) 1.*/\2/p' "$man"/*.1 | sort -u); do
   [ -f "$man/$name.1" ] || complain "$name(1) is referred to and not there"
+done
+for kind in $("$tool" info --help | sed -nE 's/^  --format ([^ ]*).*/\1/p' | tr '|' ' '); do
+  grep -q "^\.It \.$kind " "$man/marovia.1" || complain "marovia(1) lacks .$kind"
+  grep -q "\*\.$kind\"" "$2/packaging/marovia-mime.xml" || complain "the MIME type lacks .$kind"
 done
 if command -v mandoc >/dev/null; then
   mandoc -Tlint -Wwarning "$man"/*.1 >&2 || complain "mandoc finds fault"

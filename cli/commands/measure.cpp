@@ -2,9 +2,10 @@
 
 #include "marovia/measures.h"
 
-#include "cli/commands.h"
-#include "cli/json_text.h"
-#include "cli/read_image.h"
+#include "cli/arguments.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
 #include "cli/values.h"
 #include "measures/measure_text.h"
 
@@ -57,15 +58,18 @@ Json JsonOf(const MeasureArguments& arguments, const ImagePair& images,
 }
 
 ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {
-  const ImagePair images =
-      ReadImagePair(arguments.source, arguments.reconstruction, arguments.common, console);
+  const ImagePair images = ReadImagePair(arguments.source, arguments.reconstruction,
+                                         arguments.common.maxPixels, console);
   const Image& source = images.source.image;
   console.SetInput(arguments.source);
   CheckRegion(arguments.region, source.Rows(), source.Cols());
   const ErrorMeasures measures = Measure(source, images.other.image, arguments.region);
   const MeasuredArea area = arguments.region ? MeasuredArea::kRegion : MeasuredArea::kImage;
-  console.Print(arguments.common.json ? JsonText(JsonOf(arguments, images, measures))
-                                      : TextOf(measures, area));
+  if (arguments.common.json) {
+    console.Print(JsonOf(arguments, images, measures));
+  } else {
+    console.Print(TextOf(measures, area));
+  }
   return ExitStatus::kDone;
 }
 

@@ -1,4 +1,4 @@
-// What the name of a file says of its content.
+// What a file is, by its name and by its content.
 #pragma once
 
 #include <optional>
@@ -8,6 +8,8 @@
 
 #include "marovia/codec.h"
 #include "marovia/image.h"
+
+#include "cli/console.h"
 
 namespace marovia::cli {
 
@@ -20,6 +22,9 @@ struct Formats {
 // "pgm" or "bmp".
 std::string_view NameOf(ImageFormat format);
 
+// The extensions of all kinds and, of images too, of the images that are written.
+std::vector<std::string> FormatNames(bool imagesToo);
+
 // "awb" ... "awh" name a kind of compressed file, "pgm" and "bmp" an image. Error
 // kInvalidArgument for any other, and for an image where only kinds are of use.
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
@@ -30,6 +35,9 @@ std::optional<FileKind> KindNamed(const std::string& name);
 // The kind of the compressed file `name`: as told, else by its extension in either case. Error
 // kInvalidArgument where the name has none, kUnsupported where it is not one of ours.
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told);
+
+// The kind of the file that begins so: as told, else as it says itself, else as InputKind has it.
+FileKind KindOfInput(ByteView start, const std::string& name, const std::optional<FileKind>& told);
 
 // The name under which a file of that kind is written: `name`, with the extension added where it
 // has none. Error kInvalidArgument where it has another one, or is empty.
@@ -42,5 +50,29 @@ std::string NameIn(const std::string& folder, const std::string& input, std::str
 // The format of the image `name`: by its extension, else as told; a stream or a device gets a PGM.
 // Error kInvalidArgument where neither tells, or where they differ.
 ImageFormat OutputFormat(const std::string& name, const std::optional<ImageFormat>& told);
+
+// `file` may be all of a compressed file or a start of it that holds its header. Throws Error where
+// that cannot be a file of that kind and it is known what it is: kUnsupported for an image or
+// another foreign file, kMalformed for a lossless file taken for a lossy one, or the reverse.
+void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels);
+
+// Error kUnsupported where a file that a command wants an image in is a compressed one, by its name
+// and its header.
+void CheckIsNoCompressedFile(ByteView file, const std::string& name, std::int64_t maxPixels);
+
+// The image in the file of that name, or on standard input for "-".
+LoadedImage LoadImage(const std::string& name, std::int64_t maxPixels, Console& console);
+
+// The same; what was changed in reading it is noticed.
+LoadedImage ReadImageFile(const std::string& name, std::int64_t maxPixels, Console& console);
+
+// Both, of one shape. Error kIndex where they differ in it, kInvalidArgument where both are to come
+// from standard input.
+struct ImagePair {
+  LoadedImage source;
+  LoadedImage other;
+};
+ImagePair ReadImagePair(const std::string& source, const std::string& other, std::int64_t maxPixels,
+                        Console& console);
 
 }  // namespace marovia::cli

@@ -2,11 +2,12 @@
 #include <utility>
 #include <vector>
 
-#include "cli/commands.h"
-#include "cli/content.h"
-#include "cli/file_names.h"
+#include "cli/arguments.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
 #include "cli/help.h"
-#include "cli/json_text.h"
+#include "cli/values.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
 

@@ -1,10 +1,9 @@
-// The options that several commands share, and how a command is told to the tool.
+// The options that several commands share.
 #pragma once
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -12,23 +11,16 @@
 #include "marovia/image.h"
 
 #include "cli/console.h"
-#include "cli/exit_status.h"
-#include "cli/file_names.h"
+#include "cli/file_kinds.h"
 #include "files/output_file.h"
 
 namespace marovia::cli {
-
-// What the command line chose; empty until one command was parsed.
-using Action = std::function<ExitStatus(Console&)>;
 
 struct CommonOptions {
   bool json = false;
   Verbosity verbosity = Verbosity::kNormal;
   std::int64_t maxPixels = kDefaultMaxPixels;
 };
-
-// A command under its name, with room for its one-line description in the list of commands.
-CLI::App& AddCommand(CLI::App& tool, const std::string& name, const std::string& description);
 
 // The name of a file, which the word is. Error kInvalidArgument where it is empty: the shell put in
 // a variable that has no value.
@@ -59,17 +51,5 @@ void CheckJsonHasRoom(const CommonOptions& options, const OutputFile& output);
 CLI::Option* AddParsedOption(CLI::App& command, const std::string& name, const std::string& values,
                              const std::string& description,
                              const std::function<void(const std::string&)>& parse);
-
-// Where the command is the one chosen, the action runs it with what its options filled in.
-template <class Arguments>
-void SetAction(CLI::App& command, Action& action, const std::shared_ptr<Arguments>& arguments,
-               ExitStatus (*run)(const Arguments&, Console&)) {
-  command.callback([&action, arguments, run] {
-    action = [arguments, run](Console& console) {
-      console.SetVerbosity(arguments->common.verbosity);
-      return run(*arguments, console);
-    };
-  });
-}
 
 }  // namespace marovia::cli

@@ -4,11 +4,9 @@
 #include <functional>
 #include <string_view>
 
+#include "cli/arguments.h"
 #include "cli/console.h"
-#include "cli/exit_status.h"
-#include "cli/file_arguments.h"
 #include "cli/file_list.h"
-#include "cli/options.h"
 
 namespace marovia::cli {
 

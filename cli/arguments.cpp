@@ -1,9 +1,10 @@
-#include "cli/options.h"
+#include "cli/arguments.h"
 
 #include <vector>
 
 #include "marovia/error.h"
 
+#include "cli/coder_names.h"
 #include "cli/values.h"
 
 namespace marovia::cli {
@@ -12,10 +13,6 @@ namespace {
 constexpr const char* kGeneral = "General";
 
 }  // namespace
-
-CLI::App& AddCommand(CLI::App& tool, const std::string& name, const std::string& description) {
-  return *tool.add_subcommand(name, description)->group("Commands");
-}
 
 std::string NotEmpty(const std::string& what, const std::string& word) {
   if (word.empty()) Fail(Errc::kInvalidArgument, what + " is an empty name");
@@ -80,14 +77,12 @@ void AddFormatOption(CLI::App& command, Formats& formats, bool imagesToo) {
           [&formats, imagesToo](const std::vector<std::string>& texts) {
             formats = ParseFormats(texts, imagesToo);
           },
-          imagesToo ? "Kind of IN (awb, awa, awc, awd, awf, awg, awh) or OUT (pgm, bmp), "
-                      "where the name does not tell"
-                    : "Kind of the input (awb, awa, awc, awd, awf, awg, awh), where its "
-                      "name does not tell")
+          imagesToo ? "What IN or OUT is, where the name does not tell"
+                    : "What the input is, where its name does not tell")
       ->delimiter(',')
       ->expected(1)
       ->take_all()
-      ->option_text("EXT")
+      ->option_text(Joined(FormatNames(imagesToo), "|"))
       ->group(kGeneral);
 }
 

@@ -1,17 +1,143 @@
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
+#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/commands.h"
-#include "cli/json_text.h"
-#include "cli/rate_curve.h"
-#include "cli/read_image.h"
-#include "cli/value_lists.h"
+#include "marovia/codec.h"
+#include "marovia/error.h"
+#include "marovia/measures.h"
+
+#include "base/number_text.h"
+#include "chart/line_chart.h"
+#include "cli/arguments.h"
+#include "cli/coder_names.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
 #include "cli/values.h"
 #include "files/output_file.h"
 
 namespace marovia::cli {
 namespace {
+
+constexpr int kSteps = 32;
+
+std::vector<std::string> Split(const std::string& text) {
+  std::vector<std::string> parts;
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t end = std::min(text.find(',', begin), text.size());
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return parts;
+}
+
+std::vector<double> RatesBetween(double from, double to) {
+  if (from >= to) Fail(Errc::kInvalidArgument, "--rates: the first rate must be below the last");
+  std::vector<double> rates;
+  rates.reserve(kSteps + 1);
+  for (int n = 0; n < kSteps; ++n) rates.push_back(from * std::pow(to / from, n / double{kSteps}));
+  rates.push_back(to);
+  return rates;
+}
+
+std::vector<double> ParseRates(const std::string& text) {
+  const std::size_t colon = text.find(':');
+  if (colon != std::string::npos)
+    return RatesBetween(ParseRate("--rates", text.substr(0, colon)),
+                        ParseRate("--rates", text.substr(colon + 1)));
+  std::vector<double> rates;
+  for (const std::string& part : Split(text)) rates.push_back(ParseRate("--rates", part));
+  std::ranges::sort(rates);
+  return rates;
+}
+
+std::vector<FileKind> ParseCoders(const std::string& text) {
+  std::vector<FileKind> kinds;
+  for (const std::string& part : Split(text)) {
+    const auto kind = KindOfExtension(part);
+    if (!kind || IsLossless(*kind))
+      RefuseValue("--coders", part, Listed(ExtensionsOf(LossyKinds()), "or"));
+    kinds.push_back(*kind);
+  }
+  return kinds;
+}
+
+std::vector<WaveletKind> ParseWavelets(const std::string& text) {
+  std::vector<WaveletKind> wavelets;
+  const std::vector<std::string> parts = Split(text);
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const bool isHalf = parts[i] == "2+2" && i + 1 < parts.size();
+    wavelets.push_back(ParseWavelet(isHalf ? parts[i] + "," + parts[i + 1] : parts[i]));
+    if (isHalf) ++i;
+  }
+  return wavelets;
+}
+
+struct RatePoint {
+  double rate;                // bits per pixel
+  std::optional<float> psnr;  // none where the picture is the image
+};
+
+struct RateCurve {
+  FileKind kind;
+  WaveletKind wavelet;
+  std::vector<RatePoint> points;
+};
+
+std::string LabelOf(const RateCurve& curve) {
+  return std::string(Extension(curve.kind)) + "  " + std::string(NameOf(curve.wavelet));
+}
+
+// The kind of file gives the colour, the wavelet the dash.
+Curve DrawnCurve(const RateCurve& curve) {
+  const std::vector<FileKind> kinds = LossyKinds();
+  const auto colour = std::ranges::find(kinds, curve.kind) - kinds.begin();
+  Curve drawn{LabelOf(curve), {}, static_cast<int>(colour), static_cast<int>(curve.wavelet) - 1};
+  for (const RatePoint& point : curve.points)
+    if (point.psnr) drawn.points.push_back({point.rate, *point.psnr});
+  return drawn;
+}
+
+// Compresses the image at the highest of the rates and decodes that file at each.
+RateCurve MeasureCurve(const Image& image, FileKind kind, WaveletKind wavelet,
+                       const std::vector<double>& rates) {
+  CompressOptions compress;
+  compress.kind = kind;
+  compress.wavelet = wavelet;
+  compress.rate = *std::ranges::max_element(rates);
+  const Bytes file = Compress(image, compress).file;
+  DecompressOptions decompress;
+  decompress.maxPixels = std::numeric_limits<std::int64_t>::max();
+  RateCurve curve{kind, wavelet, {}};
+  for (const double rate : rates) {
+    decompress.rate = rate;
+    curve.points.push_back({rate, Measure(image, Decompress(file, kind, decompress).image).psnr});
+  }
+  return curve;
+}
+
+// A line a point under a line of names, with tabs between; a PSNR without bound is "inf".
+std::string TsvOf(const std::vector<RateCurve>& curves) {
+  std::string text = "coder\twavelet\tbpp\tpsnr\n";
+  for (const RateCurve& curve : curves) {
+    for (const RatePoint& point : curve.points) {
+      text += std::string(Extension(curve.kind)) + "\t" + std::string(NameOf(curve.wavelet)) +
+              "\t" + TrimmedNumberText(point.rate) + "\t" +
+              (point.psnr ? TrimmedNumberText(*point.psnr) : "inf") + "\n";
+    }
+  }
+  return text;
+}
+
+std::string SvgOf(const std::vector<RateCurve>& curves, const std::string& title) {
+  LineChart chart{title, "bits per pixel", "PSNR (dB)", {}};
+  for (const RateCurve& curve : curves) chart.curves.push_back(DrawnCurve(curve));
+  return SvgOf(chart);
+}
 
 constexpr const char* kExamples =
     "Examples:\n"
@@ -30,8 +156,7 @@ struct CurveArguments {
   std::string input;
   std::vector<std::string> outputs;
   bool force = false;
-  std::vector<FileKind> coders = {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
-                                  FileKind::kAwh};
+  std::vector<FileKind> coders = LossyKinds();
   std::vector<WaveletKind> wavelets = {WaveletKind::kDaub97};
   std::vector<double> rates = ParseRates(kDefaultRates);
 };
@@ -90,7 +215,7 @@ Json JsonOf(const CurveArguments& arguments, const LoadedImage& source,
 
 ExitStatus RunCurve(const CurveArguments& arguments, Console& console) {
   const std::vector<Target> targets = TargetsOf(arguments, console);
-  const LoadedImage source = ReadImageFile(arguments.input, arguments.common, console);
+  const LoadedImage source = ReadImageFile(arguments.input, arguments.common.maxPixels, console);
   const Image& image = source.image;
   const std::vector<RateCurve> curves = Measured(arguments, image, console);
   const std::string title = std::filesystem::path(arguments.input).filename().string() + ", " +
@@ -109,7 +234,8 @@ ExitStatus RunCurve(const CurveArguments& arguments, Console& console) {
 }
 
 void AddCurveOptions(CLI::App& command, CurveArguments& arguments) {
-  AddParsedOption(command, "--coders", "LIST", "Of awb, awa, awc, awd, awf and awh (all but awc)",
+  AddParsedOption(command, "--coders", "LIST",
+                  "Of " + Listed(ExtensionsOf(LossyKinds()), "and") + " (all of them)",
                   [&](const std::string& text) { arguments.coders = ParseCoders(text); })
       ->group("Curves");
   AddParsedOption(command, "--wavelets", "LIST", "Of 9/7, 5/3 and 2+2,2 (9/7)",

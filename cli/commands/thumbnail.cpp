@@ -1,15 +1,19 @@
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <iterator>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <zlib.h>
 
-#include "cli/commands.h"
-#include "cli/content.h"
-#include "cli/file_names.h"
-#include "cli/json_text.h"
-#include "cli/png_file.h"
+#include "marovia/error.h"
+
+#include "cli/arguments.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
 #include "cli/values.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
@@ -17,6 +21,63 @@
 
 namespace marovia::cli {
 namespace {
+
+constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+constexpr std::uint8_t kUp = 2;  // each row as what it differs from the one above
+
+void AppendBigEndian(Bytes& bytes, std::uint32_t value) {
+  for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+}
+
+// Length, name, content, and the checksum of the last two.
+void AppendChunk(Bytes& file, std::string_view name, const Bytes& content) {
+  AppendBigEndian(file, static_cast<std::uint32_t>(content.size()));
+  const auto begin = static_cast<std::ptrdiff_t>(file.size());
+  file.insert(file.end(), name.begin(), name.end());
+  file.insert(file.end(), content.begin(), content.end());
+  const auto length = static_cast<uInt>(name.size() + content.size());
+  const auto sum = ::crc32(0, &*(file.begin() + begin), length);
+  AppendBigEndian(file, static_cast<std::uint32_t>(sum));
+}
+
+Bytes HeaderOf(const Image& image) {
+  constexpr std::array<std::uint8_t, 5> kEightBitGrey = {8, 0, 0, 0, 0};
+  Bytes header;
+  AppendBigEndian(header, static_cast<std::uint32_t>(image.Cols()));
+  AppendBigEndian(header, static_cast<std::uint32_t>(image.Rows()));
+  header.insert(header.end(), kEightBitGrey.begin(), kEightBitGrey.end());
+  return header;
+}
+
+Bytes FilteredRows(const Image& image) {
+  Bytes rows;
+  Bytes above(static_cast<std::size_t>(image.Cols()));
+  for (int r = 0; r < image.Rows(); ++r) {
+    rows.push_back(kUp);
+    const auto row = image.Row(r);
+    for (std::size_t c = 0; c < row.size(); ++c)
+      rows.push_back(static_cast<std::uint8_t>(row[c] - above[c]));
+    above.assign(row.begin(), row.end());
+  }
+  return rows;
+}
+
+Bytes Deflated(const Bytes& bytes) {
+  uLongf length = ::compressBound(bytes.size());
+  Bytes deflated(length);
+  if (::compress(deflated.data(), &length, bytes.data(), bytes.size()) != Z_OK)
+    Fail(Errc::kOverflow, "the picture cannot be compressed");
+  deflated.resize(length);
+  return deflated;
+}
+
+Bytes WritePng(const Image& image) {
+  Bytes file(kSignature.begin(), kSignature.end());
+  AppendChunk(file, "IHDR", HeaderOf(image));
+  AppendChunk(file, "IDAT", Deflated(FilteredRows(image)));
+  AppendChunk(file, "IEND", {});
+  return file;
+}
 
 constexpr const char* kExamples =
     "Examples:\n"
@@ -28,6 +89,7 @@ constexpr const char* kExamples =
     "input and output.\n";
 
 constexpr int kDefaultSize = 256;
+constexpr int kMostSize = 4096;
 // Bits for each pixel of the thumbnail. Edges take bits before the last of what is coarse has come;
 // with so many a thumbnail is some 40 decibels from that of the whole image.
 constexpr double kBitsPerPixel = 20;
@@ -69,6 +131,13 @@ Image DecodeFor(const ThumbnailArguments& arguments, InputFile& input) {
   // A file without a rate of its own has one once it is cut.
   const TruncateResult start = Truncate(std::move(file), kind, {rate, {}, maxPixels});
   return Decompress(start.file, start.kind, {{}, maxPixels, {}}).image;
+}
+
+int ParseSize(const std::string& text) {
+  const auto size = WholeNumber<int>(text);
+  if (!size || *size < 1 || *size > kMostSize)
+    RefuseValue("--size", text, "a number from 1 to 4096");
+  return *size;
 }
 
 ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {

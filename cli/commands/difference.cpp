@@ -3,10 +3,10 @@
 
 #include "marovia/measures.h"
 
-#include "cli/commands.h"
-#include "cli/file_names.h"
-#include "cli/json_text.h"
-#include "cli/read_image.h"
+#include "cli/arguments.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
 #include "cli/values.h"
 #include "files/output_file.h"
 
@@ -37,7 +37,7 @@ ExitStatus RunDifference(const DifferenceArguments& arguments, Console& console)
   const OutputFile output(arguments.output, arguments.force);
   CheckJsonHasRoom(arguments.common, output);
   const ImagePair images =
-      ReadImagePair(arguments.source, arguments.other, arguments.common, console);
+      ReadImagePair(arguments.source, arguments.other, arguments.common.maxPixels, console);
   const Image& source = images.source.image;
   const Image& other = images.other.image;
   const Image picture = DifferenceImage(source, other, arguments.gain);
@@ -56,7 +56,9 @@ ExitStatus RunDifference(const DifferenceArguments& arguments, Console& console)
 
 void AddGainOption(CLI::App& command, DifferenceArguments& arguments) {
   AddParsedOption(command, "--gain", "G", "How much larger differences are made (4)",
-                  [&](const std::string& text) { arguments.gain = ParseGain(text); })
+                  [&](const std::string& text) {
+                    arguments.gain = ParsePositive("--gain", text, "a number above 0, such as 4");
+                  })
       ->group("General");
 }
 

@@ -8,10 +8,11 @@
 #include <vector>
 
 #include "base/number_text.h"
-#include "cli/commands.h"
-#include "cli/content.h"
-#include "cli/file_names.h"
-#include "cli/json_text.h"
+#include "cli/arguments.h"
+#include "cli/coder_names.h"
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/file_kinds.h"
 #include "cli/values.h"
 #include "files/input_file.h"
 
@@ -54,9 +55,8 @@ Lines LinesOf(const FileInfo& info) {
                                 ? ""
                                 : ", coded as " + SizeText(info.codedRows, info.codedCols);
   return {{"kind", Extension(info.kind).data()},
-          {"method", std::string(NameOf(MethodOf(info.kind)))},
-          {"coding", std::string(NameOf(CodingOf(info.kind))) +
-                         (info.kind == FileKind::kAwg ? ", lossless" : "")},
+          {"method", MethodOf(info.kind)},
+          {"coding", CodingOf(info.kind) + (IsLossless(info.kind) ? ", lossless" : "")},
           {"wavelet", std::string(NameOf(info.wavelet))},
           {"levels", std::to_string(info.levels)},
           {"size", SizeText(info.rows, info.cols) + coded},

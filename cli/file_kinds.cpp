@@ -1,0 +1,217 @@
+#include "cli/file_kinds.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "marovia/error.h"
+
+#include "cli/coder_names.h"
+#include "cli/values.h"
+#include "files/input_file.h"
+#include "files/output_file.h"
+#include "image/signatures.h"
+
+namespace marovia::cli {
+namespace {
+
+constexpr std::array kWritten = {ImageFormat::kPgm, ImageFormat::kBmp};
+
+char LowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// In lower case, without the point.
+std::string ExtensionOf(const std::string& name) {
+  std::string extension = std::filesystem::path(name).extension().string();
+  std::ranges::transform(extension, extension.begin(), LowerCase);
+  return extension.empty() ? extension : extension.substr(1);
+}
+
+std::optional<ImageFormat> FormatOfExtension(const std::string& extension) {
+  for (const ImageFormat format : kWritten)
+    if (extension == NameOf(format)) return format;
+  return std::nullopt;
+}
+
+bool IsRead(const std::string& extension) {
+  constexpr std::array<std::string_view, 5> kImages = {"pgm", "ppm", "pnm", "bmp", "dib"};
+  return std::ranges::find(kImages, extension) != kImages.end() ||
+         KindOfExtension(extension).has_value();
+}
+
+std::string KindNames() {
+  return Listed(ExtensionsOf(AllKinds()), "or");
+}
+
+bool IsStream(const std::string& name) {
+  return name == kStandardStream || IsDeviceOrPipe(name);
+}
+
+constexpr int kMostPlausibleRate = 16;  // bits a pixel, twice those of the image
+constexpr std::size_t kTellingBytes = 4;
+constexpr int kMostSideWithoutLevels = 5;
+
+std::optional<FileInfo> InfoAs(ByteView file, FileKind kind, std::int64_t maxPixels) {
+  try {
+    return Inspect(file, kind, maxPixels);
+  } catch (const Error&) {
+    return std::nullopt;
+  }
+}
+
+// A header that some compressor may write, but for a file of that size hardly does.
+bool IsOdd(const FileInfo& info) {
+  return info.levels == 0 && std::min(info.rows, info.cols) > kMostSideWithoutLevels;
+}
+
+bool HasPlausibleBudget(const FileInfo& info) {
+  return info.budget && *info.budget / kMostPlausibleRate <= std::int64_t{info.rows} * info.cols;
+}
+
+std::string FileOf(FileKind kind) {
+  return "an ." + std::string(Extension(kind)) + " file";
+}
+
+// A header with a budget and one without differ in length. The likeliest kind with the other one.
+FileKind KindOfOtherHeader(FileKind kind) {
+  const bool lossless = !IsLossless(kind);
+  if (const auto same = KindWith(MethodOf(kind), CodingOf(kind), lossless)) return *same;
+  return *std::ranges::find(AllKinds(), lossless, IsLossless);
+}
+
+// Any four bytes may begin a file of ours, as its budget, but hardly those of another kind with a
+// size that makes sense of them.
+bool IsForeign(const Signature& signature, const std::optional<FileInfo>& info) {
+  if (!signature.IsKnown()) return false;
+  return !info || (signature.length >= kTellingBytes && !HasPlausibleBudget(*info));
+}
+
+}  // namespace
+
+std::string_view NameOf(ImageFormat format) {
+  return format == ImageFormat::kPgm ? "pgm" : "bmp";
+}
+
+std::vector<std::string> FormatNames(bool imagesToo) {
+  std::vector<std::string> names = ExtensionsOf(AllKinds());
+  if (!imagesToo) return names;
+  for (const ImageFormat format : kWritten) names.emplace_back(NameOf(format));
+  return names;
+}
+
+Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo) {
+  Formats formats;
+  for (const std::string& text : texts) {
+    const auto kind = KindOfExtension(text);
+    const auto image = imagesToo ? FormatOfExtension(text) : std::nullopt;
+    if (!kind && !image)
+      RefuseValue("--format", text, (imagesToo ? "pgm, bmp, " : "") + KindNames());
+    if (kind) formats.kind = kind;
+    if (image) formats.image = image;
+  }
+  return formats;
+}
+
+std::optional<FileKind> KindNamed(const std::string& name) {
+  return IsStream(name) ? std::nullopt : KindOfExtension(ExtensionOf(name));
+}
+
+FileKind InputKind(const std::string& name, const std::optional<FileKind>& told) {
+  if (told) return *told;
+  const std::string extension = name == kStandardStream ? "" : ExtensionOf(name);
+  if (const auto kind = KindOfExtension(extension)) return *kind;
+  const std::string remedy = "; tell it by --format " + KindNames();
+  if (extension.empty())
+    Fail(Errc::kInvalidArgument, "the name does not tell the kind of file" + remedy);
+  Fail(Errc::kUnsupported, "no compressed file has the extension ." + extension + remedy);
+}
+
+FileKind KindOfInput(ByteView start, const std::string& name, const std::optional<FileKind>& told) {
+  const auto found = told ? told : KindOfContent(start);
+  return found ? *found : InputKind(name, told);
+}
+
+std::string OutputName(const std::string& name, FileKind kind) {
+  if (name.empty()) Fail(Errc::kInvalidArgument, "the name of what is written is empty");
+  if (IsStream(name)) return name;
+  const std::string wanted(Extension(kind));
+  const std::string extension = ExtensionOf(name);
+  std::error_code unknown;  // then opening it tells what is wrong
+  if (extension.empty() && !std::filesystem::is_directory(name, unknown))
+    return name + "." + wanted;
+  if (!extension.empty() && extension != wanted)
+    Fail(Errc::kInvalidArgument, "the extension is ." + extension + ", but what is written is ." +
+                                     wanted + ": name it so, or leave the extension out");
+  return name;
+}
+
+std::string NameIn(const std::string& folder, const std::string& input,
+                   std::string_view extension) {
+  std::filesystem::path name = std::filesystem::path(input).filename();
+  if (input == kStandardStream || name.empty() || name == "." || name == "..")
+    Fail(Errc::kInvalidArgument, "has no name that an output in a folder could be named after");
+  if (IsRead(ExtensionOf(name))) name = name.stem();
+  return (std::filesystem::path(folder) / name).string() + "." + std::string(extension);
+}
+
+ImageFormat OutputFormat(const std::string& name, const std::optional<ImageFormat>& told) {
+  const auto named = IsStream(name) ? std::nullopt : FormatOfExtension(ExtensionOf(name));
+  if (named && told && *named != *told)
+    Fail(Errc::kInvalidArgument, "the extension and --format name different image formats");
+  if (named) return *named;
+  if (told) return *told;
+  if (IsStream(name)) return ImageFormat::kPgm;
+  Fail(Errc::kInvalidArgument, "the name of the image must end in .pgm or .bmp");
+}
+
+void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {
+  const std::optional<FileInfo> info = InfoAs(file, kind, maxPixels);
+  const Signature signature = SignatureOf(file);
+  if (IsForeign(signature, info))
+    Fail(Errc::kUnsupported, "holds " + std::string(signature.name) + ", not " + FileOf(kind));
+  if (kind == FileKind::kAwh || (info && !IsOdd(*info))) return;
+  const FileKind other = KindOfOtherHeader(kind);
+  const std::optional<FileInfo> otherInfo = InfoAs(file, other, maxPixels);
+  if (!otherInfo || IsOdd(*otherInfo)) return;
+  Fail(Errc::kMalformed, "cannot be " + FileOf(kind) + "; its header reads as that of " +
+                             FileOf(other) + " of " + SizeText(otherInfo->rows, otherInfo->cols));
+}
+
+void CheckIsNoCompressedFile(ByteView file, const std::string& name, std::int64_t maxPixels) {
+  const auto content = KindOfContent(file);
+  const auto kind = content ? content : KindNamed(name);
+  if (!kind || SignatureOf(file).IsKnown() || !InfoAs(file, *kind, maxPixels)) return;
+  Fail(Errc::kUnsupported,
+       "holds a compressed file, not an image (marovia decompress makes one of it)");
+}
+
+LoadedImage LoadImage(const std::string& name, std::int64_t maxPixels, Console& console) {
+  console.SetInput(name);
+  const Bytes file = ReadInput(name, maxPixels);
+  CheckIsNoCompressedFile(file, name, maxPixels);
+  return ReadImage(file, maxPixels);
+}
+
+LoadedImage ReadImageFile(const std::string& name, std::int64_t maxPixels, Console& console) {
+  LoadedImage loaded = LoadImage(name, maxPixels, console);
+  if (!loaded.alteration.empty()) console.Notice(loaded.alteration);
+  return loaded;
+}
+
+ImagePair ReadImagePair(const std::string& source, const std::string& other, std::int64_t maxPixels,
+                        Console& console) {
+  if (source == kStandardStream && other == kStandardStream)
+    Fail(Errc::kInvalidArgument, "only one of the two images can come from standard input");
+  ImagePair pair{ReadImageFile(source, maxPixels, console),
+                 ReadImageFile(other, maxPixels, console)};
+  const Image& first = pair.source.image;
+  const Image& second = pair.other.image;
+  if (second.SameShape(first)) return pair;
+  Fail(Errc::kIndex, SizeText(second.Rows(), second.Cols()) + ", but " + source + " has " +
+                         SizeText(first.Rows(), first.Cols()));
+}
+
+}  // namespace marovia::cli
