@@ -23,14 +23,13 @@ struct Formats {
 // The extensions of all kinds and, of images too, of the images that are written.
 std::vector<std::string> FormatNames(bool imagesToo);
 
-// Before the formats that are read, in the help of a command.
-inline const std::string kImageText = "The image: ";
-inline const std::string kSourceText = "The source image: ";
+// `what` and the formats of images that are read, for the help of a command.
+std::string ReadFormatsText(const std::string& what);
 
 // ".pgm, .bmp or .png": the extensions of the images that are written.
 std::string WrittenExtensions();
 
-// "awb" ... "awg" name a kind of compressed file, "pgm" and its like an image. Error
+// "awb" ... "awh" name a kind of compressed file, "pgm" and its like an image. Error
 // kInvalidArgument for any other, and for an image where only kinds are of use.
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
 
@@ -40,6 +39,9 @@ std::optional<FileKind> KindNamed(const std::string& name);
 // The kind of the compressed file `name`: as told, else by its extension in either case. Error
 // kInvalidArgument where the name has none, kUnsupported where it is not one of ours.
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told);
+
+// The kind of the file that begins so: as told, else as it says itself, else as InputKind has it.
+FileKind KindOfInput(ByteView start, const std::string& name, const std::optional<FileKind>& told);
 
 // The name under which a file of that kind is written: `name`, with the extension added where it
 // has none. Error kInvalidArgument where it has another one, or is empty.

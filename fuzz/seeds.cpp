@@ -5,7 +5,8 @@
 #include <iterator>
 #include <string>
 
-#include "tests/support/plain_codec.h"
+#include "marovia/codec.h"
+
 #include "tests/support/test_images.h"
 
 namespace fs = std::filesystem;
@@ -18,7 +19,7 @@ int main(int, char** argv) {
     std::ofstream file(out / target / name, std::ios::binary);
     for (const std::uint8_t byte : input) file.put(static_cast<char>(byte));
   };
-  const auto kinds = plain::AllKinds();
+  const auto kinds = AllKinds();
   for (std::size_t k = 0; k < kinds.size(); ++k) {
     const auto kind = static_cast<std::uint8_t>(k);
     const Image image = test::NamedImage("blobs", 16, 15);

@@ -254,7 +254,7 @@ void AddCurveOptions(CLI::App& command, CurveArguments& arguments) {
 void AddCurve(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<CurveArguments>();
   CLI::App& command = AddCommand(tool, "curve", "Draw how the quality of an image grows");
-  AddFile(command, "IN", arguments->input, kImageText + ReadFormatNames("or"));
+  AddFile(command, "IN", arguments->input, ReadFormatsText("The image"));
   command.add_option("OUT", arguments->outputs, "A picture (.svg) or a table (.tsv)")
       ->group("Files");
   AddCurveOptions(command, *arguments);

@@ -67,7 +67,7 @@ void AddGainOption(CLI::App& command, DifferenceArguments& arguments) {
 void AddDifference(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<DifferenceArguments>();
   CLI::App& command = AddCommand(tool, "difference", "Show where two images differ");
-  AddFile(command, "A", arguments->source, kSourceText + ReadFormatNames("or"));
+  AddFile(command, "A", arguments->source, ReadFormatsText("The source image"));
   AddFile(command, "B", arguments->other, "The image to compare with it");
   AddFile(command, "OUT", arguments->output, "The picture: " + WrittenExtensions());
   AddGainOption(command, *arguments);

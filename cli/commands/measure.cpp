@@ -79,7 +79,7 @@ ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {
 void AddMeasure(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<MeasureArguments>();
   CLI::App& command = AddCommand(tool, "measure", "Tell how far two images are apart");
-  AddFile(command, "A", arguments->source, kSourceText + ReadFormatNames("or"));
+  AddFile(command, "A", arguments->source, ReadFormatsText("The source image"));
   AddFile(command, "B", arguments->reconstruction, "The image to compare with it");
   AddRegionOption(command, arguments->region,
                   "Only rows R1 to R2, columns C1 to C2, all included, from 0")
