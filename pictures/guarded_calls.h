@@ -22,11 +22,12 @@ class GuardedCalls {
     if (!Returns(call)) Fail(Errc::kMalformed, failure_.data());
   }
 
-  // For the library: its last words, cut where they are long, and no way back.
-  [[noreturn]] void JumpBack() {
+  // For the library of that name: its last words, cut where they are long, and no way back.
+  [[noreturn]] void JumpBack(const char* library, const char* text) {
+    static_cast<void>(
+        std::snprintf(failure_.data(), failure_.size(), "The %s library says: %s.", library, text));
     std::longjmp(back_, 1);  // NOLINT(cert-err52-cpp): the library wants it so
   }
-  [[nodiscard]] std::array<char, 256>& Failure() { return failure_; }
 
  private:
   template <class Call>

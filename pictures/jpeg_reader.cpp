@@ -44,16 +44,10 @@ JpegTalk& TalkOf(j_common_ptr jpeg) {
   return *static_cast<JpegTalk*>(jpeg->client_data);
 }
 
-[[noreturn]] void FailWith(JpegTalk& talk, const char* text) {
-  std::snprintf(talk.calls.Failure().data(), talk.calls.Failure().size(),
-                "The JPEG library says: %s.", text);
-  talk.calls.JumpBack();
-}
-
 [[noreturn]] void FailJpeg(j_common_ptr jpeg) {
   Message text{};
   jpeg->err->format_message(jpeg, text.data());
-  FailWith(TalkOf(jpeg), text.data());
+  TalkOf(jpeg).calls.JumpBack("JPEG", text.data());
 }
 
 // Below 0 the level is that of a warning. Data that are corrupt have made-up pixels in their place,
@@ -71,7 +65,7 @@ void WarnJpeg(j_common_ptr jpeg, int level) {
 
 void CountScans(j_common_ptr jpeg) {
   if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number > kMostScans)
-    FailWith(TalkOf(jpeg), "The picture comes in more than 500 scans");
+    TalkOf(jpeg).calls.JumpBack("JPEG", "The picture comes in more than 500 scans");
 }
 
 // The library's own memory, given back whatever happens.

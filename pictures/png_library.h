@@ -2,9 +2,10 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <png.h>
-#include <string_view>
 
 #include "pictures/guarded_calls.h"
 
@@ -20,14 +21,14 @@ inline PngTalk& TalkOf(png_structp png) {
 }
 
 [[noreturn]] inline void FailPng(png_structp png, png_const_charp text) {
-  GuardedCalls& calls = TalkOf(png).calls;
-  std::snprintf(calls.Failure().data(), calls.Failure().size(), "The PNG library says: %s.", text);
-  calls.JumpBack();
+  TalkOf(png).calls.JumpBack("PNG", text);
 }
 
 inline void WarnPng(png_structp png, png_const_charp text) {
   PngTalk& talk = TalkOf(png);
-  if (talk.warning[0] == 0) std::snprintf(talk.warning.data(), talk.warning.size(), "%s", text);
+  if (talk.warning[0] != 0) return;
+  const std::size_t length = std::min(std::strlen(text), talk.warning.size() - 1);
+  std::copy_n(text, length, talk.warning.begin());
 }
 
 }  // namespace marovia
