@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <vector>
 
 #include "marovia/grid.h"
 
@@ -41,8 +40,8 @@ class BitPlanes {
   static constexpr int kMantissaBits = 23;
 
   Buffer<float> homes_;
-  std::vector<std::uint8_t> passes_;    // the pass that finds a home, 255 for none; padded to 64
-  std::vector<std::uint8_t> earliest_;  // of 64 homes each, those of a word of a set
+  Buffer<std::uint8_t> passes_;    // the pass that finds a home, 255 for none; padded to 64
+  Buffer<std::uint8_t> earliest_;  // of 64 homes each, those of a word of a set
 };
 
 }  // namespace marovia

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <bit>
-#include <vector>
 
 #include "passes/found_state.h"
 #include "passes/run.h"
@@ -22,7 +21,7 @@ class PassDecoder {
       : order_(order),
         budget_(budget),
         found_(order),
-        values_(order.HomeCount()),
+        values_(order.HomeCount(), 0.0F),
         cursor_{symbols} {}
 
   // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
@@ -193,7 +192,7 @@ class PassDecoder {
   std::int64_t budget_;
 
   FoundState found_;
-  std::vector<float> values_;
+  Buffer<float> values_;
   HomeList pending_;  // in the blocks of a stretch that may hold found homes
   HomeList refined_;  // part of what this pass refines
   std::int64_t refinedCount_ = 0;
