@@ -80,16 +80,18 @@ class PassEncoder {
   // where a region lets not all be found; returns their number.
   std::size_t SendFound(std::span<Candidate> list) {
     std::size_t sent = 0;
+    std::uint32_t last = last_;
     RunOnCopy(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
       for (const Candidate candidate : list) {
         if (!MayFind(symbols, candidate.home)) continue;
-        symbols.Found(candidate.number - last_, candidate.negative);
-        last_ = candidate.number;
+        symbols.Found(candidate.number - last, candidate.negative);
+        last = candidate.number;
         list[sent++] = candidate;
         if (Spent(symbols)) return false;
       }
       return true;
     });
+    last_ = last;
     return sent;
   }
 
