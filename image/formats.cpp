@@ -92,10 +92,10 @@ bool IsBmp(ByteView file) {
 Signature SignatureOf(ByteView file) {
   if (IsNetpbm(file)) return {"a Netpbm image", 4, true};
   if (IsBmp(file)) return {"a BMP image", 9, true};
-  const auto* const row =
-      std::ranges::find_if(kRows, [&](const Row& one) { return Begins(file, one.bytes); });
-  if (row == kRows.end()) return {};
-  return {row->name, row->bytes.size(), false};
+  for (const Row& row : kRows) {
+    if (Begins(file, row.bytes)) return {row.name, row.bytes.size(), false};
+  }
+  return {};
 }
 
 void RefuseFormat(ByteView file, const std::string& whatIsRead) {
