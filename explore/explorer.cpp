@@ -71,7 +71,7 @@ void Explorer::TakeMaster(const std::vector<PassReport>& passes) {
   stops_ = {scale_.most};
   for (const PassReport& pass : passes) stops_.push_back(scale_.Held((pass.bits + 7) / 8));
   std::ranges::sort(stops_);
-  stops_.erase(std::ranges::unique(stops_).begin(), stops_.end());
+  stops_.erase(std::unique(stops_.begin(), stops_.end()), stops_.end());
 }
 
 TruncateResult Explorer::FileOf(std::int64_t bytes) {
@@ -102,7 +102,7 @@ std::optional<Look> Explorer::LookAt(std::int64_t bytes, const Watch& watch) {
     DecompressOptions options{.maxPixels = kAnyPixels};
     options.onPass = Watching(watch, 8 * static_cast<double>(cut.file.size()));
     auto picture = std::make_shared<const Image>(Decompress(cut.file, cut.kind, options).image);
-    const Look look = Measured(std::move(picture), std::ssize(cut.file));
+    Look look = Measured(std::move(picture), std::ssize(cut.file));
     Keep(bytes, look);
     return look;
   });
