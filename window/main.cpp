@@ -26,8 +26,8 @@ int Run(bool padToFit, const std::vector<std::filesystem::path>& files) {
 }
 
 int RunStudio(const QStringList& files) {
-  auto* studio = marovia::ShowStudio();
-  if (!files.empty()) marovia::OpenInStudio(*studio, QFileInfo(files.front()).absoluteFilePath());
+  marovia::ShowStudio();
+  if (!files.empty()) marovia::OpenInStudio(QFileInfo(files.front()).absoluteFilePath());
   return QApplication::exec();
 }
 

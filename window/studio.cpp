@@ -1,6 +1,7 @@
 #include "window/studio.h"
 
 #include <array>
+#include <cmath>
 
 #include "marovia/version.h"
 
@@ -27,11 +28,10 @@ class Studio : public QMainWindow {
   Q_DECLARE_TR_FUNCTIONS(Studio)
 
  public:
-  explicit Studio(QWidget* parent);
+  Studio();
 
   void OpenFile(const QString& file);
-  void Open(const std::function<Subject()>& read) { session_.Open(read); }
-  [[nodiscard]] const Recipe& TheRecipe() const { return panel_->TheRecipe(); }
+  void OpenRequest(const StudioRequest& request);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -86,7 +86,7 @@ class Studio : public QMainWindow {
   View view_ = View::kPicture;
 };
 
-Studio::Studio(QWidget* parent) : QMainWindow(parent) {
+Studio::Studio() {
   setObjectName("Studio");
   setWindowTitle(tr("Marovia Studio"));
   setAttribute(Qt::WA_DeleteOnClose);
@@ -290,7 +290,25 @@ void Studio::OpenFile(const QString& file) {
   recipe.region.reset();
   panel_->SetRegion({});
   stage_->SetRegion({});
-  Open([file, recipe] { return ReadSubject(file, recipe); });
+  session_.Open([file, recipe] { return ReadSubject(file, recipe); });
+}
+
+void Studio::OpenRequest(const StudioRequest& request) {
+  Subject subject;
+  subject.name = QFileInfo(Text(request.sourceFile.string())).fileName();
+  if (!request.source->Empty()) subject.source = request.source.Shared();
+  subject.recipe = {request.kind, request.wavelet, request.levels, request.region, request.share};
+  const double pixels = static_cast<double>(request.source->Size());
+  subject.bytes = std::llround(request.rate * pixels / 8);
+  panel_->SetRecipe(subject.recipe);
+  stage_->SetRegion(request.region);
+  session_.Open([subject, file = Text(request.packedFile.string())] {
+    if (file.isEmpty()) return subject;
+    Subject packed = ReadSubject(file, subject.recipe);
+    packed.source = subject.source;
+    packed.bytes = subject.bytes;
+    return packed;
+  });
 }
 
 void Studio::AskOpen() {
@@ -331,7 +349,7 @@ void Studio::Take(const QMimeData* offered) {
     return OpenFile(offered->urls().front().toLocalFile());
   const auto picture = offered->imageData().value<QImage>();
   if (picture.isNull()) return Tell(tr("There is no image on the clipboard."));
-  Open([picture, recipe = panel_->TheRecipe(), name = tr("Pasted image")] {
+  session_.Open([picture, recipe = panel_->TheRecipe(), name = tr("Pasted image")] {
     return Subject{.name = name,
                    .source = std::make_shared<const Image>(GreyOf(picture)),
                    .recipe = recipe,
@@ -445,19 +463,34 @@ void Studio::ShowPicture() {
   for (QAction* action : needPicture_) action->setEnabled(true);
 }
 
-Studio* ShowStudio(QWidget* parent) {
+namespace {
+
+Studio& TheStudio() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (auto* studio = dynamic_cast<Studio*>(window)) return *studio;
+  }
   SetTheme(Settings().value("theme").toString());
-  auto* studio = Make<Studio>(parent);
-  studio->show();
-  return studio;
+  return *Make<Studio>();
 }
 
-void OpenInStudio(Studio& studio, const QString& file) {
-  studio.OpenFile(file);
+}  // namespace
+
+QMainWindow* ShowStudio() {
+  Studio& studio = TheStudio();
+  studio.show();
+  studio.raise();
+  studio.activateWindow();
+  return &studio;
 }
 
-void OpenInStudio(Studio& studio, const Subject& subject) {
-  studio.Open([subject] { return subject; });
+void OpenInStudio(const QString& file) {
+  ShowStudio();
+  TheStudio().OpenFile(file);
+}
+
+void OpenInStudio(const StudioRequest& request) {
+  ShowStudio();
+  TheStudio().OpenRequest(request);
 }
 
 }  // namespace marovia

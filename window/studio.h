@@ -1,16 +1,17 @@
 // The studio: what every byte of a compressed file buys, seen while it is chosen.
 #pragma once
 
-#include "window/session.h"
+#include <QMainWindow>
+
+#include "app/desktop.h"
 
 namespace marovia {
 
-// A window of its own, shown and deleted when it is closed.
-class Studio;
-Studio* ShowStudio(QWidget* parent = nullptr);
-
-// On the studio, as the menu's Open does; nothing where the subject has neither image nor file.
-void OpenInStudio(Studio& studio, const QString& file);
-void OpenInStudio(Studio& studio, const Subject& subject);
+// In the studio's window, which is made if there is none, and is deleted when it is closed.
+QMainWindow* ShowStudio();
+// A file as its menu's Open does.
+void OpenInStudio(const QString& file);
+// What the form is at work on.
+void OpenInStudio(const StudioRequest& request);
 
 }  // namespace marovia
