@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int64_t kAnyPixels = std::numeric_limits<std::int64_t>::max();
 // Of the pictures that are kept, so that going back and forth does not decode them again.
-constexpr std::size_t kKeptPixels = std::size_t{1} << 26;
+constexpr std::size_t kKeptPixels = std::size_t{1} << 25;
 
 // Thrown out of a run whose watch ended it.
 struct Ended {};
@@ -71,7 +71,7 @@ void Explorer::TakeMaster(const std::vector<PassReport>& passes) {
   stops_ = {scale_.most};
   for (const PassReport& pass : passes) stops_.push_back(scale_.Held((pass.bits + 7) / 8));
   std::ranges::sort(stops_);
-  stops_.erase(std::ranges::unique(stops_).begin(), stops_.end());
+  stops_.erase(std::unique(stops_.begin(), stops_.end()), stops_.end());
 }
 
 TruncateResult Explorer::FileOf(std::int64_t bytes) {
@@ -98,23 +98,21 @@ std::optional<Look> Explorer::LookAt(std::int64_t bytes, const Watch& watch) {
   const auto kept = std::ranges::find(kept_, bytes, &Kept::asked);
   if (kept != kept_.end()) return kept->look;
   return UnlessEnded([&] {
-    const TruncateResult cut = FileOf(bytes);
+    Look look{.file = FileOf(bytes), .picture = {}};
+    const auto& [file, kind, whole] = look.file;
     DecompressOptions options{.maxPixels = kAnyPixels};
-    options.onPass = Watching(watch, 8 * static_cast<double>(cut.file.size()));
-    auto picture = std::make_shared<const Image>(Decompress(cut.file, cut.kind, options).image);
-    const Look look = Measured(std::move(picture), std::ssize(cut.file));
+    options.onPass = Watching(watch, 8 * static_cast<double>(file.size()));
+    look.picture = std::make_shared<const Image>(Decompress(file, kind, options).image);
     Keep(bytes, look);
     return look;
   });
 }
 
-Look Explorer::Measured(SharedImage picture, std::int64_t bytes) const {
-  Look look{.bytes = bytes, .picture = std::move(picture)};
-  if (!source_) return look;
-  look.measures = Measure(*source_, *look.picture);
+void Explorer::Measure(Look& look) const {
+  if (!source_) return;
+  look.measures = marovia::Measure(*source_, *look.picture);
   look.similarity = Similarity(*source_, *look.picture);
-  if (recipe_.region) look.inRegion = Measure(*source_, *look.picture, recipe_.region);
-  return look;
+  if (recipe_.region) look.inRegion = marovia::Measure(*source_, *look.picture, recipe_.region);
 }
 
 void Explorer::Keep(std::int64_t asked, const Look& look) {
@@ -125,7 +123,7 @@ void Explorer::Keep(std::int64_t asked, const Look& look) {
 std::optional<CurvePoint> Explorer::PointAt(std::int64_t bytes, const Watch& watch) {
   const auto look = LookAt(bytes, watch);
   if (!look) return std::nullopt;
-  return CurvePoint{look->bytes, look->measures->psnr};
+  return CurvePoint{std::ssize(look->file.file), marovia::Measure(*source_, *look->picture).psnr};
 }
 
 std::optional<std::int64_t> Explorer::BytesForPsnr(double psnr, const Watch& watch) {

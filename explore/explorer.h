@@ -2,8 +2,8 @@
 //
 //   Explorer explorer(source, {.kind = FileKind::kAwf});
 //   explorer.Code(kWholeRate, {});
-//   explorer.LookAt(8192, {})->picture        what 8192 bytes decode to
-//   explorer.FileOf(8192).file                those bytes
+//   Look look = *explorer.LookAt(8192, {});   those bytes, and the picture that they decode to
+//   explorer.Measure(look);                   how far that is from the source
 //
 // The image is coded once; every answer comes from a start of that master, and is what the library
 // gives for the same question: Truncate, Decompress, Measure. With a region, which decides where
@@ -40,10 +40,11 @@ struct Recipe {
 // Bits a pixel of a lossy master: as many as the pixels themselves have.
 inline constexpr double kWholeRate = 8;
 
-// What a length decodes to, and how far that is from the source where there is one.
+// A length of the file, what it decodes to, and how far that is from the source.
 struct Look {
-  std::int64_t bytes = 0;  // of the file, at most those that were asked for
+  TruncateResult file;  // of at most as many bytes as were asked for
   SharedImage picture;
+  // Unset before they are measured, and without a source.
   std::optional<ErrorMeasures> measures = {};
   std::optional<double> similarity = {};
   std::optional<ErrorMeasures> inRegion = {};
@@ -75,8 +76,9 @@ class Explorer {
 
   // A file of at most so many bytes.
   TruncateResult FileOf(std::int64_t bytes);
-  // Nothing where the watch ended it.
+  // Not yet measured. Nothing where the watch ended it.
   std::optional<Look> LookAt(std::int64_t bytes, const Watch& watch);
+  void Measure(Look& look) const;
   // Only of a source.
   std::optional<CurvePoint> PointAt(std::int64_t bytes, const Watch& watch);
   // The fewest bytes whose picture is that good, or the most there are. Only of a source.
@@ -85,7 +87,6 @@ class Explorer {
  private:
   void TakeMaster(const std::vector<PassReport>& passes);
   [[nodiscard]] TruncateResult CodedWithRegion(std::int64_t bytes) const;
-  [[nodiscard]] Look Measured(SharedImage picture, std::int64_t bytes) const;
   void Keep(std::int64_t asked, const Look& look);
 
   SharedImage source_;

@@ -45,12 +45,9 @@ std::vector<Sums> TileRow(const Image& a, const Image& b, int row1, int row2, in
   for (int r = row1; r < row2; ++r) {
     const auto one = a.Row(r);
     const auto other = b.Row(r);
-    for (int tile = 0; tile < tiles; ++tile) {
-      const int end = tile + 1 == tiles ? a.Cols() : (tile + 1) * kStep;
-      Sums row;
-      for (auto c = static_cast<std::size_t>(tile * kStep); c < static_cast<std::size_t>(end); ++c)
-        row += {1, one[c], other[c], one[c] * one[c] + other[c] * other[c], one[c] * other[c]};
-      sums[static_cast<std::size_t>(tile)] += row;
+    for (std::size_t c = 0; c < one.size(); ++c) {
+      const std::size_t tile = std::min(c / kStep, sums.size() - 1);
+      sums[tile] += {1, one[c], other[c], one[c] * one[c] + other[c] * other[c], one[c] * other[c]};
     }
   }
   return sums;

@@ -19,10 +19,16 @@ SharedImage Picture() {
   return std::make_shared<const Image>(Drawn(72, 90));
 }
 
+Look Measured(Explorer& explorer, std::int64_t bytes) {
+  Look look = *explorer.LookAt(bytes, {});
+  explorer.Measure(look);
+  return look;
+}
+
 void ExpectPictureOf(const TruncateResult& file, const Look& look, const Image& source) {
   const Image picture = Decompress(file.file, file.kind).image;
   EXPECT_EQ(*look.picture, picture);
-  EXPECT_EQ(look.bytes, std::ssize(file.file));
+  EXPECT_EQ(look.file.file, file.file);
   EXPECT_EQ(look.measures->psnr, Measure(source, picture).psnr);
   EXPECT_EQ(look.similarity, Similarity(source, picture));
 }
@@ -44,7 +50,7 @@ TEST(Explorer, AnswersAsTheLibraryInEveryKind) {
       const TruncateResult cut = Truncate(master, kind, {.rate = {}, .bytes = bytes});
       EXPECT_EQ(coded.FileOf(bytes).file, cut.file);
       for (Explorer* explorer : {&coded, &opened})
-        ExpectPictureOf(cut, *explorer->LookAt(bytes, {}), *source);
+        ExpectPictureOf(cut, Measured(*explorer, bytes), *source);
     }
     float before = 0;
     for (const std::int64_t bytes : coded.Stops()) {
@@ -66,7 +72,7 @@ TEST(Explorer, CodesEachLengthAnewForARegionAndMeasuresIt) {
     ASSERT_TRUE(plain.Code(kWholeRate, {}) && explorer.Code(kWholeRate, {}));
     const TruncateResult file = explorer.FileOf(1500);
     EXPECT_LE(file.file.size(), 1500U);
-    const Look look = *explorer.LookAt(1500, {});
+    const Look look = Measured(explorer, 1500);
     ExpectPictureOf(file, look, *source);
     EXPECT_EQ(look.inRegion->psnr, Measure(*source, *look.picture, region).psnr);
     EXPECT_GT(*look.inRegion->psnr,
@@ -105,9 +111,9 @@ TEST(Explorer, TakesAFileAloneAndAnImageOfAnySize) {
     const auto source = std::make_shared<const Image>(Drawn(rows, cols));
     for (const FileKind kind : AllKinds()) {
       Explorer explorer(Compress(*source, {.kind = kind, .rate = 4}).file, kind, Picture());
-      const Look look = *explorer.LookAt(0, {});
+      const Look look = Measured(explorer, 0);
       EXPECT_TRUE(look.picture->SameShape(*source) && !look.measures);
-      EXPECT_LE(look.bytes, explorer.Scale().Least());
+      EXPECT_LE(std::ssize(look.file.file), explorer.Scale().Least());
     }
   }
 }
