@@ -1,14 +1,12 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "marovia/codec.h"
 #include "marovia/error.h"
-#include "marovia/measures.h"
 
 #include "base/number_text.h"
 #include "chart/line_chart.h"
@@ -102,21 +100,14 @@ Curve DrawnCurve(const RateCurve& curve) {
   return drawn;
 }
 
-// Compresses the image at the highest of the rates and decodes that file at each.
-RateCurve MeasureCurve(const Image& image, FileKind kind, WaveletKind wavelet,
-                       const std::vector<double>& rates) {
-  CompressOptions compress;
-  compress.kind = kind;
-  compress.wavelet = wavelet;
-  compress.rate = *std::ranges::max_element(rates);
-  const Bytes file = Compress(image, compress).file;
-  DecompressOptions decompress;
-  decompress.maxPixels = std::numeric_limits<std::int64_t>::max();
+RateCurve CurveOf(const Image& image, FileKind kind, WaveletKind wavelet,
+                  const std::vector<double>& rates) {
+  CompressOptions options;
+  options.kind = kind;
+  options.wavelet = wavelet;
+  const auto psnrs = MeasureCurve(image, options, rates);
   RateCurve curve{kind, wavelet, {}};
-  for (const double rate : rates) {
-    decompress.rate = rate;
-    curve.points.push_back({rate, Measure(image, Decompress(file, kind, decompress).image).psnr});
-  }
+  for (std::size_t i = 0; i < rates.size(); ++i) curve.points.push_back({rates[i], psnrs[i]});
   return curve;
 }
 
@@ -188,7 +179,7 @@ std::vector<RateCurve> Measured(const CurveArguments& arguments, const Image& im
     for (const FileKind kind : arguments.coders) {
       console.Tell("Measuring " + std::string(Extension(kind)) + " with " +
                    std::string(NameOf(wavelet)) + "\n");
-      curves.push_back(MeasureCurve(image, kind, wavelet, arguments.rates));
+      curves.push_back(CurveOf(image, kind, wavelet, arguments.rates));
     }
   }
   return curves;
