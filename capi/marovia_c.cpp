@@ -16,7 +16,7 @@ namespace marovia::capi {
 namespace {
 
 constexpr marovia_compress_options kCompressDefaults = {.size = sizeof(marovia_compress_options),
-                                                        .kind = MAROVIA_AWF,
+                                                        .kind = MAROVIA_AWH,
                                                         .wavelet = 0,
                                                         .levels = 0,
                                                         .pad = 1,

@@ -81,8 +81,8 @@ Bytes WritePng(const Image& image) {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia thumbnail photo.awf photo.png\n"
-    "  marovia thumbnail photo.awf photo.png --size 512\n"
+    "  marovia thumbnail photo.awh photo.png\n"
+    "  marovia thumbnail photo.awh photo.png --size 512\n"
     "\n"
     "OUT is a PNG, whatever its name. Neither side is longer than N, and no picture is\n"
     "made larger. Only the start of IN is decoded. IN and OUT may be - for standard\n"
