@@ -73,7 +73,7 @@ void Explorer::SetRegion(const std::optional<Region>& region, float share) {
 // What is kept stays true: a longer master begins as the one before.
 void Explorer::TakeMaster(const std::vector<PassReport>& passes) {
   info_ = Inspect(master_, kind_, kAnyPixels);
-  scale_ = {Pixels(info_), std::min(std::ssize(master_), UsefulBytes(info_))};
+  scale_ = {Pixels(info_), std::min<std::int64_t>(std::ssize(master_), UsefulBytes(info_))};
   stops_ = {scale_.most};
   for (const PassReport& pass : passes) stops_.push_back(scale_.Held((pass.bits + 7) / 8));
   std::ranges::sort(stops_);
