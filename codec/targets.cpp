@@ -71,6 +71,17 @@ std::int32_t BudgetForPsnr(const Image& image, const CompressOptions& quiet) {
   FailOutOfReach(*quiet.psnr, best);
 }
 
+// Two runs, at once where a second thread is to be had.
+std::pair<CompressResult, CompressResult> Both(const auto& one, const auto& other) {
+#ifdef __STDCPP_THREADS__
+  auto aside = std::async(std::launch::async | std::launch::deferred, other);
+  CompressResult result = one();
+  return {std::move(result), aside.get()};
+#else
+  return {one(), other()};
+#endif
+}
+
 }  // namespace
 
 // The budget is lowered by what a try was too long: a last group of symbols may exceed the budget,
@@ -113,11 +124,8 @@ CompressResult CompressToTheShorter(const Image& image, const CompressOptions& o
     quiet.bestWavelet = false;
     return Compress(image, quiet);
   };
-  // Where no thread is to be had it runs in this one.
-  auto other =
-      std::async(std::launch::async | std::launch::deferred, tried, WaveletKind::kInteger53);
-  CompressResult result = tried(WaveletKind::kInteger22);
-  CompressResult second = other.get();
+  auto [result, second] = Both([&] { return tried(WaveletKind::kInteger22); },
+                               [&] { return tried(WaveletKind::kInteger53); });
   if (second.file.size() < result.file.size()) result = std::move(second);
   Replay(result, options.onPass);
   return result;

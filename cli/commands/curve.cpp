@@ -144,6 +144,7 @@ constexpr const char* kDefaultRates = "0.05:2";
 
 struct CurveArguments {
   CommonOptions common;
+  int page = 1;
   std::string input;
   std::vector<std::string> outputs;
   bool force = false;
@@ -192,7 +193,7 @@ Json JsonOf(const RateCurve& curve) {
   return {{"kind", Extension(curve.kind)}, {"wavelet", NameOf(curve.wavelet)}, {"points", points}};
 }
 
-Json JsonOf(const CurveArguments& arguments, const LoadedImage& source,
+Json JsonOf(const CurveArguments& arguments, const Picture& source,
             const std::vector<RateCurve>& curves) {
   Json list = Json::array();
   for (const RateCurve& curve : curves) list.push_back(JsonOf(curve));
@@ -206,7 +207,8 @@ Json JsonOf(const CurveArguments& arguments, const LoadedImage& source,
 
 ExitStatus RunCurve(const CurveArguments& arguments, Console& console) {
   const std::vector<Target> targets = TargetsOf(arguments, console);
-  const LoadedImage source = ReadImageFile(arguments.input, arguments.common.maxPixels, console);
+  const Picture source =
+      ReadImageFile(arguments.input, {arguments.common.maxPixels, arguments.page}, console);
   const Image& image = source.image;
   const std::vector<RateCurve> curves = Measured(arguments, image, console);
   const std::string title = std::filesystem::path(arguments.input).filename().string() + ", " +
@@ -243,10 +245,11 @@ void AddCurveOptions(CLI::App& command, CurveArguments& arguments) {
 void AddCurve(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<CurveArguments>();
   CLI::App& command = AddCommand(tool, "curve", "Draw how the quality of an image grows");
-  AddFile(command, "IN", arguments->input, "The image: PGM, PPM or BMP");
+  AddFile(command, "IN", arguments->input, ReadFormatsText("The image"));
   command.add_option("OUT", arguments->outputs, "A picture (.svg) or a table (.tsv)")
       ->group("Files");
   AddCurveOptions(command, *arguments);
+  AddPageOption(command, arguments->page);
   AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
   command.footer(kExamples);
