@@ -4,8 +4,8 @@
     python3 compress_on_dask.py SCHEDULER TREE PACKED [OPTION...]
 
 SCHEDULER is an address (tcp://127.0.0.1:8786) or a scheduler file. TREE and PACKED are folders that
-all workers see, by absolute names; every PGM, PPM and BMP below the one becomes a file in the same
-folder below the other. Options go to `marovia compress`, which each worker needs. What failed is
+all workers see, by absolute names; every image below the one becomes a file in the same folder below
+the other. Options go to `marovia compress`, which each worker needs. What failed is
 named on standard error. `compress` knows nothing of Dask: other engines take it as it is.
 """
 
@@ -17,7 +17,7 @@ import subprocess
 import sys
 
 BATCH = 8  # images a task: more cost less, and cost more when a worker is lost
-ENDINGS = (b".pgm", b".ppm", b".bmp")
+ENDINGS = tuple(b"." + name for name in b"pgm ppm pbm pam bmp png tif tiff jpg jpeg".split())
 
 
 def compress(tree, packed, options, paths):
@@ -29,16 +29,13 @@ def compress(tree, packed, options, paths):
     """
     records = []
     for folder, group in itertools.groupby(paths, os.path.dirname):
-        names = list(group)
-        done = compress_folder(tree, os.path.join(packed, folder), options, names)
+        run = functools.partial(compress_folder, tree, os.path.join(packed, folder), options)
+        done = run(list(group))
         # A worker taken for lost may have gone on, and been the first to put a file in place.
-        again = [i for i, record in enumerate(done) if record["exitStatus"] == 4]
-        if again:
-            retried = compress_folder(
-                tree, os.path.join(packed, folder), options, [names[i] for i in again]
-            )
-            for i, record in zip(again, retried):
-                done[i] = record
+        unwritten = [record["path"] for record in done if record["exitStatus"] == 4]
+        if unwritten:
+            again = {record["path"]: record for record in run(unwritten)}
+            done = [again.get(record["path"], record) for record in done]
         records += done
     return records
 
@@ -68,6 +65,11 @@ def images_below(tree):
         below = os.path.relpath(folder, tree)
         prefix = b"" if below == b"." else below + b"/"
         found += [prefix + name for name in sorted(names) if name.lower().endswith(ENDINGS)]
+    taken = {}
+    for path in found:
+        first = taken.setdefault(os.path.splitext(path)[0], path)
+        if first != path:
+            raise ValueError(f"{first!r} and {path!r} would become one file")
     return found
 
 
