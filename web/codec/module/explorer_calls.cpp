@@ -79,11 +79,12 @@ MAROVIA_EXPORT(explorer_file) const Answer* FileOf(Explorer* explorer, double by
 // The picture; bytes, rows, columns, sup-norm, root mean square, PSNR, similarity, PSNR in the
 // region.
 MAROVIA_EXPORT(explorer_look) const Answer* LookAt(Explorer* explorer, double bytes) {
-  const Look look = explorer->LookAt(std::llround(bytes), TellHost).value();
+  Look look = explorer->LookAt(std::llround(bytes), TellHost).value();
+  explorer->Measure(look);
   const ErrorMeasures none;
   const ErrorMeasures& measures = look.measures ? *look.measures : none;
   return Give(look.picture,
-              {static_cast<double>(look.bytes), 1.0 * look.picture->Rows(),
+              {static_cast<double>(look.file.file.size()), 1.0 * look.picture->Rows(),
                1.0 * look.picture->Cols(), measures.supNorm, measures.rootMeanSquare,
                PsnrOf(look.measures), OrNone(look.similarity), PsnrOf(look.inRegion)});
 }
