@@ -81,6 +81,7 @@ class Session : public QObject {
     RateScale scale;
     FileInfo info;
     double milliseconds = 0;  // that it took to make
+    bool whole = true;        // no longer one is to follow
   };
   using SharedExplorer = std::shared_ptr<Explorer>;
 
@@ -88,7 +89,8 @@ class Session : public QObject {
   void Deliver(int epoch, Told news);
   bool Prepare(const Subject& subject, int epoch, const Watch& watch);
   void TakeSource(const Subject& subject, const SharedImage& kept, const Pyramid& source);
-  void TakeMaster(const Master& master, const SharedExplorer& explorer, bool whole);
+  void TakeMaster(const Master& master, const SharedExplorer& explorer);
+  void SetRegion();
   void CodeWhole();
   void DrawCurves();
   bool DrawLine(Line& line, int epoch, const Watch& watch);
