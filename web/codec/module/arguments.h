@@ -43,7 +43,7 @@ struct GivenRegion {
 
 // How an image is to be compressed.
 struct Choices {
-  double kind, wavelet, levels, pad, rate, bytes, psnr;
+  double kind, wavelet, levels, pad, rate, bytes, psnr, lossless;
   GivenRegion region;
   double share;
 

@@ -51,6 +51,7 @@ const Answer* Encode(const Samples* image, const Choices* choices) {
   options.rate = Given(choices->rate).value_or(options.rate);
   options.bytes = GivenBytes(choices->bytes);
   options.psnr = Given(choices->psnr);
+  options.lossless = choices->lossless != 0;
   options.pad = choices->pad != 0;
   options.region = choices->region.Value();
   options.share = static_cast<float>(Given(choices->share).value_or(options.share));
