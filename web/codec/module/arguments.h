@@ -47,8 +47,8 @@ struct Choices {
   GivenRegion region;
   double share;
 
-  [[nodiscard]] FileKind Kind() const {
-    return std::isnan(kind) ? CompressOptions{}.kind : static_cast<FileKind>(kind);
+  [[nodiscard]] FileKind KindOr(FileKind otherwise) const {
+    return std::isnan(kind) ? otherwise : static_cast<FileKind>(kind);
   }
 };
 

@@ -35,7 +35,8 @@ double PsnrOf(const std::optional<ErrorMeasures>& measures) {
 
 MAROVIA_EXPORT(explorer_of_image)
 Explorer* ExplorerOfImage(const Samples* source, const Choices* choices) {
-  Recipe recipe{.kind = choices->Kind(), .wavelet = GivenWavelet(choices->wavelet)};
+  Recipe recipe{.wavelet = GivenWavelet(choices->wavelet)};
+  recipe.kind = choices->KindOr(recipe.kind);
   recipe.levels = GivenInt(choices->levels);
   recipe.region = choices->region.Value();
   recipe.share = static_cast<float>(Given(choices->share).value_or(recipe.share));

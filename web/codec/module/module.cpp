@@ -46,7 +46,8 @@ MAROVIA_EXPORT(kind) const Answer* Kind(std::size_t number) {
 // The file; its wavelet and levels.
 MAROVIA_EXPORT(encode)
 const Answer* Encode(const Samples* image, const Choices* choices) {
-  CompressOptions options{.kind = choices->Kind(), .wavelet = GivenWavelet(choices->wavelet)};
+  CompressOptions options{.wavelet = GivenWavelet(choices->wavelet)};
+  options.kind = choices->KindOr(options.kind);
   options.levels = GivenInt(choices->levels);
   options.rate = Given(choices->rate).value_or(options.rate);
   options.bytes = GivenBytes(choices->bytes);

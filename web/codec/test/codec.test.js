@@ -1,7 +1,10 @@
 // The module in Node: the recorded bytes and pixels, and what its border adds.
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
 import { createHash } from "node:crypto";
-import { readFileSync } from "node:fs";
+import { existsSync, mkdtempSync, readFileSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import { test } from "node:test";
 import { load, MaroviaError, wavelets } from "marovia";
 import { namedImage } from "./named_images.js";
@@ -143,4 +146,16 @@ test("gives back the memory of large images", () => {
   for (let i = 0; i < 4; ++i) marovia.encode(large);
   globalThis.gc?.();
   assert.ok(process.memoryUsage().arrayBuffers - before < 2e8);
+});
+
+test("packs into a package that stands alone", async () => {
+  const folder = mkdtempSync(join(tmpdir(), "marovia-package-"));
+  const at = (name) => join(folder, "package", name);
+  const home = new URL("..", import.meta.url);
+  const [{ filename }] = JSON.parse(execFileSync("npm", ["pack", "--json", "--pack-destination", folder], { cwd: home }));
+  execFileSync("tar", ["-xzf", join(folder, filename), "-C", folder]);
+  for (const name of ["LICENSE", "README.md", "dist/index.d.ts"]) assert.ok(existsSync(at(name)), name);
+  const packed = await (await import(at("dist/index.js"))).load();
+  assert.deepEqual(packed.encode(camera, { bytes: 900 }).file, marovia.encode(camera, { bytes: 900 }).file);
+  rmSync(folder, { recursive: true });
 });

@@ -29,11 +29,11 @@ export class View {
     return { x: (x - this.x) / this.scale, y: (y - this.y) / this.scale };
   }
 
-  /** All of the image, in the middle, never enlarged. */
+  /** All of the image, in the middle, a pixel of it never larger than one of the page. */
   fit(): void {
     const { width, height } = this.#image;
     if (width > 0 && this.#pane.width > 0)
-      this.scale = Math.min(1, this.#pane.width / width, this.#pane.height / height);
+      this.scale = Math.min(Math.max(1, devicePixelRatio), this.#pane.width / width, this.#pane.height / height);
     this.#hold();
     this.#fits = true;
   }

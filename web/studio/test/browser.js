@@ -1,10 +1,9 @@
 // The built page on this machine's loopback, and the system's Chromium to look at it.
-import { existsSync } from "node:fs";
 import { fileURLToPath } from "node:url";
 import { chromium } from "playwright-core";
 import { preview } from "vite";
 
-export const executablePath = ["/usr/bin/chromium", "/usr/bin/google-chrome"].find((path) => existsSync(path));
+const executablePath = "/usr/bin/chromium";
 
 export async function openBrowser() {
   const root = fileURLToPath(new URL("..", import.meta.url));
