@@ -80,6 +80,7 @@ test("gives the recorded context-coded files and pictures", () => {
   for (const row of rowsOf("context_files.tsv")) {
     const { file } = marovia.encode(imageOf(row), contextOptionsOf(row));
     assert.equal(sha256(file), row.sha256_file, row.line);
+    assert.equal(marovia.kindOf("unnamed", file), "awh");
     assert.equal(hash(file), row.sha256_pixels, row.line);
   }
   for (const row of rowsOf("context_cut_files.tsv")) {

@@ -20,9 +20,9 @@ function tellProgress(part: number): void {
 // What was open stays so until the new one is read.
 async function open(from: Source): Promise<Opened> {
   const marovia = await codec;
-  const extension = from.name.split(".").pop()!.toLowerCase();
-  if ("file" in from && marovia.kinds.some((kind) => kind.extension === extension)) {
-    explorer = marovia.exploreFile(from.file, extension, tellProgress);
+  const kind = "file" in from ? marovia.kindOf(from.name, from.file) : undefined;
+  if ("file" in from && kind) {
+    explorer = marovia.exploreFile(from.file, kind, tellProgress);
     source = undefined;
     const { rows, cols } = explorer.master;
     return { rows, cols, altered: false, sourceBitmap: undefined, source: undefined };
