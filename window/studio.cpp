@@ -100,7 +100,13 @@ Studio::Studio() {
   MakeBar();
   auto* left = Column({stage_, RateBar()});
   static_cast<QBoxLayout*>(left->layout())->setStretch(0, 1);
-  setCentralWidget(Row({left, panel_}));
+  auto* panel = Make<QScrollArea>();
+  panel->setWidget(panel_);
+  panel->setWidgetResizable(true);
+  panel->setFrameShape(QFrame::NoFrame);
+  panel->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  panel->setFixedWidth(panel_->width() + panel->verticalScrollBar()->sizeHint().width());
+  setCentralWidget(Row({left, panel}));
   static_cast<QBoxLayout*>(centralWidget()->layout())->setStretch(0, 1);
   centralWidget()->layout()->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   readout_->setObjectName("Readout");
@@ -276,7 +282,7 @@ void Studio::Restore() {
   panel_->SetRecipe(recipe);
   rate_ = std::max(settings.value("rate", kFirstRate).toDouble(), RateScale::kLeastRate);
   for (QAction* action : needPicture_) action->setEnabled(false);
-  resize(1200, 760);
+  resize(QSize(1280, 800).boundedTo(RoomOnScreen(*this)));
   restoreGeometry(settings.value("geometry").toByteArray());
 }
 
