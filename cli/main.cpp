@@ -92,7 +92,7 @@ ExitStatus PrintHelpOfNoCommand(const CLI::App& tool, Console& console) {
 
 ExitStatus RefuseNoCommand(const CLI::App& tool, Console& console) {
   console.Complain("'--' is not a command (see marovia --help)");
-  console.PassOn({{}, HelpForms().Usage(tool, tool.get_name()), {}});
+  console.PassOn({{}, HelpForms().Usage(tool, tool.get_name()), {}, {}});
   return ExitStatus::kUsage;
 }
 

@@ -264,7 +264,7 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
                         Console& console) {
   CompressOptions options = OptionsOf(arguments);
   console.SetOutput(task.output);
-  const OutputFile output(task.output, arguments.files.force);
+  const OutputFile output(task.output, arguments.files.MayReplace());
   CheckJsonHasRoom(arguments.common, output);
 
   const Picture source = ReadSource(arguments, task.input, console);
@@ -290,13 +290,14 @@ ExitStatus CompressMany(const CompressArguments& arguments, Console& console) {
   const FileWork work = [&](const FileTask& task, Console& voice) {
     return CompressFile(arguments, task, voice);
   };
-  return RunManyFiles(arguments.files, arguments.common, Extension(OptionsOf(arguments).kind), work,
-                      console);
+  const std::string extension(Extension(OptionsOf(arguments).kind));
+  const ManyFiles many{work, IsImageFile, [&](const std::string&) { return extension; }};
+  return RunManyFiles(arguments.files, arguments.common, many, console);
 }
 
 ExitStatus RunCompress(const CompressArguments& arguments, Console& console) {
   CheckFileArguments(arguments.files);
-  if (arguments.files.outputDir) return CompressMany(arguments, console);
+  if (arguments.files.folder) return CompressMany(arguments, console);
   const std::string& output = arguments.files.names[1];
   const CompressArguments whole = WithKindOf(output, arguments);
   const FileKind kind = OptionsOf(whole).kind;
@@ -314,7 +315,8 @@ constexpr const char* kExamples =
     "  marovia compress photo.bmp photo --psnr 40  as good as that, and no more\n"
     "  marovia compress scan.pgm scan.awh --lossless  every pixel as it was\n"
     "  marovia compress photo.pgm face.awh --region 80,200,210,310  most bits for one part\n"
-    "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n";
+    "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n"
+    "  marovia compress -r photos --output-dir packed --mirror photos  with its folders\n";
 
 constexpr const char* kKindsNote =
     "Context coding gives the best pictures at a given size, and any start of such a file\n"

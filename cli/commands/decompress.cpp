@@ -88,7 +88,7 @@ ExitStatus DecompressFile(const DecompressArguments& arguments, const FileTask& 
                           Console& console) {
   console.SetOutput(task.output);
   const PictureWriter& writer = WriterFor(task.output, arguments.formats.image);
-  const OutputFile output(task.output, arguments.files.force);
+  const OutputFile output(task.output, arguments.files.MayReplace());
   CheckJsonHasRoom(arguments.common, output);
 
   const DecompressResult result = Decode(arguments, task.input, console);
@@ -107,10 +107,12 @@ ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console)
   const FileWork work = [&](const FileTask& task, Console& voice) {
     return DecompressFile(arguments, task, voice);
   };
-  if (arguments.files.outputDir) {
+  if (arguments.files.folder) {
     const PictureWriter* const told = arguments.formats.image;
     const PictureWriter& writer = told == nullptr ? PictureWriters().front() : *told;
-    return RunManyFiles(arguments.files, arguments.common, writer.extension, work, console);
+    const ManyFiles many{work, IsCompressedFile,
+                         [&](const std::string&) { return std::string(writer.extension); }};
+    return RunManyFiles(arguments.files, arguments.common, many, console);
   }
   const std::vector<std::string>& names = arguments.files.names;
   return RunOneFile(arguments.files, {names[0], names[1]}, work, console);

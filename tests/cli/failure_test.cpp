@@ -56,7 +56,7 @@ TEST_F(Failures, OfUsageEndWithTwo) {
                  {"needs a value", "o --rate"},
                  {"only once", "o --rate 1 --rate 2"},
                  {"before the command", "marovia --json info ok.awf"},
-                 {"one name too many", "marovia info ok.awf ok.awg"},
+                 {"one name too many", "marovia difference in.pgm in.pgm o.pgm o.bmp"},
                  {"OUT is an empty name", "''"},
                  {"excludes", "o --rate 1 --bytes 9"},
                  {"'inf'", "o --rate inf"},

@@ -21,6 +21,11 @@ for name in photo scan; do
 done
 "$tool" decompress "$pool/photo.awh" "$pool/decoded.pgm"
 "$tool" decompress "$folder/photo.awg" "$pool/photo.png"
+for tree in photos decoded; do
+  mkdir -p "$pool/$tree/"{a,b}
+  cp "$pool/decoded.pgm" "$pool/$tree/a/one.pgm"
+  cp "$pool/decoded.pgm" "$pool/$tree/b/one.pgm"
+done
 
 # The files are there from the start, so those that an example writes are replaced.
 marovia() {
