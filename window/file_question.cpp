@@ -1,5 +1,6 @@
+// Asks for files, and keeps what happens beside a run away from it: a run takes no events, so that
+// a dialog must have closed before it, and what is clicked and typed while it lasts is dropped.
 #include "window/main_window.h"
-#include "window/settle.h"
 
 namespace marovia {
 namespace {
@@ -42,7 +43,52 @@ QString Chosen(const QFileDialog& dialog, const FileDialog& question) {
   return Text(WithSuffix(file.toStdString(), dialog.defaultSuffix().toStdString()).string());
 }
 
+constexpr int kPatience = 250;  // ms; some desktops never give the focus back
+
+class InputDropper : public QObject {
+ public:
+  InputDropper() { QCoreApplication::instance()->installEventFilter(this); }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::MouseButtonPress:
+      case QEvent::MouseButtonRelease:
+      case QEvent::MouseButtonDblClick:
+      case QEvent::Wheel:
+      case QEvent::KeyPress:
+      case QEvent::KeyRelease:
+      case QEvent::Shortcut:
+      case QEvent::ShortcutOverride:
+      case QEvent::ContextMenu:
+      case QEvent::TouchBegin:
+      case QEvent::TouchUpdate:
+      case QEvent::TouchEnd:
+      case QEvent::DragEnter:
+      case QEvent::DragMove:
+      case QEvent::Drop:
+        return true;
+      default:
+        return false;
+    }
+  }
+};
+
 }  // namespace
+
+void Settle() {
+  const InputDropper dropper;
+  QGuiApplication::sync();
+}
+
+// The manager of the windows takes the dialog's frame away in its own time, and only then is the
+// window told to paint what was behind it. To ask for the focus meanwhile may lose it.
+void SettleInFront(const QWidget& window) {
+  const InputDropper dropper;
+  const QDeadlineTimer deadline(kPatience);
+  while (!window.isActiveWindow() && !deadline.hasExpired())
+    QCoreApplication::processEvents(QEventLoop::AllEvents, kPatience / 10);
+  QGuiApplication::sync();
+}
 
 std::optional<std::filesystem::path> AskForFile(const FileDialog& question, QWidget* window) {
   const QString folder = Text(question.initialFolder.string());

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "window/settle.h"
 #include "window/tool_window.h"
 
 namespace marovia {

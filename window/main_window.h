@@ -21,6 +21,11 @@ PicturePlace PlaceOfPicture(const QWidget& widget);
 // and is not there or may be replaced.
 std::optional<std::filesystem::path> AskForFile(const FileDialog& question, QWidget* window);
 
+// Paints what has come into view, and drops all mouse and keyboard input until now.
+void Settle();
+// The same once the window has come back to the front from behind a dialog.
+void SettleInFront(const QWidget& window);
+
 class MainWindow : public QMainWindow {
  public:
   [[nodiscard]] virtual const frmMain& Form() const = 0;
