@@ -5,7 +5,7 @@
 
 #include "marovia/error.h"
 
-#include "tests/support/code_of.h"
+#include "tests/support/files.h"
 
 namespace marovia {
 namespace {

@@ -5,7 +5,7 @@
 #include "marovia/codec.h"
 
 #include "format/file_header.h"
-#include "tests/support/code_of.h"
+#include "tests/support/files.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/plain_symbols.h"
 #include "tests/support/test_images.h"

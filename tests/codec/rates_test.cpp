@@ -6,7 +6,7 @@
 #include "marovia/codec.h"
 #include "marovia/measures.h"
 
-#include "tests/support/code_of.h"
+#include "tests/support/files.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/test_images.h"
 

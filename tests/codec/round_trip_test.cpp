@@ -8,7 +8,7 @@
 
 #include "marovia/codec.h"
 
-#include "tests/support/code_of.h"
+#include "tests/support/files.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/test_images.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-#include "tests/support/code_of.h"
+#include "tests/support/files.h"
 
 namespace marovia {
 namespace {

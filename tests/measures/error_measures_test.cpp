@@ -4,7 +4,7 @@
 #include "marovia/measures.h"
 
 #include "measures/measure_text.h"
-#include "tests/support/code_of.h"
+#include "tests/support/files.h"
 
 namespace marovia {
 namespace {

@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "tests/support/code_of.h"
+#include "tests/support/files.h"
 #include "tests/support/test_images.h"
 #include "wavelet/catalogue.h"
 

@@ -1,0 +1,75 @@
+// What tests of several rooms need: files, a folder of one's own, a photograph, and failures.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+#include "marovia/error.h"
+#include "marovia/image.h"
+
+namespace marovia::test {
+
+namespace fs = std::filesystem;
+
+inline Bytes BytesOf(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+inline Bytes FileBytes(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  EXPECT_TRUE(stream) << file;
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+inline void WriteFile(const fs::path& file, ByteView bytes) {
+  std::ofstream(file, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
+}
+
+// Empty at first, and gone at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string pattern = testing::TempDir() + "marovia-XXXXXX";
+    path_ = ::mkdtemp(pattern.data());
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  [[nodiscard]] const fs::path& Path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+// From inside of the sample photograph, which is repeated where it ends.
+inline Image Photograph(int rows, int cols) {
+  static const Image whole = ReadImage(FileBytes(MAROVIA_ROOT "/Images/camera.pgm")).image;
+  Image part(rows, cols);
+  for (int r = 0; r < rows; ++r)
+    for (int c = 0; c < cols; ++c) part(r, c) = whole((r + 90) % 512, (c + 200) % 512);
+  return part;
+}
+
+// The code of the Error in which an action ends, with a sentence that contains `part`.
+template <class Action>
+Errc CodeOf(Action action, std::string_view part = "") {
+  try {
+    action();
+  } catch (const Error& error) {
+    EXPECT_NE(std::string_view(error.what()).find(part), std::string_view::npos) << error.what();
+    return error.Code();
+  }
+  ADD_FAILURE() << "nothing was thrown" << (part.empty() ? "" : " that says ") << part;
+  return Errc::kIo;
+}
+
+}  // namespace marovia::test
