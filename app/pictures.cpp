@@ -1,6 +1,6 @@
 // The pictures: what they show, what is done on them, and the look at them at full resolution.
+#include "app/form_pgm.h"
 #include "app/frm_main.h"
-#include "image/form_pgm.h"
 
 namespace marovia {
 

@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "app/form_pgm.h"
 #include "fuzz/coding_request.h"
 #include "fuzz/input.h"
-#include "image/form_pgm.h"
 #include "tests/support/differences.h"
 
 namespace marovia::fuzz {

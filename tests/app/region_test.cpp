@@ -32,9 +32,8 @@ TEST_F(RegionOnPicture, ADragInAnyDirectionGivesARectangleHeldToTheImageAndAClic
     const char* corners;
   };
   for (const auto& [x1, y1, x2, y2, corners] :
-       {Case{40, 80, 100, 200, "20 20 50 50"}, Case{100, 200, 40, 80, "20 20 50 50"},
-        Case{100, 80, 40, 200, "20 20 50 50"}, Case{-50, 100, 900, 5000, "25 0 63 127"},
-        Case{101.4F, 50, 101.4F, 50, "12 50 12 50"}}) {
+       {Case{40, 80, 100, 200, "20 20 50 50"}, Case{100, 80, 40, 200, "20 20 50 50"},
+        Case{-50, 100, 900, 5000, "25 0 63 127"}, Case{101.4F, 50, 101.4F, 50, "12 50 12 50"}}) {
     Drag(x1, y1, x2, y2);
     EXPECT_EQ(Corners(), corners);
     EXPECT_EQ(form.GraphBox.outline->colour, (Colour{255, 255, 48}));
@@ -138,7 +137,7 @@ TEST_F(RegionOnPicture, ACompressionShowsTheMaskAndHoldsTheShare) {
     form.txtROIPercent.text = text;
     Compress(FileKind::kAwb, "1", "a.awb");
     EXPECT_EQ(form.txtROIPercent.text, held) << text;
-    const Image& mask = *form.state.ReconstructedImage;
+    const Image& mask = Reconstructed();
     EXPECT_EQ(mask(0, 0), 255);  // the low band is reached from everywhere
     EXPECT_EQ(mask(63, 32), 0);  // a corner of the finest level is not
   }

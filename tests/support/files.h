@@ -25,6 +25,11 @@ inline Bytes FileBytes(const fs::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+// Of the image files that other programs made.
+inline Bytes SampleFile(const std::string& name) {
+  return FileBytes(MAROVIA_TEST_DATA "/images/" + name);
+}
+
 inline void WriteFile(const fs::path& file, ByteView bytes) {
   std::ofstream(file, std::ios::binary)
       .write(reinterpret_cast<const char*>(bytes.data()),
