@@ -1,12 +1,14 @@
 // What tests of several rooms need: files, a folder of one's own, a photograph, and failures.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "marovia/error.h"
 #include "marovia/image.h"
@@ -49,7 +51,24 @@ class TemporaryFolder {
     std::error_code ignored;
     fs::remove_all(path_, ignored);
   }
+
   [[nodiscard]] const fs::path& Path() const { return path_; }
+  [[nodiscard]] std::string Path(const std::string& name) const { return path_ / name; }
+  void Write(const std::string& name, const std::string& content) const {
+    WriteFile(Path(name), BytesOf(content));
+  }
+  [[nodiscard]] std::string Read(const std::string& name) const {
+    const Bytes bytes = FileBytes(Path(name));
+    return {bytes.begin(), bytes.end()};
+  }
+  // Sorted.
+  [[nodiscard]] std::vector<std::string> Names(const std::string& folder = ".") const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(path_ / folder))
+      names.push_back(entry.path().filename());
+    std::ranges::sort(names);
+    return names;
+  }
 
  private:
   fs::path path_;
