@@ -131,10 +131,7 @@ void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
       run.HoldBudget(Budget(LeadingNumber(txtBitRate.text), run.Info().rows, run.Info().cols));
   if (held) report_.Append(kRateHeld + std::string("\r\n"));
 
-  const auto report = [this](const PassReport& pass) {
-    ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
-                  pass.bits);
-  };
+  const PassListener report = ReadingReporter();
   report(run.ReadPasses(report));
   SendMessage("Inverse transforming...");
   coder.lossless ? InvertTheTransformQuantLossless(run) : InvertTheTransformQuant(run);
@@ -166,6 +163,33 @@ void frmMain::OpenCompressedFile(const std::string& fileName, FileKind kind) {
   state.packedFile = fileName;
 }
 
+// A kind that the form's choices do not have: they stay as they are.
+void frmMain::OpenContextFile(const std::string& fileName) {
+  SendMessage("Decompressing...");
+  const Bytes file = ReadChosenFile(fileName);
+  const BusyPointer busy(desktop_);
+  ShowHeader(Inspect(file, FileKind::kAwh));
+  DecompressOptions options;
+  options.onPass = ReadingReporter();
+  TakeReconstruction(marovia::Decompress(file, FileKind::kAwh, options).image);
+  SendMessage("Image decompressed.");
+  state.packedFile = fileName;
+}
+
+PassListener frmMain::ReadingReporter() {
+  return [this](const PassReport& pass) {
+    ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
+                  pass.bits);
+  };
+}
+
+// A file can be decompressed before any image is loaded; there is no source to show then.
+void frmMain::TakeReconstruction(Image image) {
+  state.ReconstructedImage = std::move(image);
+  if (!state.SourceImage->Empty()) DisplayImage(1);
+  DisplayImageRec();
+}
+
 const Grid<float>& frmMain::TransformTheImage(Compression& run) {
   const Grid<float>& coefficients = run.Transform();
   ShowCoefficients(coefficients);
@@ -176,11 +200,8 @@ const Grid<float>& frmMain::TransformTheImageLossless(Compression& run) {
   return TransformTheImage(run);
 }
 
-// A file can be decompressed before any image is loaded; there is no source to show then.
 void frmMain::InvertTheTransformQuant(Decompression& run) {
-  state.ReconstructedImage = run.Invert();
-  if (!state.SourceImage->Empty()) DisplayImage(1);
-  DisplayImageRec();
+  TakeReconstruction(run.Invert());
 }
 
 void frmMain::InvertTheTransformQuantLossless(Decompression& run) {

@@ -90,7 +90,10 @@ void frmMain::OpenFile(const std::filesystem::path& file) {
       dialog.fileName = file.string();
       LoadChosenImage();
     } else if (const auto kind = KindOfExtension(LowerExtension(file))) {
-      OfFile(file.string(), [&] { OpenCompressedFile(file.string(), *kind); });
+      OfFile(file.string(), [&] {
+        *kind == FileKind::kAwh ? OpenContextFile(file.string())
+                                : OpenCompressedFile(file.string(), *kind);
+      });
     } else {
       report_.Note(file.filename().string() +
                    ": neither an image (bmp, pgm) nor a compressed file (" + KnownExtensions() +

@@ -240,6 +240,9 @@ class frmMain : public Controls {
   void Decode(ByteView file, FileKind kind, Extent extent);
   void ShowHeader(const FileInfo& info);
   void OpenCompressedFile(const std::string& fileName, FileKind kind);
+  void OpenContextFile(const std::string& fileName);
+  PassListener ReadingReporter();
+  void TakeReconstruction(Image image);
 
   Desktop& desktop_;
   ReportBox report_{Report, desktop_};

@@ -44,7 +44,8 @@ void AddLossy(const Source& source, double rate, std::vector<Row>& rows) {
   bytes = static_cast<std::int64_t>(file.size());
   peers.push_back(RowOf(source, "OpenJPEG", "9/7", RateText(rate), file, DecompressOpenJpeg(file)));
 #endif
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf}) {
+  for (const FileKind kind :
+       {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwh}) {
     rows.push_back(OurRow(source, {.kind = kind, .bytes = bytes}, "9/7", RateText(rate)));
   }
   rows.insert(rows.end(), peers.begin(), peers.end());
@@ -59,10 +60,13 @@ void AddLossless(const Source& source, std::vector<Row>& rows) {
                        const Image& back) {
     rows.push_back(RowOf(source, coder, wavelet, RateOf(file, source.image), file, back));
   };
-  for (const auto& [wavelet, name] :
-       {std::pair(WaveletKind::kInteger53, "5/3"), std::pair(WaveletKind::kInteger22, "2+2,2")}) {
-    const Bytes file = Compress(source.image, {.kind = FileKind::kAwg, .wavelet = wavelet}).file;
-    add("awg", name, file, Decompress(file, FileKind::kAwg).image);
+  for (const FileKind kind : {FileKind::kAwg, FileKind::kAwh}) {
+    for (const auto& [wavelet, name] :
+         {std::pair(WaveletKind::kInteger53, "5/3"), std::pair(WaveletKind::kInteger22, "2+2,2")}) {
+      const Bytes file =
+          Compress(source.image, {.kind = kind, .wavelet = wavelet, .lossless = true}).file;
+      add(std::string(Extension(kind)), name, file, Decompress(file, kind).image);
+    }
   }
 #ifdef MAROVIA_HAVE_CHARLS
   const Bytes charls = CompressCharls(source.image);

@@ -37,6 +37,7 @@ struct Choices {
   std::vector<std::string> wavelets = {"9/7", "5/3"};
   int repeat = 1;
   bool tabs = false;
+  bool lossless = false;
 };
 
 double Milliseconds(const std::function<void()>& work) {
@@ -86,7 +87,8 @@ void AddRows(const Source& source, FileKind kind, const NamedWavelet& wavelet,
   options.kind = kind;
   options.wavelet = wavelet.kind;
   const std::string name(wavelet.name);
-  if (kind == FileKind::kAwg) {
+  options.lossless = choices.lossless;
+  if (kind == FileKind::kAwg || choices.lossless) {
     if (wavelet.kind != WaveletKind::kDaub97)
       rows.push_back(RowOf(source, options, name, choices.repeat));
     return;
@@ -115,9 +117,10 @@ std::vector<Row> TableOf(const Choices& choices) {
 void Describe(CLI::App& program, Choices& choices) {
   program.add_option("FILES", choices.files, "Images: PGM or BMP")->required();
   program.add_option("--rates", choices.rates, "Bits per pixel")->delimiter(',');
-  program.add_option("--kinds", choices.kinds, "awb, awa, awd, awf, awg")
+  program.add_option("--kinds", choices.kinds, "awb, awa, awc, awd, awf, awg, awh")
       ->delimiter(',')
-      ->check(CLI::IsMember({"awb", "awa", "awd", "awf", "awg"}));
+      ->check(CLI::IsMember({"awb", "awa", "awc", "awd", "awf", "awg", "awh"}));
+  program.add_flag("--lossless", choices.lossless, "Without loss: awg and awh");
   // One of the names holds a comma: each wants the option again.
   program.add_option("--wavelets", choices.wavelets, "9/7, 5/3 or 2+2,2")
       ->expected(1)

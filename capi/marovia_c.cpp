@@ -25,7 +25,9 @@ constexpr marovia_compress_options kCompressDefaults = {.size = sizeof(marovia_c
                                                         .has_region = 0,
                                                         .share = 0.9F,
                                                         .region = {},
-                                                        .psnr = 0};
+                                                        .psnr = 0,
+                                                        .lossless = 0,
+                                                        .reserved = 0};
 constexpr marovia_decompress_options kDecompressDefaults = {
     .size = sizeof(marovia_decompress_options), .rate = 0, .max_pixels = kDefaultMaxPixels};
 
@@ -55,9 +57,9 @@ Image CopyOf(const marovia_image& theirs) {
   if (image.rows < 1 || image.cols < 1)
     Fail(Errc::kInvalidArgument, "An image of " + std::to_string(image.rows) + " x " +
                                      std::to_string(image.cols) + " pixels is none.");
-  if (std::max(image.rows, image.cols) > kMostSide)
+  if (std::max(image.rows, image.cols) > kMostSideOfAwh)
     Fail(Errc::kLimit, "A side of " + std::to_string(std::max(image.rows, image.cols)) +
-                           " exceeds " + std::to_string(kMostSide) +
+                           " exceeds " + std::to_string(kMostSideOfAwh) +
                            ", the most that a file can hold.");
   Require(image.samples, "The image's samples");
   const auto width = static_cast<std::size_t>(image.cols);
@@ -85,6 +87,7 @@ CompressOptions OptionsOf(const marovia_compress_options* theirs) {
   options.share = given.share;
   options.pad = given.pad != 0;
   if (given.psnr != 0) options.psnr = given.psnr;
+  options.lossless = given.lossless != 0;
   return options;
 }
 
@@ -145,6 +148,12 @@ const char* marovia_extension(std::int32_t kind) {
 
 std::int32_t marovia_kind_of_extension(const char* extension) {
   const auto kind = extension == nullptr ? std::nullopt : KindOfExtension(extension);
+  return kind ? static_cast<std::int32_t>(*kind) : -1;
+}
+
+std::int32_t marovia_kind_of_content(const void* file, std::size_t file_size) {
+  if (file == nullptr) return -1;
+  const auto kind = KindOfContent({static_cast<const std::uint8_t*>(file), file_size});
   return kind ? static_cast<std::int32_t>(*kind) : -1;
 }
 

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 
+#include "capi/public.h"
+
 namespace marovia::capi {
 
 // What is known of a struct: its size here, the least that it ever had, and its alignment, of which
@@ -13,9 +15,14 @@ struct Layout {
   std::size_t alignment;
 };
 
-// The structs have not grown yet: their first size is the one that they have.
+// A struct that has not grown: its first size is the one that it has.
 template <class Struct>
 inline constexpr Layout kLayout = {sizeof(Struct), sizeof(Struct), alignof(Struct)};
+
+template <>
+inline constexpr Layout kLayout<marovia_compress_options> = {
+    sizeof(marovia_compress_options), offsetof(marovia_compress_options, lossless),
+    alignof(marovia_compress_options)};
 
 // Copies what both sides know from a caller's struct over ours, which has the defaults. Error
 // kInvalidArgument where the size is no such struct's, or a field is set that we do not know.

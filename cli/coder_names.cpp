@@ -33,7 +33,7 @@ std::string DefaultCoding(const std::string& method) {
 [[noreturn]] void RefuseLossless() {
   std::vector<std::string> choices;
   for (const FileKind kind : AllKinds())
-    if (IsLossless(kind))
+    if (CanBeLossless(kind))
       choices.push_back("--method " + MethodOf(kind) + " --coding " + CodingOf(kind));
   Fail(Errc::kInvalidArgument, "--lossless works with " + Joined(choices, " or ") + " only");
 }
@@ -49,6 +49,10 @@ bool IsLossless(FileKind kind) {
   return CoderOf(kind).lossless;
 }
 
+bool CanBeLossless(FileKind kind) {
+  return IsLossless(kind) || kind == FileKind::kAwh;
+}
+
 std::vector<FileKind> LossyKinds() {
   const auto all = AllKinds();
   std::vector<FileKind> kinds(all.begin(), all.end());
@@ -59,6 +63,7 @@ std::vector<FileKind> LossyKinds() {
 // The first version of a method goes without its number.
 std::string MethodOf(FileKind kind) {
   const Coder& coder = CoderOf(kind);
+  if (coder.method == ScanMethod::kContext) return "context";
   const std::string method = coder.method == ScanMethod::kWdr ? "wdr" : "aswdr";
   return coder.version == 1 ? method : method + std::to_string(coder.version);
 }
@@ -77,7 +82,8 @@ std::vector<std::string> CodingNames() {
 std::optional<FileKind> KindWith(const std::string& method, const std::string& coding,
                                  bool lossless) {
   for (const FileKind kind : AllKinds())
-    if (MethodOf(kind) == method && CodingOf(kind) == coding && IsLossless(kind) == lossless)
+    if (MethodOf(kind) == method && CodingOf(kind) == coding &&
+        (lossless ? CanBeLossless(kind) : !IsLossless(kind)))
       return kind;
   return std::nullopt;
 }

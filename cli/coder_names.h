@@ -11,6 +11,7 @@
 namespace marovia::cli {
 
 bool IsLossless(FileKind kind);
+bool CanBeLossless(FileKind kind);
 std::vector<FileKind> LossyKinds();
 
 // How a kind codes positions, and how it writes symbols.

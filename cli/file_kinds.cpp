@@ -129,6 +129,11 @@ FileKind InputKind(const std::string& name, const std::optional<FileKind>& told)
   Fail(Errc::kUnsupported, "no compressed file has the extension ." + extension + remedy);
 }
 
+FileKind KindOfInput(ByteView start, const std::string& name, const std::optional<FileKind>& told) {
+  const auto found = told ? told : KindOfContent(start);
+  return found ? *found : InputKind(name, told);
+}
+
 std::string OutputName(const std::string& name, FileKind kind) {
   if (name.empty()) Fail(Errc::kInvalidArgument, "the name of what is written is empty");
   if (IsStream(name)) return name;
@@ -167,7 +172,7 @@ void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {
   const Signature signature = SignatureOf(file);
   if (IsForeign(signature, info))
     Fail(Errc::kUnsupported, "holds " + std::string(signature.name) + ", not " + FileOf(kind));
-  if (info && !IsOdd(*info)) return;
+  if (kind == FileKind::kAwh || (info && !IsOdd(*info))) return;
   const FileKind other = KindOfOtherHeader(kind);
   const std::optional<FileInfo> otherInfo = InfoAs(file, other, maxPixels);
   if (!otherInfo || IsOdd(*otherInfo)) return;
@@ -176,7 +181,8 @@ void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {
 }
 
 void CheckIsNoCompressedFile(ByteView file, const std::string& name, std::int64_t maxPixels) {
-  const auto kind = KindNamed(name);
+  const auto content = KindOfContent(file);
+  const auto kind = content ? content : KindNamed(name);
   if (!kind || SignatureOf(file).IsKnown() || !InfoAs(file, *kind, maxPixels)) return;
   Fail(Errc::kUnsupported,
        "holds a compressed file, not an image (marovia decompress makes one of it)");

@@ -25,7 +25,7 @@ std::string_view NameOf(ImageFormat format);
 // The extensions of all kinds and, of images too, of the images that are written.
 std::vector<std::string> FormatNames(bool imagesToo);
 
-// "awb" ... "awg" name a kind of compressed file, "pgm" and "bmp" an image. Error
+// "awb" ... "awh" name a kind of compressed file, "pgm" and "bmp" an image. Error
 // kInvalidArgument for any other, and for an image where only kinds are of use.
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
 
@@ -35,6 +35,9 @@ std::optional<FileKind> KindNamed(const std::string& name);
 // The kind of the compressed file `name`: as told, else by its extension in either case. Error
 // kInvalidArgument where the name has none, kUnsupported where it is not one of ours.
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told);
+
+// The kind of the file that begins so: as told, else as it says itself, else as InputKind has it.
+FileKind KindOfInput(ByteView start, const std::string& name, const std::optional<FileKind>& told);
 
 // The name under which a file of that kind is written: `name`, with the extension added where it
 // has none. Error kInvalidArgument where it has another one, or is empty.

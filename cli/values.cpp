@@ -118,6 +118,8 @@ Json JsonOf(const std::vector<PassReport>& passes) {
 
 Json JsonOf(const FileInfo& info) {
   Json json = JsonOf(info.kind);
+  // Only decoding tells how much of such a file is there.
+  if (info.kind == FileKind::kAwh && info.wavelet != WaveletKind::kDaub97) json["lossless"] = {};
   json.update({{"wavelet", NameOf(info.wavelet)},
                {"levels", info.levels},
                {"rows", info.rows},

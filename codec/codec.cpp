@@ -5,6 +5,7 @@
 
 #include "base/number_text.h"
 #include "codec/coders.h"
+#include "codec/context_kind.h"
 #include "codec/one_run.h"
 #include "codec/targets.h"
 #include "format/file_header.h"
@@ -25,9 +26,16 @@ void CheckPsnr(const CompressOptions& options) {
   }
 }
 
+void CheckLossless(const CompressOptions& options) {
+  if (!options.lossless || CoderOf(options.kind).lossless || options.kind == FileKind::kAwh) return;
+  Fail(Errc::kInvalidArgument, "A file of the kind " + std::string(Extension(options.kind)) +
+                                   " cannot be lossless; awg and awh can.");
+}
+
 void CheckWavelet(const CompressOptions& options) {
-  const bool lossless = CoderOf(options.kind).lossless;
-  if (lossless && options.pad && !IsInteger(WaveletOf(options))) {
+  const bool lossless = IsLossless(options);
+  const bool padded = options.pad || options.kind == FileKind::kAwh;
+  if (lossless && padded && !IsInteger(WaveletOf(options))) {
     Fail(Errc::kInvalidArgument,
          "The 9/7 wavelet is not lossless; 5/3 and 2+2,2, the integer wavelets, are.");
   }
@@ -38,22 +46,23 @@ void CheckWavelet(const CompressOptions& options) {
 }
 
 void CheckOptions(const Image& image, const CompressOptions& options) {
-  const Coder& coder = CoderOf(options.kind);
+  const bool hasBudget = CoderOf(options.kind).HasBudget();
   if (options.levels && *options.levels < 1) {
     Fail(Errc::kInvalidArgument,
          "The number of levels is " + std::to_string(*options.levels) + "; it must be 1 or more.");
   }
+  CheckLossless(options);
   CheckWavelet(options);
-  if (coder.HasBudget() && options.bytes && *options.bytes < 1) {
+  if (hasBudget && options.bytes && *options.bytes < 1) {
     Fail(Errc::kInvalidArgument, "The file is to have " + std::to_string(*options.bytes) +
                                      " bytes; that must be 1 or more.");
   }
-  if (coder.HasBudget() && !options.bytes && !(std::isfinite(options.rate) && options.rate > 0)) {
+  if (hasBudget && !options.bytes && !(std::isfinite(options.rate) && options.rate > 0)) {
     Fail(Errc::kInvalidArgument,
          "The rate is" + NumberText(options.rate) + " bits per pixel; it must be above 0.");
   }
   if (options.region) CheckRegion(*options.region, image, Errc::kInvalidArgument);
-  if (coder.HasBudget() && options.psnr) CheckPsnr(options);
+  if (hasBudget && options.psnr) CheckPsnr(options);
 }
 
 }  // namespace
@@ -61,6 +70,7 @@ void CheckOptions(const Image& image, const CompressOptions& options) {
 CompressResult Compress(const Image& image, const CompressOptions& options) {
   CheckOptions(image, options);
   if (options.bestWavelet) return CompressToTheShorter(image, options);
+  if (options.kind == FileKind::kAwh) return CompressContext(image, options, WaveletOf(options));
   if (!CoderOf(options.kind).HasBudget()) return CompressOnce(image, options, 0);
   if (options.psnr) return CompressToPsnr(image, options);
   if (options.bytes) return CompressToBytes(image, options);
@@ -68,6 +78,7 @@ CompressResult Compress(const Image& image, const CompressOptions& options) {
 }
 
 DecompressResult Decompress(ByteView file, FileKind kind, const DecompressOptions& options) {
+  if (kind == FileKind::kAwh) return DecompressContext(file, options);
   return DecompressOnce(file, kind, options);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "context/context_header.h"
 #include "format/file_header.h"
 #include "passes/adaptive_order.h"
 
@@ -96,6 +97,19 @@ constexpr std::array kCoders = {
           .encoderCharge = kRaw,
           .regionCharge = kRaw,
           .decoderCharge = kRaw},
+    Coder{.kind = FileKind::kAwh,
+          .method = ScanMethod::kContext,
+          .version = 1,
+          .coding = kArithmetic,
+          .lossless = false,
+          .extension = "awh",
+          .name = "context coding, lossy or lossless",
+          .filter = "Context compression (*.awh)|*.awh",
+          .order = OrderKind::kContext,
+          .symbols = SymbolKind::kContext,
+          .encoderCharge = 0,
+          .regionCharge = 0,
+          .decoderCharge = 0},
 };
 
 constexpr auto kKinds = [] {
@@ -136,6 +150,10 @@ std::unique_ptr<VisitingOrder> MakeOrder(OrderKind kind, const BandGrid& grid) {
 
 std::string_view Extension(FileKind kind) {
   return CoderOf(kind).extension;
+}
+
+std::optional<FileKind> KindOfContent(ByteView start) {
+  return BeginsContextFile(start) ? std::optional(FileKind::kAwh) : std::nullopt;
 }
 
 std::optional<FileKind> KindOfExtension(std::string_view extension) {

@@ -14,10 +14,11 @@
 
 namespace marovia {
 
-enum class ScanMethod { kWdr, kAswdr };
+enum class ScanMethod { kWdr, kAswdr, kContext };
 enum class EntropyCoding { kBinary, kArithmetic };
-enum class OrderKind { kFixed, kAdaptive, kRanked };
-enum class SymbolKind { kBits, kWdr, kAswdr };
+// kContext: none of those that Compression and Decompression run through.
+enum class OrderKind { kFixed, kAdaptive, kRanked, kContext };
+enum class SymbolKind { kBits, kWdr, kAswdr, kContext };
 
 struct Coder {
   FileKind kind;
@@ -47,7 +48,7 @@ const Coder& CoderOf(FileKind kind);
 // The one of that method, version and coding; null where there is none.
 const Coder* FindCoder(ScanMethod method, int version, EntropyCoding coding, bool lossless);
 
-// Not for kRanked, whose passes have an order of their own.
+// Not for kRanked and kContext, whose passes have orders of their own.
 std::unique_ptr<VisitingOrder> MakeOrder(OrderKind kind, const BandGrid& grid);
 
 }  // namespace marovia

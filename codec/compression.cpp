@@ -91,6 +91,7 @@ PassReport Compression::WritePasses(const PassListener& onPass) {
     case SymbolKind::kWdr:
       return WriteWith<PassEncoder, WdrSymbolWriter>(*order, onPass);
     case SymbolKind::kAswdr:
+    case SymbolKind::kContext:
       break;
   }
   return WriteWith<PassEncoder, AswdrSymbolWriter>(*order, onPass);

@@ -53,6 +53,7 @@ PassReport Decompression::ReadPasses(const PassListener& onPass) {
     case SymbolKind::kWdr:
       return ReadWith<PassDecoder, WdrSymbolReader>(*order, onPass);
     case SymbolKind::kAswdr:
+    case SymbolKind::kContext:
       break;
   }
   return ReadWith<PassDecoder, AswdrSymbolReader>(*order, onPass);

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "codec/coders.h"
+#include "codec/context_kind.h"
 #include "codec/decompression.h"
 
 namespace marovia {
@@ -42,6 +43,7 @@ FileInfo InfoOf(const FileHeader& header, FileKind kind, std::int64_t streamByte
 
 FileInfo InspectStart(ByteView start, std::int64_t fileBytes, FileKind kind,
                       std::int64_t maxPixels) {
+  if (kind == FileKind::kAwh) return InspectContext(start, fileBytes, maxPixels);
   const auto header = static_cast<std::int64_t>(HeaderSize(CoderOf(kind).HasBudget()));
   return InfoOf(CheckedHeader(start, CoderOf(kind).HasBudget(), maxPixels), kind,
                 std::max<std::int64_t>(0, fileBytes - header));
@@ -52,6 +54,7 @@ FileInfo Inspect(ByteView file, FileKind kind, std::int64_t maxPixels) {
 }
 
 std::int64_t UsefulBytes(const FileInfo& info) {
+  if (info.kind == FileKind::kAwh) return UsefulContextBytes(info);
   const auto header = static_cast<std::int64_t>(HeaderSize(info.budget.has_value()));
   if (info.budget) return header + std::max(0, *info.budget) / 8 + kBytesBeyondBudget;
   return header + kBytesPerPixel * std::int64_t{info.codedRows} * info.codedCols + kBytesOfPasses;

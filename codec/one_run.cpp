@@ -25,9 +25,13 @@ int ChooseLevels(Sides sides, const CompressOptions& options) {
 
 }  // namespace
 
+bool IsLossless(const CompressOptions& options) {
+  return options.lossless || CoderOf(options.kind).lossless;
+}
+
 WaveletKind WaveletOf(const CompressOptions& options) {
-  const bool lossless = CoderOf(options.kind).lossless;
-  return options.wavelet.value_or(lossless ? WaveletKind::kInteger22 : WaveletKind::kDaub97);
+  return options.wavelet.value_or(IsLossless(options) ? WaveletKind::kInteger22
+                                                      : WaveletKind::kDaub97);
 }
 
 CompressResult CompressOnce(const Image& image, const CompressOptions& options,

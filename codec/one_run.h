@@ -6,6 +6,9 @@
 
 namespace marovia {
 
+// Whether the options ask for every pixel, by themselves or by the kind.
+bool IsLossless(const CompressOptions& options);
+
 // The wavelet that the options name, or leave to the kind.
 WaveletKind WaveletOf(const CompressOptions& options);
 

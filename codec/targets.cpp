@@ -2,17 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <future>
 #include <limits>
 #include <string>
 #include <utility>
 
-#include "marovia/measures.h"
-
-#include "base/number_text.h"
 #include "codec/decompression.h"
 #include "codec/one_run.h"
+#include "codec/psnr_search.h"
 
 namespace marovia {
 namespace {
@@ -31,52 +28,29 @@ constexpr std::int64_t kAnyPixels = std::numeric_limits<std::int64_t>::max();
 
 double PsnrOf(const Image& image, Decompression& run) {
   run.ReadPasses({});
-  const auto psnr = Measure(image, run.Invert()).psnr;
-  return psnr ? double{*psnr} : std::numeric_limits<double>::infinity();
+  return PsnrOfPicture(image, run.Invert());
 }
 
-// A start of the file, and by how much its PSNR exceeds the target.
-struct Start {
-  std::int32_t bytes;
-  double excess;
-};
-
-// Between two starts the PSNR goes about with the logarithm of their lengths.
-double Interpolated(const Start& low, const Start& high) {
-  const double part = std::isfinite(high.excess) ? low.excess / (low.excess - high.excess) : 0.5;
-  return low.bytes * std::pow(static_cast<double>(high.bytes) / low.bytes, part);
-}
-
-constexpr std::int32_t kLeastBytes = 16;  // what a header is charged
-
-// The PSNR of what a file decodes to against its image; infinite where they are the same.
 double PsnrOfFile(const Image& image, ByteView file, FileKind kind) {
   Decompression run(file, kind, kAnyPixels);
   return PsnrOf(image, run);
 }
 
+constexpr std::int64_t kLeastBytes = 16;  // what a header is charged
+
 // The least budget, in bits, at which a long file of the image decodes to `psnr` decibels or more;
 // none where all of it is not enough. Every budget is tried on that one file.
 std::optional<std::int32_t> BudgetInFile(const Image& image, ByteView file, FileKind kind,
                                          double psnr) {
-  const auto tried = [&](std::int32_t bytes) {
+  const auto psnrOf = [&](std::int64_t bytes) {
     Decompression run(file, kind, kAnyPixels);
-    run.SetBudget(8 * std::int64_t{bytes});
-    return Start{bytes, PsnrOf(image, run) - psnr};
+    run.SetBudget(8 * bytes);
+    return PsnrOf(image, run);
   };
-  const std::int32_t all = *Inspect(file, kind, kAnyPixels).budget / 8;
-  Start low = tried(kLeastBytes);
-  if (low.excess >= 0) return 8 * low.bytes;
-  Start high = tried(std::max(all, kLeastBytes + 1));
-  if (high.excess < 0) return std::nullopt;
-  // Every other step halves what is left, however far off the guesses are.
-  for (bool guess = true; high.bytes - low.bytes > 1; guess = !guess) {
-    const auto bytes = guess ? static_cast<std::int32_t>(Interpolated(low, high))
-                             : low.bytes + (high.bytes - low.bytes) / 2;
-    const Start next = tried(std::clamp(bytes, low.bytes + 1, high.bytes - 1));
-    (next.excess < 0 ? low : high) = next;
-  }
-  return 8 * high.bytes;
+  const std::int64_t all = *Inspect(file, kind, kAnyPixels).budget / 8;
+  const auto bytes = LeastBytesForPsnr(psnr, kLeastBytes, std::max(all, kLeastBytes + 1), psnrOf);
+  if (!bytes) return std::nullopt;
+  return static_cast<std::int32_t>(8 * *bytes);
 }
 
 // The rates of the long files that are searched: what most targets need at the most, and what is
@@ -92,9 +66,7 @@ std::int32_t BudgetForPsnr(const Image& image, const CompressOptions& options) {
     if (budget) return *budget;
     best = PsnrOfFile(image, file, options.kind);
   }
-  Fail(Errc::kInvalidArgument, "A PSNR of" + NumberText(*options.psnr) +
-                                   " decibels is out of reach; the most is" + NumberText(best) +
-                                   ".");
+  FailOutOfReach(*options.psnr, best);
 }
 
 }  // namespace
@@ -136,7 +108,8 @@ CompressResult CompressToTheShorter(const Image& image, const CompressOptions& o
   const auto tried = [&](WaveletKind wavelet) {
     CompressOptions quiet = Quiet(options);
     quiet.wavelet = wavelet;
-    return CompressOnce(image, quiet, 0);
+    quiet.bestWavelet = false;
+    return Compress(image, quiet);
   };
   // Where no thread is to be had it runs in this one.
   auto other =

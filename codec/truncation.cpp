@@ -7,6 +7,7 @@
 #include "marovia/codec.h"
 
 #include "base/number_text.h"
+#include "codec/context_kind.h"
 #include "codec/decompression.h"
 #include "coding/raw_symbols.h"
 #include "format/file_header.h"
@@ -117,6 +118,15 @@ LongFile Opened(ByteView file, FileKind kind, const TruncateOptions& options) {
   return opened;
 }
 
+// In place; such a file is made shorter by cutting it.
+TruncateResult TruncatedContext(Bytes&& file, const TruncateOptions& options) {
+  CheckTarget(options);
+  const auto kept = static_cast<std::size_t>(ContextCut(file, options));
+  const bool whole = kept == file.size();
+  file.resize(kept);
+  return {std::move(file), FileKind::kAwh, whole};
+}
+
 void Close(Bytes& file, const Cut& cut) {
   if (cut.closed) file.push_back(kEndByte);
 }
@@ -124,6 +134,7 @@ void Close(Bytes& file, const Cut& cut) {
 }  // namespace
 
 TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options) {
+  if (kind == FileKind::kAwh) return TruncatedContext({file.begin(), file.end()}, options);
   const LongFile opened = Opened(file, kind, options);
   const auto cut = CutOf(opened, static_cast<std::int64_t>(file.size()), options);
   if (!cut) return {Bytes(file.begin(), file.end()), kind, true};
@@ -135,6 +146,7 @@ TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& opt
 }
 
 TruncateResult Truncate(Bytes&& file, FileKind kind, const TruncateOptions& options) {
+  if (kind == FileKind::kAwh) return TruncatedContext(std::move(file), options);
   const LongFile opened = Opened(file, kind, options);
   const auto cut = CutOf(opened, static_cast<std::int64_t>(file.size()), options);
   if (!cut) return {std::move(file), kind, true};

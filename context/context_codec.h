@@ -43,6 +43,8 @@ struct ContextPicture {
   ContextHeader header;
   // Whether no decision is missing; what was cut from a complete file is then implied by the rest.
   bool complete = false;
+  // Where decoding ended; the plane may be one that did not end.
+  PlaneReport last;
 };
 
 struct ContextDecodeOptions {

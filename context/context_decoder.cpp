@@ -22,13 +22,18 @@ class Decoding {
       kernels_.begin(field_, plane_);
       for (const Pass pass : kPasses) {
         kernels_.read(field_, plane_, pass, counters, coder);
-        if (coder.Ended()) return false;
+        if (!coder.Ended()) continue;
+        last_ = {plane_, field_.FoundCount(), BytesRead(coder)};
+        return false;
       }
-      if (onPlane) onPlane({plane_, field_.FoundCount(), BytesRead(coder)});
+      last_ = {plane_, field_.FoundCount(), BytesRead(coder)};
+      if (onPlane) onPlane(last_);
     }
     plane_ = 0;
     return true;
   }
+
+  [[nodiscard]] PlaneReport Last() const { return last_; }
 
   Image Picture() {
     return IsInteger(header_.wavelet) ? PictureOf<std::int32_t>() : PictureOf<float>();
@@ -61,6 +66,7 @@ class Decoding {
   ByteView stream_;
   ContextField field_;
   int plane_ = 0;
+  PlaneReport last_{.bytes = kContextHeaderBytes};
 };
 
 }  // namespace
@@ -70,7 +76,7 @@ ContextPicture DecodeContextWith(const ContextKernels& kernels, ByteView file,
   const ContextHeader header = ReadContextHeader(file, options.maxPixels);
   Decoding decoding(kernels, file, header);
   const bool complete = decoding.ReadPlanes(options.onPlane);
-  return {decoding.Picture(), header, complete};
+  return {decoding.Picture(), header, complete, decoding.Last()};
 }
 
 ContextPicture DecodeContext(ByteView file, const ContextDecodeOptions& options) {

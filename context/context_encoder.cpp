@@ -201,7 +201,8 @@ class Encoding {
   void FreezeIfDue(int plane, const RangeOutput& output) {
     if (frozen_ || !options_.region || options_.bytes == 0) return;
     constexpr std::int64_t kHeader = kContextHeaderBytes;
-    const double due = double{options_.share} * static_cast<double>(options_.bytes - kHeader);
+    const double due =
+        (1.0 - double{options_.share}) * static_cast<double>(options_.bytes - kHeader);
     if (static_cast<double>(output.Settled() - kHeader) < due) return;
     Freezing(field_, plane).OutsideOf(*options_.region);
     frozen_ = true;

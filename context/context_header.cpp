@@ -52,6 +52,10 @@ void CheckPixels(const ContextHeader& header, std::int64_t maxPixels) {
 
 }  // namespace
 
+bool BeginsContextFile(ByteView file) {
+  return file.size() >= kMagic.size() && std::equal(kMagic.begin(), kMagic.end(), file.begin());
+}
+
 int ContextLevelLimit(int rows, int cols) {
   const auto smaller = static_cast<unsigned>(std::min(rows, cols));
   return std::clamp(static_cast<int>(std::bit_width(smaller)) - 3, 0, kMostLevels);
@@ -87,7 +91,7 @@ ContextHeader ReadContextHeader(ByteView file, std::int64_t maxPixels) {
     Malformed("it has " + std::to_string(file.size()) + " bytes, and the header alone has " +
               std::to_string(kContextHeaderBytes) + ".");
   }
-  if (!std::equal(kMagic.begin(), kMagic.end(), file.begin())) {
+  if (!BeginsContextFile(file)) {
     Malformed("it does not begin with the bytes 61 77 68 1A.");
   }
   if (file[4] != kVersion) Malformed("its version is " + std::to_string(file[4]) + ".");

@@ -39,6 +39,9 @@ struct ContextHeader {
   [[nodiscard]] int Padded(int side) const { return ((side - 1) | ((1 << levels) - 1)) + 1; }
 };
 
+// Whether a file begins with the four bytes that name it.
+bool BeginsContextFile(ByteView file);
+
 // The most levels that sides bear: 12, and three fewer than the bits of the smaller side, so that
 // padding adds little.
 int ContextLevelLimit(int rows, int cols);

@@ -24,6 +24,7 @@ CodingRequest TakeRequest(ByteView input, int mostSide) {
   if (const int levels = in.Below(16)) options.levels = levels - 1;
   const int flags = in.Byte();
   options.pad = flags % 2 == 1;
+  options.lossless = flags / 16 % 2 == 1;
   const int rate = in.Word();
   options.rate = RateOf(rate);
   if (flags / 4 % 2 == 1) options.bytes = rate;

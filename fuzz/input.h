@@ -5,8 +5,6 @@
 
 #include "marovia/codec.h"
 
-#include "tests/support/plain_codec.h"
-
 namespace marovia::fuzz {
 
 class Input {
@@ -26,7 +24,7 @@ class Input {
     return Byte() << 8 | low;
   }
   FileKind Kind() {
-    const auto kinds = plain::AllKinds();
+    const auto kinds = AllKinds();
     return kinds[static_cast<std::size_t>(Byte()) % kinds.size()];
   }
   [[nodiscard]] ByteView Rest() const { return rest_; }

@@ -4,7 +4,8 @@
 #include <fstream>
 #include <string>
 
-#include "tests/support/plain_codec.h"
+#include "marovia/codec.h"
+
 #include "tests/support/test_images.h"
 
 namespace fs = std::filesystem;
@@ -17,7 +18,7 @@ int main(int, char** argv) {
     std::ofstream file(out / target / name, std::ios::binary);
     for (const std::uint8_t byte : input) file.put(static_cast<char>(byte));
   };
-  const auto kinds = plain::AllKinds();
+  const auto kinds = AllKinds();
   for (std::size_t k = 0; k < kinds.size(); ++k) {
     const auto kind = static_cast<std::uint8_t>(k);
     const Image image = test::NamedImage("blobs", 16, 15);

@@ -9,6 +9,7 @@
 #include "fuzz/coding_request.h"
 #include "fuzz/input.h"
 #include "tests/support/differences.h"
+#include "tests/support/plain_context.h"
 
 namespace marovia::fuzz {
 namespace {
@@ -100,6 +101,7 @@ void ReadImages(ByteView input) {
 
 // A region leaves the rest of the image incomplete, and 9/7 rounds.
 bool MustBeExact(const CompressOptions& options) {
+  if (options.kind == FileKind::kAwh) return options.lossless;
   return options.kind == FileKind::kAwg && options.pad && !options.region;
 }
 
@@ -109,7 +111,7 @@ void RoundTrip(ByteView input) {
   const auto size = static_cast<double>(file.size());
   // A last group of symbols may exceed the budget, and a header may exceed all of it.
   const double most = options.rate * static_cast<double>(image.Size()) / 8 + 48;
-  Promise(options.kind == FileKind::kAwg ||
+  Promise(options.kind == FileKind::kAwg || options.lossless ||
               size <= (options.bytes ? static_cast<double>(*options.bytes) : most),
           "The rate, or the bytes, are kept to.");
   const DecompressResult back = Decompress(file, options.kind);
@@ -121,6 +123,10 @@ void RoundTrip(ByteView input) {
 void DecodePlainly(ByteView input) {
   const FileRequest asked(input);
   const FileInfo info = Inspect(asked.file, asked.kind, kMostPlainPixels);
+  if (asked.kind == FileKind::kAwh) {
+    const ContextPicture plain = plain::DecodeContext(asked.file);
+    return Promise(plain.image == DecodeContext(asked.file).image, "Both decode to one picture.");
+  }
   const std::string difference =
       test::DecodingDifference(asked.file, asked.kind, asked.part * info.cols / 16);
   Promise(difference.empty(), difference);
@@ -128,6 +134,15 @@ void DecodePlainly(ByteView input) {
 
 void EncodePlainly(ByteView input) {
   const auto [image, options] = TakeRequest(input, 16);
+  if (options.kind == FileKind::kAwh) {
+    const ContextOptions coding{.wavelet = *options.wavelet,
+                                .levels = options.levels.value_or(5),
+                                .bytes = options.bytes.value_or(0),
+                                .region = options.region,
+                                .share = std::clamp(options.share, 0.0F, 1.0F)};
+    const Bytes file = EncodeContext(image, coding);
+    return Promise(plain::EncodeContext(image, coding) == file, "Both code to one file.");
+  }
   const std::string difference = test::EncodingDifference(image, options);
   Promise(difference.empty(), difference);
 }

@@ -42,6 +42,10 @@ std::optional<FileKind> KindOfFormat(const QByteArray& format) {
   return KindOfExtension(format.toLower().toStdString());
 }
 
+std::optional<FileKind> KindOfStart(QIODevice& device) {
+  return KindOfContent(BytesOf(device.peek(kMostHeaderBytes)));
+}
+
 bool LooksLike(QIODevice& device, FileKind kind) {
   return InfoOf(device, kind).has_value();
 }

@@ -11,8 +11,12 @@ namespace marovia {
 // The kind that an extension in either case names.
 std::optional<FileKind> KindOfFormat(const QByteArray& format);
 
+// The kind that the next bytes of the device name; its position stays.
+std::optional<FileKind> KindOfStart(QIODevice& device);
+
 // Whether the device goes on with a header that a compressor of that kind writes; its position
-// stays. Nothing in a file says what it is, but few other files have such sizes, levels and means.
+// stays. Nothing in most files says what they are, but few other files have such sizes, levels and
+// means.
 bool LooksLike(QIODevice& device, FileKind kind);
 
 class ImageHandler : public QImageIOHandler {

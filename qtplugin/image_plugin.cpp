@@ -8,9 +8,12 @@
 namespace marovia {
 namespace {
 
-// As told, else by the name of the file; a stream without either is not claimed.
+// As told, else by its first bytes, else by the name of the file; a stream without any is not
+// claimed.
 std::optional<FileKind> KindOf(QIODevice* device, const QByteArray& format) {
   if (!format.isEmpty()) return KindOfFormat(format);
+  if (device != nullptr && device->isReadable())
+    if (const auto kind = KindOfStart(*device)) return kind;
   const auto* file = qobject_cast<QFileDevice*>(device);
   return file == nullptr ? std::nullopt
                          : KindOfFormat(QFileInfo(file->fileName()).suffix().toUtf8());

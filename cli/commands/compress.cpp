@@ -57,6 +57,11 @@ void CheckWavelet(const CompressArguments& arguments) {
          "--lossless needs an integer wavelet: --wavelet 5/3 or --wavelet 2+2,2, not 9/7");
 }
 
+void CheckPad(const CompressArguments& arguments, FileKind kind) {
+  if (kind == FileKind::kAwh && !arguments.pad)
+    Fail(Errc::kInvalidArgument, "--pad never is not for .awh files, which always pad");
+}
+
 void TakeWavelet(const std::string& text, CompressArguments& arguments) {
   arguments.bestWavelet = text == "best";
   if (!arguments.bestWavelet) arguments.wavelet = ParseWavelet(text);
@@ -73,7 +78,7 @@ bool MakesLossy(const CompressArguments& arguments, FileKind kind) {
 // contradicts is left to OutputName, which refuses it.
 CompressArguments WithKindOf(const std::string& output, CompressArguments arguments) {
   const auto kind = KindNamed(output);
-  if (!kind || arguments.lossless) return arguments;
+  if (!kind || (arguments.lossless && *kind != FileKind::kAwh)) return arguments;
   if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) {
     arguments.lossless = true;
   } else {
@@ -88,6 +93,8 @@ CompressOptions OptionsOf(const CompressArguments& arguments) {
   CompressOptions options;
   options.kind = ChosenKind(arguments.method, arguments.coding, arguments.lossless);
   CheckWavelet(arguments);
+  CheckPad(arguments, options.kind);
+  options.lossless = arguments.lossless;
   options.wavelet = arguments.wavelet;
   options.bestWavelet = arguments.bestWavelet;
   options.levels = arguments.levels;
@@ -153,9 +160,10 @@ void AddSizeOptions(CLI::App& command, CompressArguments& arguments) {
       AddRateOption(command, arguments.rate, "Bits per pixel to spend (0.5)")->group("Size");
   CLI::Option* bytes =
       AddBytesOption(command, arguments.bytes, "The most bytes that OUT may have")->group("Size");
-  CLI::Option* lossless =
-      command.add_flag("--lossless", arguments.lossless, "Keep every pixel, as OUT.awg does")
-          ->group("Size");
+  CLI::Option* lossless = command
+                              .add_flag("--lossless", arguments.lossless,
+                                        "Keep every pixel, as OUT.awg does and OUT.awh can")
+                              ->group("Size");
   CLI::Option* psnr =
       AddParsedOption(command, "--psnr", "DB", "The least PSNR, in as few bytes as will do",
                       [&](const std::string& text) {
@@ -213,12 +221,12 @@ void NoticeLevels(const CompressArguments& arguments, const Image& image,
 }
 
 // Whether the file decodes to a whole picture of the image's shape; a lossless one to the image.
-bool DecodesWell(const Image& image, FileKind kind, const Bytes& file) {
+bool DecodesWell(const Image& image, const CompressOptions& coding, const Bytes& file) {
   DecompressOptions options;
   options.maxPixels = std::numeric_limits<std::int64_t>::max();  // padding may pass the limit
-  const DecompressResult back = Decompress(file, kind, options);
+  const DecompressResult back = Decompress(file, coding.kind, options);
   if (back.truncated || !back.image.SameShape(image)) return false;
-  return !IsLossless(kind) || back.image == image;
+  return !coding.lossless || back.image == image;
 }
 
 double BitsPerPixel(const Image& image, const Bytes& file) {
@@ -235,6 +243,7 @@ void ReportResult(const CompressArguments& arguments, const FileTask& task,
   if (!arguments.common.json) return;
   Json json = {{"input", task.input}, {"output", task.output}};
   json.update(JsonOf(OptionsOf(arguments).kind));
+  json["lossless"] = arguments.lossless;
   json.update({{"wavelet", NameOf(result.wavelet)},
                {"levels", result.levels},
                {"rows", image.Rows()},
@@ -268,7 +277,7 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
   };
   const CompressResult result = Compress(image, options);
   NoticeLevels(arguments, image, result, console);
-  if (arguments.verify && !DecodesWell(image, options.kind, result.file)) {
+  if (arguments.verify && !DecodesWell(image, options, result.file)) {
     console.Complain("verification failed: the file does not decode to the image; not written");
     return ExitStatus::kFailed;
   }
@@ -312,6 +321,7 @@ constexpr const char* kExamples =
 constexpr const char* kKindsNote =
     "WDR with raw bits is the simplest to decode, ASWDR with arithmetic coding gives the\n"
     "best pictures at a given size, and its second version nearly the same with raw bits.\n"
+    "Context coding is better still, and any start of such a file is a file.\n"
     "\n"
     "IN and OUT may be - for standard input and output; what is written is then\n"
     "an .awf unless options say otherwise.\n";

@@ -22,7 +22,8 @@ constexpr const char* kExamples =
     "  marovia decompress - - --format awf,pgm <photo.awf  from pipe to pipe\n"
     "  marovia decompress *.awf --output-dir pictures -j 4  four files at a time\n"
     "\n"
-    "A file cut short gives the picture that is left of it, and exit status 3.\n"
+    "A file cut short gives the picture that is left of it, and exit status 3. Any start\n"
+    "of an .awh file is a file; it is known by its first bytes, whatever its name.\n"
     "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
     "--format says bmp.\n";
 
@@ -33,13 +34,19 @@ struct DecompressArguments {
   Formats formats;
 };
 
+// A file without a budget has as many as there are.
+std::int64_t BitsOf(const FileInfo& info) {
+  return info.budget ? *info.budget : info.bitsPresent;
+}
+
 void NoticeRate(const DecompressArguments& arguments, const DecompressResult& result,
                 const Console& console) {
   if (!arguments.rate) return;
-  if (!result.info.budget) {
+  if (result.info.kind == FileKind::kAwg) {
     console.Notice("lossless, so decoded whole whatever --rate says (see marovia truncate)");
   } else if (result.rateHeld) {
-    const double held = *result.info.budget / static_cast<double>(result.image.Size());
+    const double held =
+        static_cast<double>(BitsOf(result.info)) / static_cast<double>(result.image.Size());
     console.Notice("made with " + TrimmedNumberText(static_cast<float>(held)) +
                    " bits per pixel, so not decoded at " + TrimmedNumberText(*arguments.rate));
   }
@@ -60,8 +67,8 @@ void ReportResult(const DecompressArguments& arguments, const FileTask& task,
 DecompressResult Decode(const DecompressArguments& arguments, const std::string& input,
                         Console& console) {
   console.SetInput(input);
-  const FileKind kind = InputKind(input, arguments.formats.kind);
   const Bytes file = ReadInput(input, arguments.common.maxPixels);
+  const FileKind kind = KindOfInput(file, input, arguments.formats.kind);
   CheckIsOfKind(file, kind, arguments.common.maxPixels);
   DecompressOptions options;
   options.rate = arguments.rate;

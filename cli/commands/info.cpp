@@ -38,6 +38,7 @@ struct InfoArguments {
 using Lines = std::vector<std::pair<std::string_view, std::string>>;
 
 std::string BudgetText(const FileInfo& info) {
+  if (info.kind == FileKind::kAwh) return "none: any start of the file is one";
   if (!info.budget) return "none, lossless";
   const double rate = *info.budget / (static_cast<double>(info.rows) * info.cols);
   return std::to_string(*info.budget) + " bits, " + TrimmedNumberText(static_cast<float>(rate)) +
@@ -76,9 +77,9 @@ std::string TextOf(const FileInfo& info) {
 
 ExitStatus RunInfo(const InfoArguments& arguments, Console& console) {
   console.SetInput(arguments.file);
-  const FileKind kind = InputKind(arguments.file, arguments.formats.kind);
   InputFile file(arguments.file, arguments.common.maxPixels);
   const Bytes start = file.Read(kMostHeaderBytes);
+  const FileKind kind = KindOfInput(start, arguments.file, arguments.formats.kind);
   CheckIsOfKind(start, kind, arguments.common.maxPixels);
   const std::int64_t bytes = std::ssize(start) + file.CountRest();
   const FileInfo info = InspectStart(start, bytes, kind, arguments.common.maxPixels);

@@ -118,15 +118,17 @@ std::int64_t BytesFor(FileInfo info, double rate) {
   return UsefulBytes(info);
 }
 
-Image DecodeFor(int size, InputFile& input, FileKind kind, std::int64_t maxPixels) {
+Image DecodeFor(const ThumbnailArguments& arguments, InputFile& input) {
+  const std::int64_t maxPixels = arguments.common.maxPixels;
   Bytes file = input.Read(kMostHeaderBytes);
+  const FileKind kind = KindOfInput(file, arguments.input, arguments.formats.kind);
   CheckIsOfKind(file, kind, maxPixels);
   const FileInfo info = InspectStart(file, std::ssize(file), kind, maxPixels);
-  const double rate = RateFor(info, size);
+  const double rate = RateFor(info, arguments.size);
   const Bytes stream = input.Read(BytesFor(info, rate));
   file.insert(file.end(), stream.begin(), stream.end());
   if (info.budget) return Decompress(file, kind, {rate, maxPixels, {}}).image;
-  // A lossless file has no rate of its own; as a lossy one it has.
+  // A file without a rate of its own has one once it is cut.
   const TruncateResult start = Truncate(std::move(file), kind, {rate, {}, maxPixels});
   return Decompress(start.file, start.kind, {{}, maxPixels, {}}).image;
 }
@@ -143,10 +145,8 @@ ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
   const OutputFile output(arguments.output, arguments.force);
   CheckJsonHasRoom(arguments.common, output);
   console.SetInput(arguments.input);
-  const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
   InputFile file(arguments.input, arguments.common.maxPixels);
-  const Image picture = ReducedToFit(
-      DecodeFor(arguments.size, file, kind, arguments.common.maxPixels), arguments.size);
+  const Image picture = ReducedToFit(DecodeFor(arguments, file), arguments.size);
   console.SetOutput(arguments.output);
   output.Put(WritePng(picture));
   if (arguments.common.json)

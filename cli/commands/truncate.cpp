@@ -21,7 +21,7 @@ constexpr const char* kExamples =
     "\n"
     "OUT decodes just as IN would at that rate; nothing is coded again. A lossless\n"
     "file (.awg) becomes a lossy one (.awf), so that one lossless master gives every\n"
-    "rate. IN and OUT may be - for standard input and output.\n";
+    "rate; of an .awh OUT is the start. IN and OUT may be - for standard input and output.\n";
 
 struct TruncateArguments {
   CommonOptions common;
@@ -46,8 +46,8 @@ void ReportResult(const TruncateArguments& arguments, const std::string& output,
 
 TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
   console.SetInput(arguments.input);
-  const FileKind kind = InputKind(arguments.input, arguments.formats.kind);
   Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
+  const FileKind kind = KindOfInput(file, arguments.input, arguments.formats.kind);
   CheckIsOfKind(file, kind, arguments.common.maxPixels);
   TruncateResult result = Truncate(
       std::move(file), kind,

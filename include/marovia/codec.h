@@ -20,34 +20,41 @@
 
 namespace marovia {
 
+// kAwh where a file begins with the four bytes that name it; no other kind has any.
+MAROVIA_API std::optional<FileKind> KindOfContent(ByteView start);
+
 struct CompressOptions {
   FileKind kind = FileKind::kAwf;
-  // Unset: 9/7, and 2+2,2 for kAwg, which needs an integer one.
+  // Unset: 9/7, and 2+2,2 where lossless, which needs an integer one.
   std::optional<WaveletKind> wavelet = {};
   // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long
-  // as padding the sides to multiples of 2^levels adds at most 6 % of the pixels, else 3.
+  // as padding the sides to multiples of 2^levels adds at most 6 % of the pixels, else 3; of kAwh 6
+  // with the 9/7 wavelet and 5 with the others.
   std::optional<int> levels = {};
   // Bits per pixel of the image (unpadded), the header included: the budget is the whole number of
-  // bits nearest to that, and the last group of symbols may exceed it by its own length. Ignored by
-  // kAwg.
+  // bits nearest to that, and the last group of symbols may exceed it by its own length; of kAwh
+  // the whole bytes in it, or the 16 of a header where it has fewer. Ignored where lossless.
   double rate = 0.5;
-  // The most bytes that the file may have, in place of the rate; never exceeded. Ignored by kAwg.
+  // The most bytes that the file may have, in place of the rate; never exceeded. Ignored by kAwg,
+  // refused with `lossless` of kAwh.
   std::optional<std::int64_t> bytes = {};
   // Spend the last `share` of the bits on this part of the image; below 0 it counts as 0.01, above
-  // 0.99 as 0.99.
+  // 0.99 as 0.99. A lossless kAwh, which has all of it, refuses one.
   std::optional<Region> region = {};
   float share = 0.9F;
   // Repeat the last row and column up to multiples of 2^levels; the file tells the true size.
-  // Without it such sides are coded as they are, and do not come back faithfully.
+  // Without it such sides are coded as they are, and do not come back faithfully. kAwh always pads.
   bool pad = true;
   PassListener onPass = {};
   // In place of the rate and the bytes: the least PSNR, in decibels, that the file may decode to,
   // in about the fewest bytes. Takes a search that decodes some dozen times; not with a region.
-  // Ignored by kAwg.
+  // Ignored by kAwg, refused with `lossless` of kAwh.
   std::optional<double> psnr = {};
-  // Of kAwg alone, in place of a wavelet: code with both integer wavelets, at once on two threads,
-  // and keep the shorter file.
+  // Of lossless coding alone, in place of a wavelet: code with both integer wavelets, at once on
+  // two threads, and keep the shorter file.
   bool bestWavelet = false;
+  // Every pixel, in place of a rate: of kAwh, and of kAwg, which is so in any case.
+  bool lossless = false;
 };
 
 struct CompressResult {
@@ -75,10 +82,10 @@ struct FileInfo {
   int codedCols = 0;
   float mean = 0;
   int exponent = 0;                    // the first threshold is 2^exponent
-  std::optional<std::int32_t> budget;  // bits that the compressor might spend; none in kAwg
+  std::optional<std::int32_t> budget;  // bits that the compressor might spend; none in kAwg, kAwh
   std::int64_t bitsPresent = 0;        // of the stream, behind the header
   // Whether the stream is as long as the budget. A shorter one was cut, or its coder had nothing
-  // more to send; a lossless file cannot tell.
+  // more to send; a file without a budget cannot tell.
   bool fillsBudget = false;
 };
 
@@ -88,16 +95,17 @@ MAROVIA_API FileInfo Inspect(ByteView file, FileKind kind,
                              std::int64_t maxPixels = kDefaultMaxPixels);
 
 // The same of a file of `fileBytes` bytes of which only the start is at hand: the header suffices.
-inline constexpr std::size_t kMostHeaderBytes = 14;
+inline constexpr std::size_t kMostHeaderBytes = 16;
 MAROVIA_API FileInfo InspectStart(ByteView start, std::int64_t fileBytes, FileKind kind,
                                   std::int64_t maxPixels = kDefaultMaxPixels);
 
-// The bytes of a file, header included, behind which nothing is read: by its budget, or, of a
-// lossless one, more than any image of its size needs. What follows them changes no picture.
+// The bytes of a file, header included, behind which nothing is read: by its budget, or, of one
+// without, more than any image of its size needs. What follows them changes no picture.
 MAROVIA_API std::int64_t UsefulBytes(const FileInfo& info);
 
 struct DecompressOptions {
-  // Bits per pixel to decode, held to what the file was made with; unset: all. Ignored by kAwg.
+  // Bits per pixel to decode, held to what the file was made with, or of kAwh to what there is;
+  // unset: all. Ignored by kAwg.
   std::optional<double> rate = {};
   std::int64_t maxPixels = kDefaultMaxPixels;
   PassListener onPass = {};
@@ -108,7 +116,9 @@ struct DecompressResult {
   FileInfo info;
   std::vector<PassReport> passes;  // one a pass, then one more of the end
   bool rateHeld = false;           // the rate asked for was above the file's own
-  bool truncated = false;  // bits that were asked for are missing; the picture is what was there
+  // Bits that were asked for are missing; the picture is what was there. A kAwh without a rate asks
+  // for what there is: any length of it is a file.
+  bool truncated = false;
 };
 
 // Throws Error as Inspect, and kMalformed or kOverflow where a damaged stream holds numbers that no
@@ -132,7 +142,8 @@ struct TruncateResult {
 };
 
 // A shorter file that decodes just as the long one does at that rate, without coding again. A
-// lossless file becomes a lossy one of its kind (kAwg to kAwf); no budget is ever raised.
+// lossless file becomes a lossy one of its kind (kAwg to kAwf); no budget is ever raised. That of a
+// kAwh is its first bytes.
 // Throws Error as Inspect, and kInvalidArgument (no target or two, a rate or a number of bytes that
 // is not above 0, fewer bytes than a header).
 MAROVIA_API TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options);

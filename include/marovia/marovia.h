@@ -46,22 +46,23 @@ typedef enum marovia_status {
   MAROVIA_INTERNAL = 9 /* a fault of the library */
 } marovia_status;
 
-/* What a compressed file holds; its extension names it, nothing inside does. */
+/* What a compressed file holds; its extension names it. Inside, nothing does but in MAROVIA_AWH. */
 typedef enum marovia_kind {
   MAROVIA_AWB = 0, /* WDR, raw bits */
   MAROVIA_AWA = 1, /* WDR, arithmetic coding */
   MAROVIA_AWD = 2, /* ASWDR, raw bits */
   MAROVIA_AWF = 3, /* ASWDR, arithmetic coding */
   MAROVIA_AWG = 4, /* ASWDR, arithmetic coding, lossless */
-  MAROVIA_AWC = 5  /* ASWDR, second version, raw bits */
+  MAROVIA_AWC = 5, /* ASWDR, second version, raw bits */
+  MAROVIA_AWH = 6  /* context coding: lossy or lossless, and made shorter by cutting it */
 } marovia_kind;
 
 typedef enum marovia_wavelet {
   MAROVIA_DAUB_97 = 1,      /* floating point, the best pictures at a given rate */
   MAROVIA_INTEGER_53 = 2,   /* exactly invertible, as lossless needs it */
   MAROVIA_INTEGER_22 = 3,   /* exactly invertible, one more lifting step */
-  MAROVIA_BEST_WAVELET = -1 /* as an option of MAROVIA_AWG: both integer ones at once, on two
-                               threads; the shorter file is kept */
+  MAROVIA_BEST_WAVELET = -1 /* as an option of lossless coding: both integer ones at once, on
+                               two threads; the shorter file is kept */
 } marovia_wavelet;
 
 /* What went wrong: one sentence in UTF-8, closed by a 0 byte; empty after a success. */
@@ -95,16 +96,20 @@ typedef struct marovia_region {
 typedef struct marovia_compress_options {
   size_t size;
   int32_t kind;    /* MAROVIA_AWF */
-  int32_t wavelet; /* 0: MAROVIA_DAUB_97, for MAROVIA_AWG MAROVIA_INTEGER_22 */
+  int32_t wavelet; /* 0: MAROVIA_DAUB_97, where lossless MAROVIA_INTEGER_22 */
   int32_t levels;  /* of the transform; 0: as the size of the image suggests */
-  int32_t pad;     /* 1: sides of any size come back; 0: code them as they are */
-  double rate;     /* bits per pixel, the header included: 0.5. Ignored by MAROVIA_AWG */
+  int32_t pad;     /* 1: sides of any size come back; 0: code them as they are. MAROVIA_AWH always
+                      pads */
+  double rate;     /* bits per pixel, the header included: 0.5. Ignored where lossless */
   int64_t bytes;   /* the most bytes that the file may have, in place of the rate; 0: by the rate.
                       Below 0 it is refused */
   int32_t has_region;
   float share;           /* the part of the bits that the region gets: 0.9 */
   marovia_region region; /* looked at if has_region is not 0 */
   double psnr;           /* the least PSNR in decibels, in place of the rate; 0: by the rate */
+  int32_t lossless;      /* 1: every pixel, in place of a rate, bytes or a PSNR: of MAROVIA_AWH, and
+                            of MAROVIA_AWG, which is so in any case. A MAROVIA_AWH then has no region */
+  int32_t reserved;      /* 0 */
 } marovia_compress_options;
 
 typedef struct marovia_decompress_options {
@@ -135,7 +140,7 @@ typedef struct marovia_info {
   int32_t coded_cols;
   int32_t exponent; /* the first threshold is 2^exponent */
   float mean;
-  int32_t budget;       /* bits that the compressor might spend; -1 for MAROVIA_AWG */
+  int32_t budget;       /* bits that the compressor might spend; -1 for MAROVIA_AWG, MAROVIA_AWH */
   int64_t bits_present; /* of the stream, behind the header */
   int32_t fills_budget; /* 1: the stream is as long as the budget */
 } marovia_info;
@@ -143,9 +148,12 @@ typedef struct marovia_info {
 /* "0.1.0", of the library in use. */
 const char* marovia_version(void);
 
-/* "awb" ... "awg" for a kind, NULL for another number; and back, -1 for another text. */
+/* "awb" ... "awh" for a kind, NULL for another number; and back, -1 for another text. */
 const char* marovia_extension(int32_t kind);
 int32_t marovia_kind_of_extension(const char* extension);
+
+/* MAROVIA_AWH where a file begins with the four bytes that name it, else -1. */
+int32_t marovia_kind_of_content(const void* file, size_t file_size);
 
 /* Fill in the defaults, and `size`, which must be the sizeof of the struct; a NULL or a size that
  * cannot be are MAROVIA_INVALID_ARGUMENT. */
@@ -167,8 +175,8 @@ marovia_status marovia_inspect(const void* file, size_t file_size, int32_t kind,
                                marovia_info* info, marovia_error* error);
 
 /* A shorter file, of at most `bytes` bytes, that decodes just as the long one does at that rate,
- * without coding again. Its kind, MAROVIA_AWF if a MAROVIA_AWG was cut, is put into `result_kind`
- * unless that is NULL. */
+ * without coding again (of a MAROVIA_AWH its first bytes). Its kind, MAROVIA_AWF if a MAROVIA_AWG
+ * was cut, is put into `result_kind` unless that is NULL. */
 marovia_status marovia_truncate(const void* file, size_t file_size, int32_t kind, int64_t bytes,
                                 marovia_buffer* result, int32_t* result_kind, marovia_error* error);
 

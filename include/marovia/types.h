@@ -18,7 +18,7 @@ enum class WaveletKind : std::int16_t {
   kInteger22 = 3,  // "DD 2+2,2 Integer": exactly invertible, one more lifting step
 };
 
-// What a compressed file holds; its extension names it, nothing inside does.
+// What a compressed file holds; its extension names it. Inside, nothing does but in kAwh.
 enum class FileKind {
   kAwb,  // WDR, raw bits
   kAwa,  // WDR, arithmetic coding
@@ -26,17 +26,19 @@ enum class FileKind {
   kAwf,  // ASWDR, arithmetic coding
   kAwg,  // ASWDR, arithmetic coding, lossless
   kAwc,  // ASWDR, second version, raw bits
+  kAwh,  // context coding: lossy or lossless, and made shorter by cutting it
 };
 
 // All of them, in the order of their numbers.
 MAROVIA_API std::span<const FileKind> AllKinds();
 
-// "awb" ... "awg", and back (lower case, without a point).
+// "awb" ... "awh", and back (lower case, without a point).
 MAROVIA_API std::string_view Extension(FileKind kind);
 MAROVIA_API std::optional<FileKind> KindOfExtension(std::string_view extension);
 
-// The longest side that a file can hold.
+// The longest side that a file can hold, and a kAwh, whose padded sides may have a product of 2^26.
 inline constexpr int kMostSide = 32767;
+inline constexpr int kMostSideOfAwh = 65535;
 
 // Rows row1 to row2 and columns col1 to col2 of an image, all included, from 0.
 struct Region {

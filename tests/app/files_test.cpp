@@ -148,6 +148,7 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestionAndSetsTheOptionsToItsOwn) {
     WriteFile(Path(name), file);
     form.OpenFile(Path(name));
     EXPECT_EQ(Reconstructed(), marovia::Decompress(file, coder.kind).image);
+    if (coder.kind == FileKind::kAwh) continue;  // which the options do not have
     EXPECT_EQ(form.txtBitRate.text, coder.lossless ? "0" : "1.5");
     EXPECT_EQ(form.cmbWavelet.text, coder.lossless ? "DD 2+2,2 Integer" : "Daub 9/7");
     EXPECT_EQ(form.Label[0].caption, "Decompress");
@@ -169,7 +170,7 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestionAndSetsTheOptionsToItsOwn) {
   EXPECT_EQ(
       form.Report.text,
       "notes.txt: neither an image (bmp, pgm) nor a compressed file (awb, awa, awd, awf, awg, "
-      "awc).");
+      "awc, awh).");
 }
 
 TEST_F(Files, TheRateHintSaysHowTheTextIsRead) {

@@ -18,8 +18,8 @@
 #include "marovia/codec.h"
 
 #include "codec/coders.h"
+#include "context/context_header.h"
 #include "format/file_header.h"
-#include "tests/support/plain_codec.h"
 #include "tests/support/plain_symbols.h"
 #include "wavelet/catalogue.h"
 
@@ -134,6 +134,26 @@ void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   add("all found in two passes and refined", StreamOf(coding, pixels, 2, 1, kNone));
 }
 
+void AddContextFiles(Table& table, int rows, int cols) {
+  Bytes header;
+  AppendContextHeader(header, {.levels = std::min(6, ContextLevelLimit(rows, cols)),
+                               .planes = kMostContextPlanes,
+                               .rows = rows,
+                               .cols = cols});
+  const std::size_t size = static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols) / 2;
+  Bytes noise(size);
+  std::mt19937 random(7);
+  for (auto& byte : noise) byte = static_cast<std::uint8_t>(random());
+  for (const auto& [name, stream] :
+       {std::pair("header alone", Bytes()), std::pair("zeros", Bytes(size)),
+        std::pair("ones", Bytes(size, 0xFF)), std::pair("noise", noise)}) {
+    Bytes file = header;
+    file.insert(file.end(), stream.begin(), stream.end());
+    table.Add(std::string("awh: ") + name, file,
+              [](ByteView view) { Decompress(view, FileKind::kAwh); });
+  }
+}
+
 }  // namespace
 }  // namespace marovia
 
@@ -147,8 +167,9 @@ int main(int argc, char** argv) {
   marovia::Table table{static_cast<double>(rows), static_cast<double>(cols), std::stod(argv[3])};
   std::puts(
       "| File | Bytes | ms | of the allowed | MiB | of the allowed |\n|---|---|---|---|---|---|");
-  for (const marovia::FileKind kind : marovia::plain::AllKinds()) {
-    marovia::AddFiles(table, kind, rows, cols);
+  for (const marovia::FileKind kind : marovia::AllKinds()) {
+    kind == marovia::FileKind::kAwh ? marovia::AddContextFiles(table, rows, cols)
+                                    : marovia::AddFiles(table, kind, rows, cols);
   }
   return table.exceeded ? 1 : 0;
 }

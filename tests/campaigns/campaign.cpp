@@ -20,9 +20,9 @@
 #include <string>
 #include <vector>
 
+#include "marovia/codec.h"
 #include "marovia/measures.h"
 
-#include "tests/support/plain_codec.h"
 #include "tests/support/test_images.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/transform.h"
@@ -52,10 +52,12 @@ void Lossless(const Words& words) {
     std::mt19937 random(static_cast<std::uint32_t>(seed));
     const int rows = 3 + RandomBelow(random, 254);
     const Image image = test::RandomImage(random, rows, 3 + RandomBelow(random, 254));
-    const Bytes file = Compress(image, {FileKind::kAwg, seed % 2 == 0 ? kInteger53 : kInteger22,
-                                        1 + static_cast<int>(seed / 2 % 4)})
-                           .file;
-    const DecompressResult back = Decompress(file, FileKind::kAwg);
+    CompressOptions options{seed / 8 % 2 == 0 ? FileKind::kAwg : FileKind::kAwh,
+                            seed % 2 == 0 ? kInteger53 : kInteger22,
+                            1 + static_cast<int>(seed / 2 % 4)};
+    options.lossless = true;
+    const Bytes file = Compress(image, options).file;
+    const DecompressResult back = Decompress(file, options.kind);
     Require(back.image == image && !back.truncated,
             "seed " + std::to_string(seed) + " does not come back");
     pixels += image.Size();
@@ -81,7 +83,9 @@ std::optional<Image> Try(ByteView file, FileKind kind) {
 // The quality grows with the length, but for the last bits, which the next ones may complete.
 std::size_t CutEverywhere(const Image& image, const CompressOptions& options, std::size_t stride) {
   const Bytes file = Compress(image, options).file;
-  const std::size_t header = options.kind == FileKind::kAwg ? 10 : 14;
+  const std::size_t header = options.kind == FileKind::kAwg   ? 10
+                             : options.kind == FileKind::kAwh ? 16
+                                                              : 14;
   double best = 0;
   std::size_t lengths = 0;
   for (std::size_t length = 0; length <= file.size(); length += length < 80 ? 1 : stride) {
@@ -157,7 +161,7 @@ void Digest(const Words& words) {
     Hash hash;
     std::size_t samples = 0;
     const auto side = [&] { return 16 * (3 + RandomBelow(random, words.size() > 2 ? 2 : 21)); };
-    for (const FileKind kind : plain::AllKinds()) {
+    for (const FileKind kind : AllKinds()) {
       for (const WaveletKind wavelet : kWaveletsAsListed) {
         if (kind == FileKind::kAwg && wavelet == kDaub97) continue;
         const int rows = side();

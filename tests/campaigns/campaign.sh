@@ -22,7 +22,7 @@ damage() {
   flips=${1:-100000}
   [ $# -eq 0 ] || shift
   # The lossless file is the longest, so it goes first.
-  [ $# -gt 0 ] || set -- awg awb awa awd awf awc
+  [ $# -gt 0 ] || set -- awg awb awa awd awf awc awh
   printf '%s\n' "$@" |
     xargs -P 2 -I KIND "$out/tests/campaigns/campaign" damage Images/camera.pgm KIND 1 "$flips"
 }

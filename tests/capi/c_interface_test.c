@@ -1,5 +1,6 @@
 /* The C interface as a C99 program uses it, from the shared library. */
 #include <math.h>
+#include <stddef.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -100,8 +101,16 @@ static void OptionsReachTheCodec(void) {
   options.wavelet = 0;
   options.psnr = -1;
   CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_INVALID_ARGUMENT);
-  CHECK(strcmp(marovia_extension(MAROVIA_AWC), "awc") == 0);
-  CHECK(marovia_extension(MAROVIA_AWC + 1) == NULL && marovia_kind_of_extension("awz") == -1);
+  options.kind = MAROVIA_AWH;
+  options.wavelet = MAROVIA_BEST_WAVELET;
+  options.psnr = 0;
+  options.lossless = 1;
+  CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
+  CHECK(marovia_kind_of_content(file.data, file.size) == MAROVIA_AWH);
+  CHECK(marovia_kind_of_content(file.data, 3) == -1 && marovia_kind_of_content(NULL, 9) == -1);
+  marovia_free(file.data);
+  CHECK(strcmp(marovia_extension(MAROVIA_AWH), "awh") == 0);
+  CHECK(marovia_extension(MAROVIA_AWH + 1) == NULL && marovia_kind_of_extension("awz") == -1);
 }
 
 /* Every refusal: its status, a message, and nothing handed out. */
@@ -176,6 +185,12 @@ static void StructsOfAnotherAgeAreTaken(void) {
   CHECK(newer.known.size == sizeof newer && newer.later == 0);
   CHECK(marovia_compress(&image, &newer.known, &file, &error) == MAROVIA_OK);
   marovia_free(file.data);
+  newer.known.size = offsetof(marovia_compress_options, lossless);
+  newer.known.lossless = 1; /* behind what such a caller knows of */
+  CHECK(marovia_compress(&image, &newer.known, &file, &error) == MAROVIA_OK);
+  marovia_free(file.data);
+  newer.known.lossless = 0;
+  newer.known.size = sizeof newer;
   newer.later = 1;
   CHECK(marovia_compress(&image, &newer.known, &file, &error) == MAROVIA_INVALID_ARGUMENT);
 }

@@ -92,6 +92,7 @@ TEST_F(Tool, TakesTheCoderOfTheNameWhereNoOptionChoosesOne) {
                                                             {"b --method wdr", "b.awa"},
                                                             {"b --coding binary", "b.awd"},
                                                             {"b --method aswdr2", "b.awc"},
+                                                            {"b --method context", "b.awh"},
                                                             {"b", "b.awf"},
                                                             {"b --lossless", "b.awg"}};
   for (const FileKind kind : AllKinds()) {
@@ -104,6 +105,23 @@ TEST_F(Tool, TakesTheCoderOfTheNameWhereNoOptionChoosesOne) {
     EXPECT_EQ(Record("info " + file)["kind"], json["kind"]);
     EXPECT_EQ(json["lossless"], json["kind"] == "awg");
   }
+}
+
+// Whatever the name, and however short.
+TEST_F(Tool, KnowsAContextFileByItsFirstBytes) {
+  Done("compress in.pgm m.awh --lossless --wavelet best --verify");
+  Done("decompress m.awh back.pgm");
+  EXPECT_EQ(folder_.Read("back.pgm"), folder_.Read("in.pgm"));
+  Done("truncate m.awh short.awh --bytes 400");
+  EXPECT_EQ(folder_.Read("short.awh"), folder_.Read("m.awh").substr(0, 400));
+  folder_.Write("short.awf", folder_.Read("short.awh"));
+  EXPECT_EQ(Done("info short.awf"), Done("info -", folder_.Read("short.awh")));
+  Done("decompress short.awf short.pgm");
+  Done("thumbnail short.awf short.png");
+  EXPECT_GT(Record("measure in.pgm short.pgm")["psnr"], 25);
+  const ToolResult more = Run("decompress short.awf - --rate 2 -q");
+  EXPECT_EQ(more.status, 3);  // bits that were asked for are missing
+  EXPECT_EQ(more.out, folder_.Read("short.pgm"));
 }
 
 TEST_F(Tool, RecordsWhatReadingChanged) {

@@ -20,7 +20,7 @@ using test::CodeOf;
 // Of a whole file and of one cut to half its length, only the latter is taken for a cut one.
 TEST(CutFiles, AreToldFromWholeOnesAndRefusedWithinTheirHeader) {
   const Image image = test::NamedImage("rings", 45, 48);
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : plain::Kinds()) {
     // A region's compressor charges its header more than others.
     CompressOptions options{kind, kInteger53, 3};
     options.region = Region{2, 3, 20, 30};

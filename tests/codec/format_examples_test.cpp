@@ -17,9 +17,10 @@ std::string Document() {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-Image ExampleImage() {
+// That which is listed behind some words.
+Image ExampleImage(const std::string& words = "This image of 8 x 8") {
   const std::string text = Document();
-  std::istringstream rows(text.substr(text.find("```\n", text.find("This image of 8 x 8")) + 4));
+  std::istringstream rows(text.substr(text.find("```\n", text.find(words)) + 4));
   Image image(8, 8);
   for (std::uint8_t& pixel : image.Samples()) {
     int value = 0;
@@ -39,12 +40,21 @@ std::string Listing(ByteView bytes) {
 }
 
 TEST(FileFormat, ListsTheFilesOfItsImage) {
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : plain::Kinds()) {
     const Bytes file = Compress(ExampleImage(), {kind, WaveletKind::kInteger53, 1, 4}).file;
     EXPECT_NE(Document().find("```\n" + Listing(file) + "\n```\n"), std::string::npos)
         << "missing: " << Listing(file);
     EXPECT_EQ(Decompress(file, kind).image, ExampleImage()) << Extension(kind);
   }
+}
+
+TEST(FileFormat, ListsAContextFile) {
+  const Image image = ExampleImage("The image of 8 x 8");
+  CompressOptions options{.kind = FileKind::kAwh, .wavelet = WaveletKind::kInteger53, .levels = 1};
+  options.lossless = true;
+  const Bytes file = Compress(image, options).file;
+  EXPECT_EQ(file.size(), 48U);
+  EXPECT_NE(Document().find("```\n" + Listing(file) + "\n```\n"), std::string::npos);
 }
 
 TEST(FileFormat, ListsAMarkedHeader) {

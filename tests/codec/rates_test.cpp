@@ -50,7 +50,7 @@ Bytes LongFile(FileKind kind, WaveletKind wavelet, const Image& image, bool inRe
 }
 
 TEST(Truncate, GivesAFileThatDecodesAsTheLongOneAtThatRate) {
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : AllKinds()) {
     for (const WaveletKind wavelet : {kDaub97, kInteger53}) {
       if (kind == kAwg && wavelet == kDaub97) continue;
       const int rows = wavelet == kDaub97 ? 40 : 45;
@@ -75,7 +75,7 @@ TEST(Truncate, GivesAFileThatDecodesAsTheLongOneAtThatRate) {
 
 TEST(Truncate, LeavesAFileThatIsShortEnoughAsItIs) {
   const Image image = test::NamedImage("rings", 40, 48);
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : AllKinds()) {
     const Bytes file = Compress(image, {kind, kInteger53, 3, 0.5}).file;
     const auto size = static_cast<std::int64_t>(file.size());
     for (const TruncateOptions& options : {TruncateOptions{20.0, {}}, TruncateOptions{{}, size}}) {
@@ -97,7 +97,7 @@ TEST(Bytes, AreTheMostThatAFileHas) {
         << Extension(kind) << ": " << size << " of " << most;
     EXPECT_FALSE(Decompress(file, kind).truncated);
   };
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : AllKinds()) {
     const Bytes file = LongFile(kind, kInteger53, image);
     for (std::int64_t most = 34; most < 300; most += 7) {
       const TruncateResult cut = Truncate(file, kind, {.rate = {}, .bytes = most});
@@ -113,7 +113,7 @@ TEST(Bytes, AreTheMostThatAFileHas) {
 // budget of all.
 TEST(Bytes, NeverRaiseABudget) {
   const Image image = test::NamedImage("rings", 45, 61);
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : plain::Kinds()) {
     const Bytes file = LongFile(kind, kInteger22, image);
     Bytes tailed = file;
     for (unsigned i = 0; i < 1000; ++i) tailed.push_back(static_cast<std::uint8_t>(i * i * 7 + i));
@@ -149,7 +149,7 @@ TEST(Psnr, IsReachedInAboutTheFewestBytesOrRefused) {
   const Image image = test::NamedImage("rings", 61, 83);
   CompressOptions options;
   options.wavelet = kInteger53;
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : AllKinds()) {
     if (kind == kAwg) continue;
     options.kind = kind;
     for (const double psnr : {5.0, 25.0, 38.5, 300.0}) {

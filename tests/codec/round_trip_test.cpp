@@ -50,7 +50,7 @@ TEST(Files, TellTheSizeOfTheirImageAndHowItWasPadded) {
                {2, 9, 1, 4, 9},     {30, 50, 3, 32, 56}, {3, 3, 1, 3, 3}};
   for (const auto& c : cases) {
     const Image image = test::NamedImage("blobs", c.rows, c.cols);
-    for (const FileKind kind : plain::AllKinds()) {
+    for (const FileKind kind : plain::Kinds()) {
       const CompressOptions options{kind, kInteger53, c.levels, 40};
       ExpectExact(image, options);
       const Bytes file = Compress(image, options).file;
@@ -67,7 +67,7 @@ TEST(Files, TellTheSizeOfTheirImageAndHowItWasPadded) {
 
 TEST(Files, KeepTheSizeWhenCutAndThePictureWithATail) {
   const Image image = test::NamedImage("blobs", 77, 101);
-  for (const FileKind kind : plain::AllKinds()) {
+  for (const FileKind kind : plain::Kinds()) {
     Bytes file = Compress(image, {.kind = kind, .rate = 0.3}).file;
     for (std::size_t length = 14; length < file.size(); length += 1 + file.size() / 300) {
       ASSERT_TRUE(Decompress(ByteView(file).first(length), kind).image.SameShape(image)) << length;

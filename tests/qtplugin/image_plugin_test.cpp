@@ -42,7 +42,7 @@ class ImagePlugin : public testing::Test {
 TEST_F(ImagePlugin, ReadsEveryKindByItsExtensionAndSaysTheSizeBefore) {
   const Image image = Pattern(45, 70);  // padded
   for (const auto kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf,
-                          FileKind::kAwg, FileKind::kAwc}) {
+                          FileKind::kAwg, FileKind::kAwc, FileKind::kAwh}) {
     const QByteArray file = Compressed(image, kind);
     const QString extension = Extension(kind).data();
     QImageReader reader(Write("a." + extension.toUpper(), file));
@@ -66,6 +66,10 @@ TEST_F(ImagePlugin, ReadsFromMemoryWhereTheFormatIsToldAndLeavesTheFilesOfOthers
   EXPECT_EQ(QImageReader(&buffer, "awf").read().size(), QSize(64, 64));
   buffer.seek(0);
   EXPECT_FALSE(QImageReader(&buffer).canRead());  // nothing tells
+  QBuffer named;
+  named.setData(Compressed(Pattern(64, 64), FileKind::kAwh));
+  named.open(QIODevice::ReadOnly);
+  EXPECT_EQ(QImageReader(&named).read().size(), QSize(64, 64));
   // Speech bears one of the extensions.
   EXPECT_FALSE(QImageReader(Write("speech.awb", "#!AMR-WB\n" + QByteArray(200, '\x24'))).canRead());
   EXPECT_FALSE(QImageReader(Write("empty.awf", "")).canRead());

@@ -304,12 +304,10 @@ std::size_t HeaderBytes(const FileInfo& info) {
 
 }  // namespace
 
-std::vector<FileKind> AllKinds() {
-  std::vector<FileKind> kinds;
-  for (char last = 'a'; last <= 'z'; ++last) {
-    if (const auto kind = KindOfExtension(std::string("aw") + last)) kinds.push_back(*kind);
-  }
-  std::ranges::sort(kinds);
+std::vector<FileKind> Kinds() {
+  const auto all = AllKinds();
+  std::vector<FileKind> kinds(all.begin(), all.end());
+  std::erase(kinds, FileKind::kAwh);
   return kinds;
 }
 

@@ -12,8 +12,8 @@
 
 namespace marovia::plain {
 
-// The kinds of the library's table, in the order of their values.
-std::vector<FileKind> AllKinds();
+// The kinds that are walked here: all but the context-coded one.
+std::vector<FileKind> Kinds();
 
 struct Coded {
   Bytes file;

@@ -295,7 +295,7 @@ Bytes EncodeContext(const Image& image, const ContextOptions& options) {
   RangeWriter coder(output);
   bool frozen = !options.region || options.bytes == 0;
   AllPlanes(cells, coder, [&] {
-    const double due = double{options.share} * static_cast<double>(options.bytes - 16);
+    const double due = (1.0 - double{options.share}) * static_cast<double>(options.bytes - 16);
     if (frozen || static_cast<double>(output.Settled() - 16) < due) return;
     FreezeOutside(cells, *options.region);
     frozen = true;
@@ -314,7 +314,9 @@ ContextPicture DecodeContext(ByteView file) {
   const bool complete = AllPlanes(cells, coder, [] {});
   return {IsInteger(header.wavelet) ? Picture<std::int32_t>(header, cells)
                                     : Picture<float>(header, cells),
-          header, complete};
+          header,
+          complete,
+          {}};
 }
 
 }  // namespace marovia::plain
