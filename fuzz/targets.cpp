@@ -8,8 +8,8 @@
 #include "app/form_pgm.h"
 #include "fuzz/coding_request.h"
 #include "fuzz/input.h"
-#include "tests/support/differences.h"
 #include "tests/support/plain_context.h"
+#include "tests/support/testing.h"
 
 namespace marovia::fuzz {
 namespace {

@@ -2,14 +2,10 @@
 #pragma once
 
 #include <deque>
-#include <functional>
-#include <utility>
-
-#include "marovia/codec.h"
 
 #include "app/frm_main.h"
 #include "codec/coders.h"
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 

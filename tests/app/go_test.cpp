@@ -1,8 +1,6 @@
 // What Go and Compute lead to, for every combination of the options, as a user sees it: a file of
 // some kind with every text that the report shows on the way, a message, or nothing; and images of
 // any size.
-#include "marovia/measures.h"
-
 #include "base/number_text.h"
 #include "image/sampling.h"
 #include "measures/measure_text.h"

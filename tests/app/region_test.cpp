@@ -1,6 +1,4 @@
 // The region of interest by mouse and by keys.
-#include "marovia/measures.h"
-
 #include "tests/app/form_test.h"
 
 namespace marovia::test {

@@ -1,7 +1,4 @@
 // What the form works out for its views: clicks, places in a picture, images compared.
-#include <array>
-#include <cmath>
-
 #include "tests/app/form_test.h"
 
 namespace marovia::test {

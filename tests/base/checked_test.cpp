@@ -1,11 +1,6 @@
 #include "base/checked.h"
 
-#include <gtest/gtest.h>
-#include <limits>
-
-#include "marovia/error.h"
-
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

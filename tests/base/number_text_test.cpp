@@ -1,10 +1,8 @@
 #include "base/number_text.h"
 
 #include <clocale>
-#include <gtest/gtest.h>
-#include <string_view>
 
-#include "marovia/error.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

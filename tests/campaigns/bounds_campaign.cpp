@@ -4,18 +4,10 @@
 //   bounds_campaign ROWS COLS TIMES     the dearest files known, as a table; exit status 1 where
 //   one
 //                                       takes more than TIMES the time, or too much memory
-#include <algorithm>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
-#include <limits>
 #include <malloc.h>
 #include <new>
-#include <random>
-#include <string>
-
-#include "marovia/codec.h"
 
 #include "codec/coders.h"
 #include "context/context_header.h"

@@ -1,5 +1,4 @@
 #include "tests/cli/tool_process.h"
-#include "tests/support/test_images.h"
 
 namespace marovia::test {
 namespace {

@@ -1,12 +1,9 @@
 #include "files/output_file.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstddef>
 #include <ctime>
 #include <fcntl.h>
-#include <functional>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
@@ -17,9 +14,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "marovia/error.h"
-
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia::cli {
 namespace {

@@ -3,7 +3,6 @@
 
 #include "image/sampling.h"
 #include "tests/cli/tool_process.h"
-#include "tests/support/test_images.h"
 
 namespace marovia::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <sys/wait.h>
 
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 

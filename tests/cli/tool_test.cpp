@@ -1,13 +1,10 @@
-#include <array>
 #include <fcntl.h>
 #include <pty.h>
 #include <unistd.h>
 
-#include "marovia/types.h"
 #include "marovia/version.h"
 
 #include "tests/cli/tool_process.h"
-#include "tests/support/test_images.h"
 
 namespace marovia::test {
 namespace {

@@ -1,7 +1,5 @@
-#include <gtest/gtest.h>
-#include <vector>
-
 #include "coding/raw_symbols.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

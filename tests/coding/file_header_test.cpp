@@ -1,9 +1,6 @@
 #include "format/file_header.h"
 
-#include <algorithm>
-#include <gtest/gtest.h>
-
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

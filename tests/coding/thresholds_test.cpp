@@ -1,9 +1,5 @@
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <gtest/gtest.h>
-
 #include "passes/run.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

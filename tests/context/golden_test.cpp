@@ -1,17 +1,9 @@
 // The recorded context-coded files and the pictures of whole and cut ones.
-#include <fstream>
-#include <functional>
-#include <gtest/gtest.h>
-#include <iterator>
 #include <map>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include "context/kernels.h"
 #include "tests/support/plain_context.h"
-#include "tests/support/sha256.h"
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

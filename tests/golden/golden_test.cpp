@@ -1,16 +1,5 @@
 // The library and the plain codec against the files and pictures that an independent program gave.
-#include <cmath>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include "marovia/codec.h"
-
 #include "tests/support/plain_codec.h"
-#include "tests/support/sha256.h"
-#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {

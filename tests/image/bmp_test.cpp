@@ -1,8 +1,6 @@
 // Headers and run-length codes that files of other programs do not show, and the writer.
 
-#include <limits>
-
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 namespace {

@@ -1,10 +1,6 @@
 // Files that other programs made, against the samples that they give for them; the grammar of
 // Netpbm, its writer, and what is refused.
-#include <limits>
-#include <sstream>
-#include <tuple>
-
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 namespace {

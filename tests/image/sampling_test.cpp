@@ -1,6 +1,6 @@
 #include "image/sampling.h"
 
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 namespace {

@@ -1,10 +1,5 @@
-#include <cmath>
-#include <gtest/gtest.h>
-
-#include "marovia/measures.h"
-
 #include "measures/measure_text.h"
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

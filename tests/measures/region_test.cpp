@@ -1,8 +1,6 @@
 #include "measures/region.h"
 
-#include <array>
-#include <gtest/gtest.h>
-#include <string>
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

@@ -4,10 +4,8 @@
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QTemporaryDir>
-#include <algorithm>
-#include <gtest/gtest.h>
 
-#include "marovia/codec.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

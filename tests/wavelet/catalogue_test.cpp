@@ -1,9 +1,6 @@
 #include "wavelet/catalogue.h"
 
-#include <algorithm>
-#include <cmath>
-#include <gtest/gtest.h>
-#include <string_view>
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

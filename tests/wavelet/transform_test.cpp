@@ -1,15 +1,7 @@
 // Images and coefficients against transforms written sample by sample.
 #include "wavelet/transform.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <gtest/gtest.h>
-#include <random>
-#include <vector>
-
-#include "tests/support/files.h"
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia {

@@ -1,8 +1,6 @@
 // What the pictures show, and what is done on them.
 #include <QCheckBox>
 
-#include "marovia/measures.h"
-
 #include "tests/window/window_test.h"
 
 namespace marovia::test {

@@ -9,7 +9,6 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QRadioButton>
-#include <cmath>
 
 #include "window/tool_window.h"
 

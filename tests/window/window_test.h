@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "tests/support/files.h"
+#include "tests/support/testing.h"
 #include "window/main_window.h"
 
 namespace marovia::test {

@@ -1,17 +1,34 @@
-// What tests of several rooms need: files, a folder of one's own, a photograph, and failures.
+// What every test includes, compiled once for all: the test library, the standard one, the public
+// headers; files, folders, images, failures, and what the library does otherwise than the plain
+// codec.
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <limits>
+#include <optional>
+#include <random>
+#include <span>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 #include <vector>
 
-#include "marovia/error.h"
-#include "marovia/image.h"
+#include "marovia/codec.h"
+#include "marovia/measures.h"
 
 namespace marovia::test {
 
@@ -82,6 +99,25 @@ inline Image Photograph(int rows, int cols) {
     for (int c = 0; c < cols; ++c) part(r, c) = whole((r + 90) % 512, (c + 200) % 512);
   return part;
 }
+
+// gradient, checker, lcgnoise, rings, halves, black, flat or blobs: the images of the recorded
+// results. Every division of their formulas truncates.
+Image NamedImage(std::string_view name, int rows, int cols);
+
+// A flat page, slopes, checks with hard edges, noise, and mixtures of them with a few dots.
+Image RandomImage(std::mt19937& random, int rows, int cols);
+
+// 0 to below - 1; not a distribution of the standard library, which differ between machines.
+int RandomBelow(std::mt19937& random, int below);
+
+// The SHA-256 of the bytes, as 64 hexadecimal digits in lower case.
+std::string Sha256(ByteView bytes);
+
+// What the library does otherwise than the plain codec, or nothing.
+std::string EncodingDifference(const Image& image, const CompressOptions& options);
+
+// So many bits for each row of the image are decoded, or all.
+std::string DecodingDifference(ByteView file, FileKind kind, std::optional<int> bitsOfARow = {});
 
 // The code of the Error in which an action ends, with a sentence that contains `part`.
 template <class Action>
