@@ -6,7 +6,6 @@
 #include <string>
 
 #include "app/form_pgm.h"
-#include "fuzz/coding_request.h"
 #include "fuzz/input.h"
 #include "tests/support/plain_context.h"
 #include "tests/support/testing.h"

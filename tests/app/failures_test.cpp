@@ -132,8 +132,7 @@ TEST_F(Failures, AnErrorTextStaysUntilTheNextGoodLoadOrSave) {
 TEST_F(Failures, AFileGivesItsWaveletLevelsAndSizeAndLeavesTheLoadedImageItsOwn) {
   Load(Photograph(32, 96));
   Compress(FileKind::kAwf, "2", "wide.awf");
-  const Image small = Photograph(64, 64);
-  Load(small);
+  Load(Photograph(64, 64));
   form.cmbWavelet.text = "Daub 9/7";
   form.Click(form.cmbWavelet);
   form.txtLevels.text = "2";
@@ -143,11 +142,8 @@ TEST_F(Failures, AFileGivesItsWaveletLevelsAndSizeAndLeavesTheLoadedImageItsOwn)
   EXPECT_EQ(form.state.WaveletKind, WaveletKind::kInteger53);
   const DecompressResult wide = marovia::Decompress(FileBytes(Path("wide.awf")), FileKind::kAwf);
   EXPECT_EQ(Reconstructed(), wide.image);
-  const double rate = wide.passes.back().bits / (32 * 96.0);
-  EXPECT_TRUE(desktop.reports[desktop.reports.size() - 3].ends_with(
-      "Bit rate:  " + NumberText(rate) + "\r\n"));
-  Save("wide.bmp");
-  EXPECT_EQ(ReadImage(FileBytes(Path("wide.bmp"))).image, wide.image);
+  const std::string rate = NumberText(wide.passes.back().bits / (32 * 96.0));
+  EXPECT_TRUE(desktop.reports.end()[-3].ends_with("Bit rate:  " + rate + "\r\n"));
   for (std::size_t i = 0; i < 3; ++i)
     EXPECT_EQ(Compute(i), "The two images differ in shape: 64 x 64 and 96 x 32.");
 }
@@ -156,22 +152,14 @@ TEST(FailuresAtTheStart, WithoutAnImageEveryActionSaysWhatIsMissing) {
   FakeDesktop desktop;
   frmMain form(desktop);
   form.Form_Load();
-  const auto lacks = [&] {
-    EXPECT_TRUE(form.Report.text.starts_with("There is no ")) << form.Report.text;
+  for (const Control* click : std::initializer_list<const Control*>{
+           &form.mnuCompress, &form.mnuTransformImage, &form.OpTransform[1], &form.cmdBegin[1],
+           &form.mnuSaveReconstructedImage}) {
     form.Report.text.clear();
-  };
-  for (const MenuItem* item : {&form.mnuCompress, &form.mnuTransformImage}) {
-    form.Click(*item);
-    form.cmdBegin_Click(0);
-    lacks();
+    form.Click(*click);
+    form.Click(form.cmdBegin[0]);
+    EXPECT_TRUE(form.Report.text.starts_with("There is no ")) << click->name << form.Report.text;
   }
-  form.OpTransform.Select(1);
-  form.cmdBegin_Click(0);
-  lacks();
-  form.cmdBegin_Click(1);
-  lacks();
-  form.mnuSaveReconstructedImage_Click();
-  lacks();
   EXPECT_TRUE(desktop.questions.empty());
 }
 

@@ -7,25 +7,15 @@ namespace {
 class Views : public FormTest {};
 
 TEST_F(Views, BeginWithThePublicSetOfFunctions) {
-  EXPECT_EQ(form.Label[0].caption, "Compress/Decompress");
-  EXPECT_EQ(form.cmbWavelet.text, "DD 5/3 Integer");
+  EXPECT_EQ(form.Label[0].caption + form.cmbWavelet.text, "Compress/DecompressDD 5/3 Integer");
   EXPECT_EQ(form.cmbWavelet.list,
             (std::vector<std::string>{"DD 5/3 Integer", "DD 2+2,2 Integer", "Daub 9/7"}));
-  EXPECT_EQ(form.txtBitRate.text + " " + form.txtROIPercent.text + " " + form.txtLevels.text,
-            "0.25 .9 4");
-  EXPECT_EQ(form.mnuTransformImage.caption, "&Transform ");
-  const auto shown = [](const Control& control) {
-    return std::pair(control.visible, control.enabled);
-  };
   for (const Control& hidden : {Control(form.mnuTransformImage), Control(form.OpMethod[2])})
-    EXPECT_EQ(shown(hidden), std::pair(false, false)) << hidden.name;
+    EXPECT_FALSE(hidden.visible || hidden.enabled) << hidden.name;
   for (const Control& disabled : {Control(form.mnuCompress), Control(form.mnuDecompress),
                                   Control(form.OpDisplayTransform), Control(form.chkROIErrorOnly)})
-    EXPECT_EQ(shown(disabled), std::pair(true, false)) << disabled.name;
-  EXPECT_EQ(form.window.width + form.Frame2.place.left, 12000 + 7920);
+    EXPECT_TRUE(disabled.visible && !disabled.enabled) << disabled.name;
   EXPECT_EQ(form.OpMethod[1].place.top, form.Label2.place.top);
-  EXPECT_EQ(form.OpMethod[1].place.left,
-            form.OpMethod[0].place.left + form.OpMethod[0].place.width);
 }
 
 TEST_F(Views, ShowThePanelOfEachModeAndItsFramesOneBelowTheOther) {
@@ -72,26 +62,24 @@ TEST_F(Views, KeysByTheirNamesDrawOnTheSourceAndOtherwiseEnterOpensTheViewer) {
   form.Picture_DblClick(form.GraphBox);
   EXPECT_TRUE(desktop.viewed.empty() && !form.cmdViewer.enabled);
   Load(Photograph(256, 256));
-  EXPECT_TRUE(form.cmdViewer.enabled);
-  EXPECT_FALSE(form.Picture_KeyDown(form.GraphBox, "Space", false));
+  for (const char* key : {"Space", "A"})
+    EXPECT_FALSE(form.Picture_KeyDown(form.GraphBox, key, false)) << key;
   EXPECT_FALSE(form.Picture_KeyDown(form.GraphBoxRec, "Left", false));
-  EXPECT_FALSE(form.Picture_KeyDown(form.GraphBox, "A", false));
   for (const char* key : {"Left", "Up", "Space", "Right", "Down", "Enter"})
     EXPECT_TRUE(form.Picture_KeyDown(form.GraphBox, key, true)) << key;
   const auto& [row1, col1, row2, col2] = form.GraphBox.outline->corners;
   EXPECT_EQ((std::array<int, 4>{row1, col1, row2, col2}), (std::array{112, 128, 128, 144}));
-  EXPECT_FALSE(form.Picture_KeyDown(form.GraphBox, "Esc", false));
-  EXPECT_TRUE(desktop.viewed.empty());
+  EXPECT_TRUE(!form.Picture_KeyDown(form.GraphBox, "Esc", false) && desktop.viewed.empty());
 
   EXPECT_TRUE(form.Picture_KeyDown(form.GraphBox, "Enter", false));
   EXPECT_TRUE(form.Picture_KeyDown(form.GraphBoxRec, "Return", false));
   form.Click(form.cmdViewer);
   EXPECT_EQ(desktop.viewed.size(), 3U);
-  EXPECT_TRUE(form.state.region.IsInForce());
-  form.Picture_Mouse(form.GraphBoxRec, &frmMain::GraphBox_MouseDown, kLeft, {5, 5});
-  EXPECT_TRUE(form.state.region.IsInForce());
-  form.Picture_Mouse(form.GraphBox, &frmMain::GraphBox_MouseDown, kLeft, {5, 5});
-  EXPECT_FALSE(form.state.region.IsInForce());
+  for (const PictureBox* picture : {&form.GraphBoxRec, &form.GraphBox}) {
+    EXPECT_TRUE(InForce());
+    form.Picture_Mouse(*picture, &frmMain::GraphBox_MouseDown, kLeft, {5, 5});
+  }
+  EXPECT_FALSE(InForce());
 }
 
 // How often each coordinate from -1 to 257 is painted in the colour, each one further on.
@@ -171,19 +159,16 @@ TEST(Comparisons, TellDifferencesAndReadPixelsOut) {
   other(0, 0) = 60;
   const Comparison two(source, other, false);
   ASSERT_TRUE(two.HasTwo() && two.ShowsSource());
-  const Image difference = two.Difference(8);
-  EXPECT_EQ(difference(1, 2) * 1000000 + difference(0, 0) * 1000 + difference(0, 1), 208000128);
+  const auto grey = {0, 128, 128, 128, 128, 208};
+  EXPECT_TRUE(std::ranges::equal(two.Difference(8).Samples(), grey));
   EXPECT_EQ(two.ReadOut(1.9, 2.1),
             "Row 1, column 2:   source 100   reconstruction 110   difference 10");
   for (const auto& [down, across] : {std::pair{-0.1, 0.0}, {0.0, -0.1}, {2.0, 0.0}, {0.0, 3.0}})
     EXPECT_TRUE(two.ReadOut(down, across).starts_with("Point at")) << down << ' ' << across;
-
   const Comparison shapes(source, Image(4, 2, 7), false);
   EXPECT_FALSE(shapes.HasTwo() || shapes.ShowsSource());
   EXPECT_EQ(shapes.ReadOut(1, 1), "Row 1, column 1:   source 100   reconstruction 7");
   EXPECT_EQ(shapes.ReadOut(3, 1), "Row 3, column 1:   reconstruction 7");
-  EXPECT_TRUE(Comparison(source, Image(4, 2), true).ShowsSource());
-  EXPECT_TRUE(Comparison(source, Image(), false).ShowsSource());
   EXPECT_FALSE(Comparison(Image(), source, true).ShowsSource());
 }
 

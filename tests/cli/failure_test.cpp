@@ -40,17 +40,13 @@ class Failures : public ToolTest {
 TEST_F(Failures, EndAsTheTableSays) {
   WriteBadFiles();
   const Words before = folder_.Names();
-  std::ifstream table(MAROVIA_TEST_DATA "/tool_failures.tsv");
-  std::string line;
-  std::getline(table, line);
-  for (std::string status, command, said; std::getline(table, status, '\t') &&
-                                          std::getline(table, command, '\t') &&
-                                          std::getline(table, said);) {
+  for (auto& row : ReadTable("tool_failures.tsv")) {
+    const std::string& command = row["command"];
     const ToolResult result = Run(command);
     SCOPED_TRACE(command + ": " + result.err);
-    EXPECT_EQ(result.status, std::stoi(status));
+    EXPECT_EQ(std::to_string(result.status), row["status"]);
     EXPECT_TRUE(result.err.starts_with("marovia: ") && LinesIn(result.err) == 1);
-    EXPECT_NE(result.err.find(said), std::string::npos) << said;
+    EXPECT_NE(result.err.find(row["said"]), std::string::npos) << row["said"];
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(folder_.Names(), before);
   }

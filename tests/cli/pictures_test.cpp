@@ -95,19 +95,5 @@ TEST_F(Pictures, ThumbnailIsThePictureMadeSmaller) {
   }
 }
 
-// The desktop puts a size and two files in place, the second of them there and empty.
-TEST_F(Pictures, ThumbnailIsCalledByTheDesktopAsItsEntrySays) {
-  std::ifstream entry(MAROVIA_ROOT "/packaging/marovia.thumbnailer");
-  std::string line;
-  while (std::getline(entry, line) && !line.starts_with("Exec=marovia ")) continue;
-  for (const auto& [mark, word] : {std::pair{"%s", "48"}, {"%i", "in.awf"}, {"%o", "out"}})
-    line.replace(line.find(mark), 2, word);
-  folder_.Write("in.pgm", PgmText(NamedImage("blobs", 96, 64)));
-  folder_.Write("out", "");
-  Done("compress in.pgm in");
-  Done(line.substr(line.find(' ')));
-  EXPECT_TRUE(ReadPng(folder_.Read("out")).SameShape(Image(48, 32)));
-}
-
 }  // namespace
 }  // namespace marovia::test

@@ -1,7 +1,3 @@
-#include <fcntl.h>
-#include <pty.h>
-#include <unistd.h>
-
 #include "marovia/version.h"
 
 #include "tests/cli/tool_process.h"
@@ -151,22 +147,6 @@ TEST_F(Tool, HelpsWhoKnowsNothing) {
     EXPECT_LE(LongestLine(text), 80U) << command;
   }
   EXPECT_EQ(Done("-V"), "marovia " + std::string(kVersion) + "\n");
-}
-
-TEST_F(Tool, KeepsItsHelpToTheWidthOfTheTerminal) {
-  winsize size{.ws_row = 24, .ws_col = 50, .ws_xpixel = 0, .ws_ypixel = 0};
-  int terminal = -1;
-  int end = -1;
-  std::array<char, 256> name{};
-  if (::openpty(&terminal, &end, name.data(), nullptr, &size) != 0)
-    GTEST_SKIP() << "there are no pseudo-terminals";
-  EXPECT_EQ(Run("help info", "", name.data()).status, 0);
-  std::array<char, 9999> text{};
-  ASSERT_GT(::read(terminal, text.data(), text.size()), 500);
-  const std::size_t longest = LongestLine(text.data());
-  EXPECT_TRUE(longest > 35 && longest <= 51) << text.data();  // with a return
-  ::close(terminal);
-  ::close(end);
 }
 
 }  // namespace

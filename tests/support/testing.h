@@ -6,25 +6,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <limits>
-#include <optional>
+#include <map>
 #include <random>
-#include <span>
-#include <sstream>
-#include <stdexcept>
 #include <string>
-#include <string_view>
-#include <tuple>
-#include <utility>
 #include <vector>
 
 #include "marovia/codec.h"
@@ -47,6 +34,28 @@ inline Bytes FileBytes(const fs::path& file) {
 // Of the image files that other programs made.
 inline Bytes SampleFile(const std::string& name) {
   return FileBytes(MAROVIA_TEST_DATA "/images/" + name);
+}
+
+// The rows of a table of the test data, each by the headings of its columns.
+inline std::vector<std::map<std::string, std::string>> ReadTable(const std::string& name) {
+  std::ifstream file(MAROVIA_TEST_DATA "/" + name);
+  const auto cellsOf = [](const std::string& line) {
+    std::vector<std::string> cells;
+    std::istringstream in(line);
+    for (std::string cell; std::getline(in, cell, '\t');) cells.push_back(cell);
+    return cells;
+  };
+  std::string line;
+  std::getline(file, line);
+  const auto headings = cellsOf(line);
+  std::vector<std::map<std::string, std::string>> rows;
+  while (std::getline(file, line)) {
+    const auto cells = cellsOf(line);
+    rows.emplace_back();
+    for (std::size_t i = 0; i < headings.size(); ++i) rows.back()[headings[i]] = cells.at(i);
+  }
+  EXPECT_FALSE(rows.empty()) << name;
+  return rows;
 }
 
 inline void WriteFile(const fs::path& file, ByteView bytes) {

@@ -2,8 +2,7 @@
 // and 50 milliseconds; 64 MiB and 24 bytes a pixel beside the file itself.
 //
 //   bounds_campaign ROWS COLS TIMES     the dearest files known, as a table; exit status 1 where
-//   one
-//                                       takes more than TIMES the time, or too much memory
+//                                       one takes more than TIMES the time, or too much memory
 #include <cstdio>
 #include <ctime>
 #include <malloc.h>
