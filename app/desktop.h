@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "marovia/types.h"
+
 #include "app/control_kinds.h"
 #include "app/file_dialog.h"
 #include "app/viewing.h"
@@ -16,6 +18,20 @@ enum class Pointer { kDefault, kBusy };
 struct UnitsPerPixel {
   float vertical = 1;
   float horizontal = 1;
+};
+
+// What the studio is to begin with: the source, coded as the form is set, or a compressed file
+// beside the source it may have.
+struct StudioRequest {
+  SharedValue<Image> source = {};
+  std::filesystem::path sourceFile = {};
+  std::filesystem::path packedFile = {};  // empty where the source is to be coded
+  FileKind kind = FileKind::kAwf;
+  std::optional<WaveletKind> wavelet = {};
+  std::optional<int> levels = {};
+  double rate = 0;  // bits per pixel
+  std::optional<Region> region = {};
+  float share = 0.9F;
 };
 
 class Desktop {
@@ -32,8 +48,7 @@ class Desktop {
   // may differ.
   virtual void Repaint(const Control& control) = 0;
   virtual void SetFocus(const Control& control) = 0;
-  // At full resolution.
-  virtual void ShowViewer(const Comparison& images) = 0;
+  virtual void ShowStudio(const StudioRequest& request) = 0;
   // Command 3: from the contents.
   virtual void ShowHelp(const std::filesystem::path& file, int command) = 0;
 

@@ -1,4 +1,4 @@
-// Counting bits with what every processor has, and loops compiled for wider ones as well.
+// Counting bits with what every processor has, and what the compiler is told of hot loops.
 #pragma once
 
 #include <cstdint>
@@ -56,25 +56,6 @@ inline std::uint32_t ReverseBits(std::uint32_t bits, int count) {
   return bits >> (16 - count);
 }
 
-}  // namespace marovia
-
-#if defined(__x86_64__) && defined(__GNUC__)
-#define MAROVIA_BIT_INSTRUCTIONS [[gnu::target("bmi,bmi2,popcnt")]]
-#else
-#define MAROVIA_BIT_INSTRUCTIONS
-#endif
-
-namespace marovia {
-
-inline bool HasBitInstructions() {
-#if defined(__x86_64__) && defined(__GNUC__)
-  return __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
-         __builtin_cpu_supports("popcnt");
-#else
-  return false;
-#endif
-}
-
 // Runs loop(copy) on a copy of a state, which the compiler keeps in registers and which then takes
 // the state's place. What the loop calls must therefore be inlined, and it a MAROVIA_INLINE_LAMBDA.
 template <class State, class Loop>
@@ -83,18 +64,6 @@ MAROVIA_INLINE bool RunOnCopy(State& state, const Loop& loop) {
   const bool result = loop(copy);
   state = copy;
   return result;
-}
-
-template <class State, class Loop>
-MAROVIA_BIT_INSTRUCTIONS bool RunWithBitInstructions(State& state, const Loop& loop) {
-  return RunOnCopy(state, loop);
-}
-
-// The same, compiled twice: for every processor, and for those that shift by a variable in one
-// step, which saves a tenth of a loop over symbols.
-template <class State, class Loop>
-bool RunLoop(State& state, const Loop& loop) {
-  return HasBitInstructions() ? RunWithBitInstructions(state, loop) : RunOnCopy(state, loop);
 }
 
 }  // namespace marovia

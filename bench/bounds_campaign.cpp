@@ -3,7 +3,10 @@
 //
 //   bounds_campaign ROWS COLS TIMES     the dearest files known, as a table; exit status 1 where
 //                                       one takes more than TIMES the time, or too much memory
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <malloc.h>
 #include <new>
@@ -23,18 +26,24 @@ std::int64_t mostHeld = 0;
 }  // namespace
 
 // The others of the standard library come down to these.
-void* operator new(std::size_t size) {
-  void* memory = std::malloc(size);
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  void* memory = std::aligned_alloc(static_cast<std::size_t>(alignment), size);
   if (memory == nullptr) throw std::bad_alloc();
   held += static_cast<std::int64_t>(malloc_usable_size(memory));
   mostHeld = std::max(mostHeld, held);
   return memory;
+}
+void* operator new(std::size_t size) {
+  return operator new (size, std::align_val_t{alignof(std::max_align_t)});
 }
 void operator delete(void* memory) noexcept {
   held -= static_cast<std::int64_t>(malloc_usable_size(memory));
   std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
+void operator delete(void* memory, std::align_val_t) noexcept {
   operator delete(memory);
 }
 

@@ -82,21 +82,14 @@ struct Found {
 
 // Three characters, 0 to 2, kept in the order of their counts: one that draws level with others
 // moves up past them. Where the set-up has an end symbol, it stays behind them with a count of 1.
-//
-// All is in lanes of words, not in arrays, so that a loop can keep a context in registers.
 template <class Setup>
 class TernaryContext {
  public:
-  static constexpr unsigned kSymbols = Setup::kHasEnd ? 4 : 3;
   static constexpr unsigned kEndIndex = 4;
 
   // The symbol index (1 to 3) of a character, and back.
-  [[nodiscard]] unsigned IndexOf(unsigned character) const {
-    return order_.indices >> (kOrderLane * character) & kOrderMask;
-  }
-  [[nodiscard]] unsigned CharacterAt(unsigned index) const {
-    return order_.characters >> (kOrderLane * index) & kOrderMask;
-  }
+  [[nodiscard]] unsigned IndexOf(unsigned character) const { return indices_[character]; }
+  [[nodiscard]] unsigned CharacterAt(unsigned index) const { return characters_[index]; }
 
   // The part of a symbol, as fractions, and that of the end symbol.
   [[nodiscard]] MAROVIA_INLINE Part PartOf(unsigned index) const {
@@ -105,15 +98,15 @@ class TernaryContext {
   [[nodiscard]] Part PartOfEnd() const { return {0, FractionAbove(3)}; }
 
   // What all symbols but the first have of the total.
-  [[nodiscard]] std::uint32_t FractionOfOthers() const { return above1_; }
+  [[nodiscard]] std::uint32_t FractionOfOthers() const { return fractions_[1]; }
 
   // The symbol that a code value, less the low end of a range, falls to, and its part of the range.
   [[nodiscard]] MAROVIA_INLINE Found Find(std::uint32_t code,
                                           const arithmetic::Range& range) const {
     const std::uint32_t whole = range.wide >> range.halved;
-    const std::uint32_t first = range.Times(above1_);
-    const std::uint32_t second = range.Times(above2_);
-    const std::uint32_t third = Setup::kHasEnd ? range.Times(above3_) : 0;
+    const std::uint32_t first = range.Times(fractions_[1]);
+    const std::uint32_t second = range.Times(fractions_[2]);
+    const std::uint32_t third = Setup::kHasEnd ? range.Times(fractions_[3]) : 0;
     const std::uint32_t past1 = arithmetic::MaskIf(code < first);
     const std::uint32_t past2 = arithmetic::MaskIf(code < second);
     if (Setup::kHasEnd && code < third) return {kEndIndex, {0, third}};
@@ -123,83 +116,50 @@ class TernaryContext {
   }
 
   MAROVIA_INLINE void Update(unsigned index) {
-    if (Above(0) == Setup::kMostTotal) [[unlikely]]
-      cumulative_ = Halved(cumulative_);
-    if (index > 1 && CountOf(cumulative_, index) == CountOf(cumulative_, index - 1)) [[unlikely]] {
-      const Moved moved = MoveUp(cumulative_, order_, index);
-      order_ = moved.order;
-      index = moved.index;
-    }
-    cumulative_ += std::uint64_t{0x100010001} & ~(~std::uint64_t{0} << (kLane * index));
+    if (above_[0] == Setup::kMostTotal) [[unlikely]]
+      Halve();
+    if (index > 1 && CountOf(index) == CountOf(index - 1)) [[unlikely]]
+      index = MoveUp(index);
+    for (unsigned i = 0; i < 3; ++i) above_[i] += i < index ? 1 : 0;
   }
 
   // After an update where symbols are to be found: by the time of the next one it is done.
   MAROVIA_INLINE void Prepare() {
-    above1_ = FractionAbove(1);
-    above2_ = FractionAbove(2);
-    if (Setup::kHasEnd) above3_ = FractionAbove(3);
+    for (unsigned i = 1; i < 4; ++i) fractions_[i] = FractionAbove(i);
   }
 
  private:
-  static constexpr int kLane = 16;      // bits of a count
-  static constexpr int kOrderLane = 4;  // bits of an index, or of a character
-  static constexpr unsigned kOrderMask = 0xF;
+  using Counts = std::array<std::uint32_t, 4>;
 
-  struct Order {
-    std::uint32_t indices = 0x321;      // by character
-    std::uint32_t characters = 0x2100;  // by index, from 1
-  };
-  struct Moved {
-    Order order;
-    unsigned index = 0;
-  };
-
-  static std::uint32_t AboveIn(std::uint64_t cumulative, unsigned index) {
-    return static_cast<std::uint32_t>(cumulative >> (kLane * index)) & 0xFFFF;
+  [[nodiscard]] std::uint32_t CountOf(unsigned index) const {
+    return above_[index - 1] - above_[index];
   }
-  static std::uint32_t CountOf(std::uint64_t cumulative, unsigned index) {
-    return AboveIn(cumulative, index - 1) - AboveIn(cumulative, index);
-  }
-  // The counts of the symbols above an index, 0 to 3.
-  [[nodiscard]] std::uint32_t Above(unsigned index) const { return AboveIn(cumulative_, index); }
   [[nodiscard]] std::uint32_t FractionAbove(unsigned index) const {
-    return arithmetic::Fraction(Above(index), Above(0));
+    return arithmetic::Fraction(above_[index], above_[0]);
   }
 
-  [[gnu::noinline]] static std::uint64_t Halved(std::uint64_t cumulative) {
-    std::uint64_t halved = 0;
-    std::uint32_t above = 0;
-    if (Setup::kHasEnd) {
-      above = (AboveIn(cumulative, 3) + 1) / 2;
-      halved = std::uint64_t{above} << (3 * kLane);
-    }
-    for (unsigned index = 3; index > 0; --index) {
-      above += (CountOf(cumulative, index) + 1) / 2;
-      halved |= std::uint64_t{above} << (kLane * (index - 1));
-    }
-    return halved;
+  [[gnu::noinline]] void Halve() {
+    const Counts old = above_;
+    above_[3] = (old[3] + 1) / 2;
+    for (unsigned i = 3; i > 0; --i) above_[i - 1] = above_[i] + (old[i - 1] - old[i] + 1) / 2;
   }
 
-  // Exchanges a symbol with the first of those that have its count.
-  [[gnu::noinline]] static Moved MoveUp(std::uint64_t cumulative, Order order, unsigned index) {
+  // Exchanges a symbol with the first of those that have its count; returns its new index.
+  [[gnu::noinline]] unsigned MoveUp(unsigned index) {
     unsigned place = index;
-    while (place > 1 && CountOf(cumulative, place) == CountOf(cumulative, place - 1)) --place;
-    const std::uint32_t here = order.characters >> (kOrderLane * index) & kOrderMask;
-    const std::uint32_t there = order.characters >> (kOrderLane * place) & kOrderMask;
-    order.characters ^= (here ^ there) << (kOrderLane * index);
-    order.characters ^= (here ^ there) << (kOrderLane * place);
-    order.indices ^= (index ^ place) << (kOrderLane * here);
-    order.indices ^= (index ^ place) << (kOrderLane * there);
-    return {order, place};
+    while (place > 1 && CountOf(place) == CountOf(place - 1)) --place;
+    std::swap(characters_[index], characters_[place]);
+    indices_[characters_[index]] = index;
+    indices_[characters_[place]] = place;
+    return place;
   }
 
-  // Four lanes: the counts above the indices 0 (the total) to 3.
-  std::uint64_t cumulative_ = Setup::kHasEnd ? 0x0001000200030004U : 0x0000000100020003U;
-  Order order_;
-  // The counts above the indices as fractions of the total.
-  std::uint32_t above1_ = FractionAbove(1);
-  std::uint32_t above2_ = FractionAbove(2);
-  std::uint32_t above3_ = FractionAbove(3);
+  // The counts of the symbols above the indices 0 (the total) to 3, and the same as fractions of
+  // the total.
+  Counts above_ = Setup::kHasEnd ? Counts{4, 3, 2, 1} : Counts{3, 2, 1, 0};
+  Counts fractions_{0, FractionAbove(1), FractionAbove(2), FractionAbove(3)};
+  std::array<unsigned, 3> indices_{1, 2, 3};        // by character
+  std::array<unsigned, 4> characters_{0, 0, 1, 2};  // by index, from 1
 };
 
 // A state of a two-character context: what the count of the second character is of the total, and

@@ -51,7 +51,7 @@ std::vector<Stretch> MakeStretches(const BandGrid& grid) {
 // Calls visit(child, place) for the children of the homes from `first` to `last` - 1, those of one
 // level, whose three bands follow one another.
 template <class Visit>
-void ForChildren(const std::vector<std::uint32_t>& places, Home first, Home last, Visit visit) {
+void ForChildren(const Buffer<std::uint32_t>& places, Home first, Home last, Visit visit) {
   const Home bandSize = (last - first) / 3;
   for (const auto& walk : kBlockWalks) {
     for (Home parent = first; parent < first + bandSize; ++parent) {
@@ -139,7 +139,7 @@ StretchOrder AdaptiveOrder::OrderOf(std::size_t stretch) {
 void AdaptiveOrder::MakeFirst(Level& level) {
   ScanOrder order;
   AppendLevel(order, TheGrid(), level.number, LevelOrderKind::kRightFirst);
-  std::vector<Home> homeAt(HomeCount());
+  Buffer<Home> homeAt(HomeCount());
   const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
   ForChildren(parents_, level.firstBlock, level.lastBlock, [&](Home child, std::uint32_t place) {
     homeAt[(place >> 16) * cols + (place & 0xFFFF)] = child;

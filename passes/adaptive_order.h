@@ -38,7 +38,7 @@ class AdaptiveOrder final : public VisitingOrder {
     Home firstBlock = 0;
     Home lastBlock = 0;
     bool made = false;
-    std::vector<Home> homes;
+    Buffer<Home> homes;
     HomeList blocksOfFound;
     HomeList blocksWithFound;
     HomeList blocksWithout;
@@ -54,7 +54,7 @@ class AdaptiveOrder final : public VisitingOrder {
   ScanOrder leftOver_;         // what no band covers
   std::vector<Level> levels_;  // the finer ones, from the coarsest on
   // Row (upper 16 bits) and column of every home that has children.
-  std::vector<std::uint32_t> parents_;
+  Buffer<std::uint32_t> parents_;
   const HomeSet* found_ = nullptr;  // none before the second pass
 };
 

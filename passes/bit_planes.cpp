@@ -35,9 +35,8 @@ std::uint64_t EqualBytes(const std::uint8_t* bytes, std::uint8_t wanted) {
 #endif
 
 // A magnitude in [2^(n-k), 2^(n-k+1)) has the biased exponent n - k + 127.
-MAROVIA_WIDE_VECTORS void FindPasses(std::span<const float> homes, int exponent,
-                                     std::vector<std::uint8_t>& passes) {
-  const std::int32_t base = exponent + 127;
+MAROVIA_WIDE_VECTORS void FindPasses(std::span<const float> homes, std::int32_t base,
+                                     Buffer<std::uint8_t>& passes) {
   const float* __restrict from = homes.data();
   std::uint8_t* __restrict to = passes.data();
   const std::size_t count = homes.size();
@@ -48,8 +47,8 @@ MAROVIA_WIDE_VECTORS void FindPasses(std::span<const float> homes, int exponent,
   }
 }
 
-MAROVIA_WIDE_VECTORS void FindEarliest(const std::vector<std::uint8_t>& passes,
-                                       std::vector<std::uint8_t>& earliest) {
+MAROVIA_WIDE_VECTORS void FindEarliest(const Buffer<std::uint8_t>& passes,
+                                       Buffer<std::uint8_t>& earliest) {
   for (std::size_t word = 0; word < earliest.size(); ++word) {
     const std::uint8_t* from = &passes[64 * word];
     std::uint8_t least = kNever;
@@ -62,9 +61,10 @@ MAROVIA_WIDE_VECTORS void FindEarliest(const std::vector<std::uint8_t>& passes,
 
 BitPlanes::BitPlanes(Buffer<float> homes, int exponent)
     : homes_(std::move(homes)),
+      base_(exponent + 127),
       passes_((homes_.size() / 64 + 1) * 64, kNever),
       earliest_(passes_.size() / 64) {
-  FindPasses(homes_, exponent, passes_);
+  FindPasses(homes_, base_, passes_);
   FindEarliest(passes_, earliest_);
 }
 

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <vector>
 
 #include "marovia/grid.h"
 
@@ -24,8 +23,9 @@ class BitPlanes {
   [[nodiscard]] bool Negative(Home home) const { return std::signbit(homes_[home]); }
   // Whether a coefficient found before `pass` moves away from 0 in it.
   [[nodiscard]] bool Moves(Home home, int pass) const {
-    const int place = kMantissaBits - (pass - passes_[home]);
-    return place >= 0 && (std::bit_cast<std::uint32_t>(homes_[home]) >> place & 1) != 0;
+    const auto bits = std::bit_cast<std::uint32_t>(homes_[home]);
+    const int place = kMantissaBits + base_ - pass - static_cast<int>(bits >> kMantissaBits & 0xFF);
+    return place >= 0 && (bits >> place & 1) != 0;
   }
   // All of that at once, for a coefficient that is found: bit kRefinementPlace - k says it of pass
   // k.
@@ -41,8 +41,9 @@ class BitPlanes {
   static constexpr int kMantissaBits = 23;
 
   Buffer<float> homes_;
-  std::vector<std::uint8_t> passes_;    // the pass that finds a home, 255 for none; padded to 64
-  std::vector<std::uint8_t> earliest_;  // of 64 homes each, those of a word of a set
+  int base_;                       // what pass and biased exponent of a coefficient add up to
+  Buffer<std::uint8_t> passes_;    // the pass that finds a home, 255 for none; padded to 64
+  Buffer<std::uint8_t> earliest_;  // of 64 homes each, those of a word of a set
 };
 
 }  // namespace marovia

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "marovia/grid.h"
 
@@ -22,7 +21,7 @@ using Home = std::uint32_t;
 // One bit a home.
 class HomeSet {
  public:
-  explicit HomeSet(std::size_t homes) : words_(homes / 64 + 1) {}
+  explicit HomeSet(std::size_t homes) : words_(homes / 64 + 1, 0) {}
 
   [[nodiscard]] std::size_t WordCount() const { return words_.size(); }
   std::uint64_t& Word(std::size_t i) { return words_[i]; }
@@ -61,7 +60,7 @@ class HomeSet {
   }
 
  private:
-  std::vector<std::uint64_t> words_;
+  Buffer<std::uint64_t> words_;
 };
 
 // Calls visit(member) for the homes first to last - 1 that are in a set.

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <bit>
-#include <vector>
 
 #include "passes/found_state.h"
 #include "passes/run.h"
@@ -22,7 +21,7 @@ class PassDecoder {
       : order_(order),
         budget_(budget),
         found_(order),
-        values_(order.HomeCount()),
+        values_(order.HomeCount(), 0.0F),
         cursor_{symbols} {}
 
   // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
@@ -103,7 +102,7 @@ class PassDecoder {
       return true;
     }
     const Stretch& stretch = order_.Stretches()[index];
-    return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA {
+    return RunOnCopy(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA {
       return stretch.ordered ? FindInOrder(at, order_.OrderOf(index)) : FindInTurn(at, stretch);
     });
   }
@@ -170,32 +169,44 @@ class PassDecoder {
     return !Spent(at) && ReadRun(at);
   }
 
+  // Values lie anywhere in memory, so they change after the decisions of some thousand are read.
   bool RefinementPass() {
     return found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
-      return RunLoop(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA { return Refine(at, homes); });
+      const std::size_t count = ReadRefinements(homes.size());
+      for (std::size_t i = 0; i < count; ++i) {
+        float& value = values_[homes[i]];
+        const unsigned negative = std::bit_cast<std::uint32_t>(value) >> 31;
+        value += steps_[2 * negative + moves_[i]];
+      }
+      refinedCount_ += static_cast<std::int64_t>(count);
+      return count == homes.size() && !Spent(cursor_) && !streamEnded_;
     });
   }
 
-  MAROVIA_INLINE bool Refine(Cursor& at, std::span<const Home> homes) {
-    for (const Home home : homes) {
-      bool moves = false;
-      if (!at.symbols.ReadRefinement(moves)) return Ended();
-      ++refinedCount_;
-      float& value = values_[home];
-      const unsigned negative = std::bit_cast<std::uint32_t>(value) >> 31;
-      value += steps_[2 * negative + (moves ? 1 : 0)];
-      if (Spent(at)) return false;
-    }
-    return true;
+  // How many are read before budget or stream end.
+  std::size_t ReadRefinements(std::size_t count) {
+    moves_.resize(count);
+    std::size_t read = 0;
+    RunOnCopy(cursor_, [&](Cursor& at) MAROVIA_INLINE_LAMBDA {
+      while (read < count) {
+        bool moves = false;
+        if (!at.symbols.ReadRefinement(moves)) return Ended();
+        moves_[read++] = moves ? 1 : 0;
+        if (Spent(at)) return false;
+      }
+      return true;
+    });
+    return read;
   }
 
   VisitingOrder& order_;
   std::int64_t budget_;
 
   FoundState found_;
-  std::vector<float> values_;
+  Buffer<float> values_;
   HomeList pending_;  // in the blocks of a stretch that may hold found homes
   HomeList refined_;  // part of what this pass refines
+  Buffer<std::uint8_t> moves_;
   std::int64_t refinedCount_ = 0;
   float threshold_ = 0;
   // Away from 0, by none or a threshold, for a positive value and for a negative one. A table,

@@ -3,11 +3,13 @@
 // A pass visits the homes that are not yet found, the pending ones, and sends for each that it
 // finds how many pending ones it skipped and the sign; then an end of pass; then one bit for each
 // home found in an earlier pass. What a pass finds is known beforehand (BitPlanes), so a run is the
-// difference of two numbers among the pending homes: nothing is visited one by one.
+// difference of two numbers among the pending homes: nothing is visited one by one. All that a
+// coder is to be told is collected before it begins: its symbols form a chain, in which a wait for
+// memory would be added to every one.
 #pragma once
 
 #include "passes/bit_planes.h"
-#include "passes/candidate_list.h"
+#include "passes/candidates.h"
 #include "passes/found_state.h"
 #include "passes/run.h"
 #include "passes/visiting_order.h"
@@ -62,40 +64,51 @@ class PassEncoder {
 
   bool SignificancePass(int pass) {
     if (pass == 1 && EndsBeforeFirstSymbol()) return false;
-    list_.Fill(candidates_, found_, order_);
-    return RunLoop(symbols_,
-                   [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA { return SendFound(symbols); });
-  }
-
-  MAROVIA_INLINE bool SendFound(Symbols& symbols) {
-    std::uint32_t last = 0;
-    for (const Candidate& candidate : list_.Candidates()) {
-      if (!MayFind(symbols, candidate.home)) continue;
-      symbols.Found(candidate.number - last, planes_.Negative(candidate.home));
-      found_.Take(candidate.home);
-      last = candidate.number;
-      if (Spent(symbols)) return false;
+    CandidateWalk walk(candidates_, planes_, found_, order_);
+    last_ = 0;
+    for (auto list = walk.Next(); !list.empty(); list = walk.Next()) {
+      const std::size_t sent = SendFound(list);
+      for (const Candidate& candidate : list.first(sent)) found_.Take(candidate.home);
+      if (sent > 0 && Spent(symbols_)) return false;
     }
     // Two more than the pending homes left: no decoder takes that for a run.
-    symbols.EndOfPass(static_cast<std::uint32_t>(found_.Pending()) - last + 2);
-    return !Spent(symbols);
+    symbols_.EndOfPass(static_cast<std::uint32_t>(found_.Pending()) - last_ + 2);
+    return !Spent(symbols_);
+  }
+
+  // Until the budget is spent. Those that are sent come to the front of the list, which is shorter
+  // where a region lets not all be found; returns their number.
+  std::size_t SendFound(std::span<Candidate> list) {
+    std::size_t sent = 0;
+    std::uint32_t last = last_;
+    RunOnCopy(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
+      for (const Candidate candidate : list) {
+        if (!MayFind(symbols, candidate.home)) continue;
+        symbols.Found(candidate.number - last, candidate.negative);
+        last = candidate.number;
+        list[sent++] = candidate;
+        if (Spent(symbols)) return false;
+      }
+      return true;
+    });
+    last_ = last;
+    return sent;
   }
 
   bool RefinementPass(int pass) {
     if (pass == 1) return true;
     return found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
-      return RunLoop(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
-        return SendRefinements(symbols, homes, pass);
+      moves_.resize(homes.size());
+      for (std::size_t i = 0; i < homes.size(); ++i)
+        moves_[i] = planes_.Moves(homes[i], pass) ? 1 : 0;
+      return RunOnCopy(symbols_, [&](Symbols& symbols) MAROVIA_INLINE_LAMBDA {
+        for (const std::uint8_t moves : moves_) {
+          symbols.Refine(moves != 0);
+          if (Spent(symbols)) return false;
+        }
+        return true;
       });
     });
-  }
-
-  MAROVIA_INLINE bool SendRefinements(Symbols& symbols, std::span<const Home> homes, int pass) {
-    for (const Home home : homes) {
-      symbols.Refine(planes_.Moves(home, pass));
-      if (Spent(symbols)) return false;
-    }
-    return true;
   }
 
   const BitPlanes& planes_;
@@ -104,9 +117,10 @@ class PassEncoder {
   EncoderPlan plan_;
 
   FoundState found_;
-  HomeSet candidates_;  // what this pass finds as long as the budget lasts
-  CandidateList list_;  // the same in the order of visiting
-  HomeList refined_;    // part of what this pass refines
+  HomeSet candidates_;      // what this pass finds as long as the budget lasts
+  std::uint32_t last_ = 0;  // the number of the last one found
+  HomeList refined_;        // part of what this pass refines
+  Buffer<std::uint8_t> moves_;
   bool regionOnly_ = false;
 };
 

@@ -14,7 +14,7 @@
 
 namespace marovia {
 
-using Walk = std::vector<std::uint32_t>;  // positions in the order of a visit
+using Walk = Buffer<std::uint32_t>;  // positions in the order of a visit
 
 struct BandGrid {
   int rows;  // of the image

@@ -6,8 +6,8 @@
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
 
-build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev qt6-base-dev
-  fonts-dejavu-core)
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev
+  libpng-dev libtiff-dev libjpeg62-turbo-dev fonts-dejavu-core)
 test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
   locales valgrind parallel appstream pkg-config python3 mandoc zsh fish)
 check_packages=(clang-format clang-tidy cppcheck)

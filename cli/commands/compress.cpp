@@ -31,6 +31,7 @@ constexpr float kMostShare = 0.99F;
 struct CompressArguments {
   CommonOptions common;
   FileArguments files;
+  int page = 1;
   std::optional<std::string> method;
   std::optional<std::string> coding;
   std::optional<WaveletKind> wavelet;
@@ -192,9 +193,8 @@ void AddSizeOptions(CLI::App& command, CompressArguments& arguments) {
       ->group("Size");
 }
 
-LoadedImage ReadSource(const CompressArguments& arguments, const std::string& input,
-                       Console& console) {
-  LoadedImage loaded = LoadImage(input, arguments.common.maxPixels, console);
+Picture ReadSource(const CompressArguments& arguments, const std::string& input, Console& console) {
+  Picture loaded = LoadImage(input, {arguments.common.maxPixels, arguments.page}, console);
   if (!loaded.alteration.empty()) {
     if (arguments.lossless && !arguments.convert)
       Fail(Errc::kUnsupported, "not lossless: " + loaded.alteration + " (--convert accepts that)");
@@ -233,8 +233,8 @@ double BitsPerPixel(const Image& image, const Bytes& file) {
   return 8.0 * static_cast<double>(file.size()) / static_cast<double>(image.Size());
 }
 
-void ReportResult(const CompressArguments& arguments, const FileTask& task,
-                  const LoadedImage& source, const CompressResult& result, Console& console) {
+void ReportResult(const CompressArguments& arguments, const FileTask& task, const Picture& source,
+                  const CompressResult& result, Console& console) {
   const Image& image = source.image;
   const double rate = BitsPerPixel(image, result.file);
   console.Tell("Compressed file: " + task.output + "\n" + std::to_string(result.file.size()) +
@@ -269,7 +269,7 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
   const OutputFile output(task.output, arguments.files.force);
   CheckJsonHasRoom(arguments.common, output);
 
-  const LoadedImage source = ReadSource(arguments, task.input, console);
+  const Picture source = ReadSource(arguments, task.input, console);
   const Image& image = source.image;
   if (arguments.ratio) options.bytes = BytesAt(*arguments.ratio, image);
   options.onPass = [&](const PassReport& report) {
@@ -352,7 +352,8 @@ void AddCompress(CLI::App& tool, Action& action) {
   CLI::App& command = AddCommand(tool, "compress", "Compress an image");
   AddCodingOptions(command, *arguments);
   AddSizeOptions(command, *arguments);
-  AddFileArguments(command, arguments->files, "The image: PGM, PPM or BMP", "The compressed file");
+  AddFileArguments(command, arguments->files, ReadFormatsText("The image"), "The compressed file");
+  AddPageOption(command, arguments->page);
   AddSafetyOptions(command, *arguments);
   command.footer(FooterText());
   SetAction<CompressArguments>(command, action, arguments, &RunCompress);

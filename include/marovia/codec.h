@@ -10,7 +10,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "marovia/error.h"
@@ -46,6 +48,10 @@ struct CompressOptions {
   // Without it such sides are coded as they are, and do not come back faithfully. kAwh always pads.
   bool pad = true;
   PassListener onPass = {};
+  // Called all the while that a search (by bytes, PSNR or wavelet) tries what it may drop, of which
+  // onPass hears nothing; perhaps from two threads at once. What either of them throws ends the
+  // run.
+  std::function<void()> onTry = {};
   // In place of the rate and the bytes: the least PSNR, in decibels, that the file may decode to,
   // in about the fewest bytes. Takes a search that decodes some dozen times; not with a region.
   // Ignored by kAwg, refused with `lossless` of kAwh.
@@ -149,5 +155,13 @@ struct TruncateResult {
 MAROVIA_API TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options);
 // The same in place, without a second copy of a large file.
 MAROVIA_API TruncateResult Truncate(Bytes&& file, FileKind kind, const TruncateOptions& options);
+
+// How the quality of an image grows: the PSNR that each of the rates is worth, in bits per pixel;
+// none where the picture is the image. It is coded once, at the highest of them, whatever rate,
+// bytes or PSNR the options name; each lower one is a start of that file. Throws Error as Compress,
+// and kInvalidArgument for lossless coding, where no rate counts, and for a region.
+MAROVIA_API std::vector<std::optional<float>> MeasureCurve(const Image& image,
+                                                           const CompressOptions& options,
+                                                           std::span<const double> rates);
 
 }  // namespace marovia

@@ -19,7 +19,7 @@ class FakeDesktop : public Desktop {
   std::vector<FileDialog> questions;
   std::vector<std::string> reports;  // each text that Report showed
   std::vector<std::string> focused;
-  std::vector<std::string> viewed;  // what the viewer says above its images
+  std::vector<StudioRequest> studios;
   std::string help;
   bool busy = false;
 
@@ -35,7 +35,7 @@ class FakeDesktop : public Desktop {
     if (control.name == "Report") reports.push_back(static_cast<const TextBox&>(control).text);
   }
   void SetFocus(const Control& control) override { focused.emplace_back(control.name); }
-  void ShowViewer(const Comparison& images) override { viewed.push_back(images.Caption()); }
+  void ShowStudio(const StudioRequest& request) override { studios.push_back(request); }
   void ShowHelp(const fs::path& file, int command) override {
     help = file.string() + " " + std::to_string(command);
   }

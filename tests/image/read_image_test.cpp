@@ -14,13 +14,17 @@ struct SameFiles {
 };
 constexpr const char* kColour = "colour turned to grey";
 const SameFiles kFiles[] = {
-    {"colour.ppm colour_raw.ppm colour24.bmp colour24_core.bmp colour24_topdown.bmp "
+    {"colour.ppm colour_raw.ppm colour.pam colour24.bmp colour24_core.bmp colour24_topdown.bmp "
      "colour24_v4.bmp colour24_v5.bmp colour32.bmp colour32_masks.bmp colour32_v5.bmp",
      kColour},
     {"colour555.ppm colour555.bmp", kColour, 1},
     {"colour565.ppm colour565.bmp", kColour, 1},
     {"two.ppm palette1.bmp", kColour},
-    {"palette.ppm palette4.bmp palette4_core.bmp palette8.bmp palette_rle8.bmp", kColour},
+    {"palette.ppm palette4.bmp palette4_core.bmp palette8.bmp palette8_os2.bmp "
+     "palette8_os2_short.bmp palette_rle8.bmp",
+     kColour},
+    {"bits.pgm bits.pbm bits_raw.pbm", ""},
+    {"colour_alpha.pam", "colour turned to grey, transparency dropped"},
     {"palette_rle8_jump.ppm palette_rle8_jump.bmp", kColour},
     {"palette_rle4.ppm palette_rle4.bmp", kColour},
     {"grey.pgm grey_raw.pgm grey_comment.pgm grey8.bmp grey24.bmp", ""},
@@ -138,12 +142,18 @@ TEST(ReadImage, SaysWhatIsWrong) {
       {"P5 999999999999999 999999999999999 255 A", Errc::kLimit, "999999999999999 rows"},
       {"P5 99999999999999999999999 1 255 A", Errc::kMalformed, "exceeds 1000000000000000"},
       {"", Errc::kMalformed, "empty"},
-      {"GIF89a", Errc::kUnsupported, "a GIF image; PGM, PPM and BMP are read"},
+      {"GIF89a", Errc::kUnsupported, "a GIF image; PBM, PGM, PPM, PAM and BMP are read"},
       {"RIFFxxxxWEBPVP8 ", Errc::kUnsupported, "a WebP image"},
       {"RIFFxxxxWAVE", Errc::kMalformed, "no image that is known"},
       {"P", Errc::kMalformed, "begins with P"},
       {"PK\3\4", Errc::kUnsupported, "a zip archive"},
-      {"P4 8 1 x", Errc::kUnsupported, "P4"}};
+      {"P1 3 1 0 2 1", Errc::kMalformed, "byte 50"},
+      {"P4 9 2 xyz", Errc::kMalformed, "need 4 bytes, but 3 are"},
+      {"P7 332\n", Errc::kUnsupported, "a thumbnail"},
+      {"P7\nWIDTH 1\nHEIGHT 1\nMAXVAL 9\nENDHDR\n", Errc::kMalformed, "does not tell its DEPTH"},
+      {"P7\nWIDTH 1\nHEIGHT 1\nDEPTH 4\nMAXVAL 9\nTUPLTYPE CMYK\nENDHDR\n", Errc::kUnsupported,
+       "of the type CMYK"},
+      {"P7\nWIDTH 1\n", Errc::kMalformed, "no end of its header"}};
   for (const auto& [file, code, part] : cases)
     EXPECT_EQ(CodeOf([&, text = file] { ReadImage(BytesOf(text)); }, part), code) << file;
   // The bytes must be there before anything is allocated.

@@ -20,6 +20,7 @@ for name in photo scan; do
   "$tool" decompress "$folder/$name.awg" "$pool/$name.bmp"
 done
 "$tool" decompress "$pool/photo.awf" "$pool/decoded.pgm"
+"$tool" decompress "$folder/photo.awg" "$pool/photo.png"
 
 # The files are there from the start, so those that an example writes are replaced.
 marovia() {

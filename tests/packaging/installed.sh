@@ -99,7 +99,7 @@ mkdir "$folder/whole"
   grep -v -E '^(cmake_minimum|project|find_package)' "$root/examples/consumer/CMakeLists.txt"
 } >"$folder/whole/CMakeLists.txt"
 cp "$root/examples/consumer/consumer.cpp" "$folder/whole"
-without=$(printf -- '-DCMAKE_DISABLE_FIND_PACKAGE_%s=ON ' GTest CLI11 nlohmann_json ZLIB Qt6 benchmark)
+without=$(printf -- '-DCMAKE_DISABLE_FIND_PACKAGE_%s=ON ' GTest CLI11 nlohmann_json PNG TIFF JPEG Qt6 benchmark)
 # shellcheck disable=SC2086 # several words are wanted
 cmake -S "$folder/whole" -B "$folder/part" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS_RELEASE=-O0 \
   $without >"$folder/log" 2>&1 && cmake --build "$folder/part" >"$folder/log" 2>&1 ||
