@@ -17,15 +17,15 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia decompress photo.awf photo.pgm  all that the file holds\n"
-    "  marovia decompress photo.awf small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
-    "  marovia decompress - - --format awf,pgm <photo.awf  from pipe to pipe\n"
-    "  marovia decompress *.awf --output-dir pictures -j 4  four files at a time\n"
+    "  marovia decompress photo.awh photo.pgm  all that the file holds\n"
+    "  marovia decompress photo.awh small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
+    "  marovia decompress - - <photo.awh  from pipe to pipe\n"
+    "  marovia decompress *.awh --output-dir pictures -j 4  four files at a time\n"
     "\n"
     "A file cut short gives the picture that is left of it, and exit status 3. Any start\n"
     "of an .awh file is a file; it is known by its first bytes, whatever its name.\n"
     "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
-    "--format says what else.\n";
+    "--format says what else, and what IN is it must say of any file but an .awh.\n";
 
 struct DecompressArguments {
   CommonOptions common;

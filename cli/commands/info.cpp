@@ -24,8 +24,8 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia info photo.awf\n"
-    "  marovia info --json photo.awf\n"
+    "  marovia info photo.awh\n"
+    "  marovia info --json photo.awh\n"
     "  marovia info -r .  of all files in a folder and in its folders\n"
     "\n"
     "Reads the header of a compressed file without decoding it. FILE may be - for\n"

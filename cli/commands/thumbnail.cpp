@@ -22,8 +22,8 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia thumbnail photo.awf photo.png\n"
-    "  marovia thumbnail photo.awf photo.png --size 512\n"
+    "  marovia thumbnail photo.awh photo.png\n"
+    "  marovia thumbnail photo.awh photo.png --size 512\n"
     "\n"
     "OUT is a PNG, unless its name ends as that of another image that is written. Neither\n"
     "side is longer than N, and no picture is made larger. Only the start of IN is decoded.\n"

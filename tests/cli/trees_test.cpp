@@ -80,7 +80,7 @@ TEST_F(Trees, AreUpdatedWhereAnInputIsNewer) {
   };
   EXPECT_EQ(update(), "marovia: 5 of 5 files done\n");
   EXPECT_EQ(update(), "marovia: 0 of 5 files done, 5 skipped\n");
-  const std::string output = folder_.Path("out/a b/x y.awf");
+  const std::string output = folder_.Path("out/a b/x y.awh");
   fs::last_write_time(
       output, fs::last_write_time(folder_.Path("in/a b/x y.pgm")) - std::chrono::seconds(1));
   EXPECT_EQ(update(), "marovia: 1 of 5 files done, 4 skipped\n");
