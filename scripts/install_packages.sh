@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing of the packages for building, testing or checking Marovia (Debian 12).
 #
-#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench, fuzz, cross, package
+#   scripts/install_packages.sh GROUP...      GROUP: build, test, check, bench, fuzz, cross, package,
+#                                             web, browser
 #
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
@@ -9,15 +10,21 @@ set -euo pipefail
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev
   libpng-dev libtiff-dev libjpeg62-turbo-dev fonts-dejavu-core)
 test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
-  locales valgrind parallel appstream pkg-config python3 mandoc zsh fish file)
+  locales valgrind parallel appstream pkg-config python3 mandoc zsh fish file
+  python3-numpy python3-pil python3-pytest python3-distributed mypy)
 check_packages=(clang-format clang-tidy cppcheck)
-package_packages=(dpkg-dev file lintian debootstrap)
+package_packages=(dpkg-dev file lintian debootstrap python3)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev
   libjxl-dev)
 fuzz_packages=(clang)
 # Other processors: compilers for them, an emulator, and the test library to build for them.
 cross_packages=(g++-aarch64-linux-gnu g++-s390x-linux-gnu qemu-user googletest)
+# The module and the page; npm comes with Node where that is not Debian's.
+web_packages=(cmake ninja-build clang-19 lld-19 libc++-19-dev-wasm32 libc++abi-19-dev-wasm32
+  libclang-rt-19-dev-wasm32 wasi-libc)
+command -v npm >/dev/null || web_packages+=(nodejs npm)
+browser_packages=(chromium)
 
 wanted=()
 for group in "$@"; do
@@ -29,8 +36,10 @@ for group in "$@"; do
     bench) wanted+=("${bench_packages[@]}") ;;
     fuzz) wanted+=("${fuzz_packages[@]}") ;;
     cross) wanted+=("${cross_packages[@]}") ;;
+    web) wanted+=("${web_packages[@]}") ;;
+    browser) wanted+=("${browser_packages[@]}") ;;
     *)
-      echo "install_packages.sh: unknown group '$group' (build, test, check, bench, fuzz, cross or package)" >&2
+      echo "install_packages.sh: unknown group '$group' (build, test, check, bench, fuzz, cross, package, web or browser)" >&2
       exit 2
       ;;
   esac

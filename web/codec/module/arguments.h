@@ -43,12 +43,12 @@ struct GivenRegion {
 
 // How an image is to be compressed.
 struct Choices {
-  double kind, wavelet, levels, pad, rate, bytes, psnr;
+  double kind, wavelet, levels, pad, rate, bytes, psnr, lossless;
   GivenRegion region;
   double share;
 
-  [[nodiscard]] FileKind Kind() const {
-    return std::isnan(kind) ? CompressOptions{}.kind : static_cast<FileKind>(kind);
+  [[nodiscard]] FileKind KindOr(FileKind otherwise) const {
+    return std::isnan(kind) ? otherwise : static_cast<FileKind>(kind);
   }
 };
 

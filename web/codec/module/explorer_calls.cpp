@@ -35,7 +35,8 @@ double PsnrOf(const std::optional<ErrorMeasures>& measures) {
 
 MAROVIA_EXPORT(explorer_of_image)
 Explorer* ExplorerOfImage(const Samples* source, const Choices* choices) {
-  Recipe recipe{.kind = choices->Kind(), .wavelet = GivenWavelet(choices->wavelet)};
+  Recipe recipe{.wavelet = GivenWavelet(choices->wavelet)};
+  recipe.kind = choices->KindOr(recipe.kind);
   recipe.levels = GivenInt(choices->levels);
   recipe.region = choices->region.Value();
   recipe.share = static_cast<float>(Given(choices->share).value_or(recipe.share));
@@ -79,11 +80,12 @@ MAROVIA_EXPORT(explorer_file) const Answer* FileOf(Explorer* explorer, double by
 // The picture; bytes, rows, columns, sup-norm, root mean square, PSNR, similarity, PSNR in the
 // region.
 MAROVIA_EXPORT(explorer_look) const Answer* LookAt(Explorer* explorer, double bytes) {
-  const Look look = explorer->LookAt(std::llround(bytes), TellHost).value();
+  Look look = explorer->LookAt(std::llround(bytes), TellHost).value();
+  explorer->Measure(look);
   const ErrorMeasures none;
   const ErrorMeasures& measures = look.measures ? *look.measures : none;
   return Give(look.picture,
-              {static_cast<double>(look.bytes), 1.0 * look.picture->Rows(),
+              {static_cast<double>(look.file.file.size()), 1.0 * look.picture->Rows(),
                1.0 * look.picture->Cols(), measures.supNorm, measures.rootMeanSquare,
                PsnrOf(look.measures), OrNone(look.similarity), PsnrOf(look.inRegion)});
 }

@@ -43,14 +43,22 @@ MAROVIA_EXPORT(kind) const Answer* Kind(std::size_t number) {
               {coder.lossless ? 1.0 : 0.0});
 }
 
-// The file; its wavelet and levels.
+// The number of the kind that the bytes name, or -1: most kinds are known by their extension alone.
+MAROVIA_EXPORT(kind_of_content) int KindIn(const File* file) {
+  const auto kind = KindOfContent(file->View());
+  return kind ? static_cast<int>(*kind) : -1;
+}
+
+// The file; its kind, wavelet and levels.
 MAROVIA_EXPORT(encode)
 const Answer* Encode(const Samples* image, const Choices* choices) {
-  CompressOptions options{.kind = choices->Kind(), .wavelet = GivenWavelet(choices->wavelet)};
+  CompressOptions options{.wavelet = GivenWavelet(choices->wavelet)};
+  options.kind = choices->KindOr(options.kind);
   options.levels = GivenInt(choices->levels);
   options.rate = Given(choices->rate).value_or(options.rate);
   options.bytes = GivenBytes(choices->bytes);
   options.psnr = Given(choices->psnr);
+  options.lossless = choices->lossless != 0;
   options.pad = choices->pad != 0;
   options.region = choices->region.Value();
   options.share = static_cast<float>(Given(choices->share).value_or(options.share));

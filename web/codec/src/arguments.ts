@@ -46,6 +46,8 @@ export interface EncodeOptions extends Recipe {
   bytes?: number;
   /** The least PSNR in decibels, in place of a rate. */
   psnr?: number;
+  /** Every pixel, in place of a rate. */
+  lossless?: boolean;
   /** Whether sides of any length come back; true unless told. */
   pad?: boolean;
 }
@@ -77,6 +79,7 @@ export function putChoices(lent: Lent, kinds: readonly Kind[], options: EncodeOp
     options.rate,
     options.bytes,
     options.psnr,
+    options.lossless ? 1 : 0,
     ...regionNumbers(options.region ?? none),
     options.share,
   ]);

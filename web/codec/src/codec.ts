@@ -79,6 +79,14 @@ export class Marovia {
     this.kinds = this.#readKinds();
   }
 
+  /** By the extension of its name or by its first bytes; none where it is no compressed file. */
+  kindOf(name: string, file: Uint8Array): string | undefined {
+    const extension = name.split(".").pop()!.toLowerCase();
+    if (this.kinds.some((kind) => kind.extension === extension)) return extension;
+    const number = this.#run((lent) => lent.calls.kind_of_content!(args.putFile(lent, file.subarray(0, 64), 0)));
+    return this.kinds[number]?.extension;
+  }
+
   encode(image: GreyImage, options: EncodeOptions = {}): Encoded {
     const { bytes, numbers } = this.#ask((lent) =>
       lent.calls.encode!(args.putImage(lent, image), args.putChoices(lent, this.kinds, options)),
@@ -180,11 +188,15 @@ export class Marovia {
   }
 
   #ask(call: (lent: Lent) => number): Answer {
+    return this.#run((lent, instance) => instance.take(call(lent)));
+  }
+
+  #run<T>(call: (lent: Lent, instance: Instance) => T): T {
     const instance = this.#instance ?? new Instance(this.#module);
     this.#instance = undefined; // unless the call comes back
-    const answer = instance.during((lent) => instance.take(call(lent)));
+    const result = instance.during((lent) => call(lent, instance));
     if (instance.memoryBytes <= keptBytes) this.#instance = instance;
-    return answer;
+    return result;
   }
 
   #readKinds(): Kind[] {

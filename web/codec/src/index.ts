@@ -28,8 +28,9 @@ export async function load(wasm?: WebAssembly.Module | BufferSource): Promise<Ma
 async function compileBeside(): Promise<WebAssembly.Module> {
   const url = new URL("./marovia.wasm", import.meta.url);
   if (url.protocol === "file:") {
-    const { readFile } = await import(/* @vite-ignore */ "node:fs/promises");
-    return WebAssembly.compile(await readFile(url));
+    const files = "node:fs/promises"; // by a name that no bundler looks into
+    const { readFile } = (await import(/* @vite-ignore */ files)) as typeof import("node:fs/promises");
+    return WebAssembly.compile(new Uint8Array(await readFile(url)));
   }
   const response = await fetch(url);
   if (!response.ok) throw new Error(`${url} could not be fetched: ${response.status}.`);

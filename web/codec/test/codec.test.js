@@ -1,14 +1,18 @@
 // The module in Node: the recorded bytes and pixels, and what its border adds.
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
 import { createHash } from "node:crypto";
-import { readFileSync } from "node:fs";
+import { existsSync, mkdtempSync, readFileSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import { test } from "node:test";
 import { load, MaroviaError, wavelets } from "marovia";
 import { namedImage } from "./named_images.js";
 
 const data = new URL("../../../tests/data/", import.meta.url);
+const images = new URL("../../../Images/", import.meta.url);
 const marovia = await load();
-const camera = marovia.readImage(readFileSync(new URL("../../../Images/camera.pgm", import.meta.url)));
+const camera = marovia.readImage(readFileSync(new URL("camera.pgm", images)));
 
 const sha256 = (bytes) => createHash("sha256").update(bytes).digest("hex");
 
@@ -21,7 +25,15 @@ function rowsOf(table) {
   });
 }
 
-const imageOf = (row) => namedImage(row.image, +row.rows, +row.cols);
+function imageOf(row) {
+  if (row.image.endsWith(".pgm")) return marovia.readImage(readFileSync(new URL(row.image, images)));
+  return namedImage(row.image, +row.rows, +row.cols);
+}
+
+function regionOf(sides) {
+  const [row1, col1, row2, col2] = sides.split(",").map(Number);
+  return { row1, col1, row2, col2 };
+}
 
 // As many whole bits for each row, ties to even.
 function bitsOfARow(row, part = 1) {
@@ -33,8 +45,7 @@ function bitsOfARow(row, part = 1) {
 function optionsOf(row) {
   const options = { kind: row.extension, wavelet: wavelets[row.wavelet - 1], levels: +row.levels };
   if (row.roi && row.roi !== "-") {
-    const [row1, col1, row2, col2] = row.roi.split(",").map(Number);
-    Object.assign(options, { region: { row1, col1, row2, col2 }, share: +row.share });
+    Object.assign(options, { region: regionOf(row.roi), share: +row.share });
   }
   return { ...options, rate: bitsOfARow(row) / row.cols, pad: false };
 }
@@ -53,6 +64,28 @@ test("gives the recorded files and pictures", () => {
   for (const row of rowsOf("cut_files.tsv")) {
     const { file } = marovia.encode(imageOf(row), optionsOf(row));
     assert.equal(pixels(row, file.subarray(0, row.bytes_kept)), row.sha256_pixels, row.line);
+  }
+});
+
+// Lengths, not rates; 0 asks for all there is.
+function contextOptionsOf(row) {
+  const options = { kind: "awh", wavelet: wavelets[row.wavelet - 1], levels: +row.levels, bytes: +row.bytes_asked || 1e8 };
+  if (!row.region || row.region === "-") return options;
+  const [sides, , share] = row.region.split(" ");
+  return { ...options, region: regionOf(sides), share: +share };
+}
+
+test("gives the recorded context-coded files and pictures", () => {
+  const hash = (file) => sha256(marovia.decode(file, "awh").samples);
+  for (const row of rowsOf("context_files.tsv")) {
+    const { file } = marovia.encode(imageOf(row), contextOptionsOf(row));
+    assert.equal(sha256(file), row.sha256_file, row.line);
+    assert.equal(marovia.kindOf("unnamed", file), "awh");
+    assert.equal(hash(file), row.sha256_pixels, row.line);
+  }
+  for (const row of rowsOf("context_cut_files.tsv")) {
+    const { file } = marovia.encode(imageOf(row), contextOptionsOf(row));
+    assert.equal(hash(file.subarray(0, row.bytes_kept)), row.sha256_pixels, row.line);
   }
 });
 
@@ -114,4 +147,16 @@ test("gives back the memory of large images", () => {
   for (let i = 0; i < 4; ++i) marovia.encode(large);
   globalThis.gc?.();
   assert.ok(process.memoryUsage().arrayBuffers - before < 2e8);
+});
+
+test("packs into a package that stands alone", async () => {
+  const folder = mkdtempSync(join(tmpdir(), "marovia-package-"));
+  const at = (name) => join(folder, "package", name);
+  const home = new URL("..", import.meta.url);
+  const [{ filename }] = JSON.parse(execFileSync("npm", ["pack", "--json", "--pack-destination", folder], { cwd: home }));
+  execFileSync("tar", ["-xzf", join(folder, filename), "-C", folder]);
+  for (const name of ["LICENSE", "README.md", "dist/index.d.ts"]) assert.ok(existsSync(at(name)), name);
+  const packed = await (await import(at("dist/index.js"))).load();
+  assert.deepEqual(packed.encode(camera, { bytes: 900 }).file, marovia.encode(camera, { bytes: 900 }).file);
+  rmSync(folder, { recursive: true });
 });

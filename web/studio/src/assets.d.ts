@@ -1,0 +1,4 @@
+declare module "*.pgm" {
+  const url: string;
+  export default url;
+}
