@@ -1,3 +1,4 @@
+#include <array>
 #include <benchmark/benchmark.h>
 #include <functional>
 #include <memory>
@@ -59,6 +60,23 @@ void RegisterParts(FileKind kind, const Source& source) {
   }
 }
 
+// What a user of several threads waits for.
+void RegisterWall(int threads, const Source& source) {
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg}) {
+    const std::string name =
+        "wall/" + std::string(Extension(kind)) + "/" + std::to_string(threads) + "/" + source.name;
+    benchmark::RegisterBenchmark(
+        name.c_str(),
+        [=, &source](benchmark::State& state) {
+          for (auto _ : state) {
+            benchmark::DoNotOptimize(Compress(source.image, {.kind = kind, .threads = threads}));
+          }
+        })
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime();
+  }
+}
+
 }  // namespace
 
 void RegisterCodecs(const Source& source) {
@@ -69,19 +87,14 @@ void RegisterCodecs(const Source& source) {
 }
 
 void RegisterLarge(const Source& source) {
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg}) {
-    CompressOptions options{.kind = kind};
-    std::string name(Extension(kind));
-    if (kind == FileKind::kAwg) {
-      options.wavelet = WaveletKind::kInteger53;
-    } else {
-      name += "/0.5";
-    }
-    RegisterBoth(
-        {name, options.rate, [=](const Image& image) { return Compress(image, options).file; },
-         [=](ByteView file) { return Decompress(file, kind).image; }},
-        source);
+  constexpr std::array kRate = {0.5};
+  for (const Contestant& contestant : ContestantsFor(source.image, kRate)) {
+    RegisterBoth(contestant, source);
   }
+  for (const int threads : {1, 2}) RegisterWall(threads, source);
+  RegisterDecompression(
+      "reduce3/awf/0.5/" + source.name, [](const Image& image) { return Compress(image).file; },
+      [](ByteView file) { return Decompress(file, FileKind::kAwf, {.reduce = 3}).image; }, source);
 }
 
 }  // namespace marovia::bench

@@ -17,9 +17,9 @@ constexpr double kMostOff = 0.06;
 
 using Contestants = std::vector<Contestant>;
 
-void AddOurs(Contestants& contestants) {
+void AddOurs(std::span<const double> rates, Contestants& contestants) {
   for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf}) {
-    for (const double rate : kRates) {
+    for (const double rate : rates) {
       contestants.push_back(
           {std::string(Extension(kind)) + "/" + RateText(rate), rate,
            [=](const Image& image) { return Compress(image, {.kind = kind, .rate = rate}).file; },
@@ -35,8 +35,8 @@ void AddOurs(Contestants& contestants) {
 }
 
 #ifdef MAROVIA_HAVE_OPENJPEG
-void AddOpenJpeg(Contestants& contestants) {
-  for (const double rate : kRates) {
+void AddOpenJpeg(std::span<const double> rates, Contestants& contestants) {
+  for (const double rate : rates) {
     contestants.push_back({"openjpeg/" + RateText(rate), rate,
                            [=](const Image& image) {
                              const double bits = rate * static_cast<double>(image.Size());
@@ -91,14 +91,21 @@ std::string RateText(double rate) {
   return text;
 }
 
-std::vector<Contestant> ContestantsFor(const Image& image) {
+std::vector<Contestant> ContestantsFor(const Image& image, std::span<const double> rates) {
   Contestants contestants;
-  AddOurs(contestants);
+  AddOurs(rates, contestants);
 #ifdef MAROVIA_HAVE_OPENJPEG
-  AddOpenJpeg(contestants);
+  AddOpenJpeg(rates, contestants);
 #endif
 #ifdef MAROVIA_HAVE_CHARLS
   contestants.push_back({"charls", 0, CompressCharls, DecompressCharls});
+#endif
+#ifdef MAROVIA_HAVE_JXL
+  for (const int effort : {1, 3}) {
+    contestants.push_back({"jpegxl/e" + std::to_string(effort), 0,
+                           [=](const Image& any) { return CompressJxl(any, effort); },
+                           DecompressJxl});
+  }
 #endif
 #ifdef MAROVIA_HAVE_JPEG
   AddJpeg(image, contestants);

@@ -20,4 +20,8 @@ Image DecompressCharls(ByteView file);
 Bytes CompressJpeg(const Image& image, int quality);
 Image DecompressJpeg(ByteView file);
 
+// JPEG XL, lossless, with so much effort: 1 to 9.
+Bytes CompressJxl(const Image& image, int effort);
+Image DecompressJxl(ByteView file);
+
 }  // namespace marovia::bench

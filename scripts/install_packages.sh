@@ -13,7 +13,8 @@ test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils 
 check_packages=(clang-format clang-tidy cppcheck)
 package_packages=(dpkg-dev file lintian debootstrap)
 # The peers are measured where they are installed.
-bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
+bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev
+  libjxl-dev libopenjp2-tools)
 fuzz_packages=(clang)
 # Other processors: compilers for them, an emulator, and the test library to build for them.
 cross_packages=(g++-aarch64-linux-gnu g++-s390x-linux-gnu qemu-user googletest)
