@@ -4,8 +4,6 @@
 #
 #   ./bench.sh            prints the figures
 #   ./bench.sh --write    puts ratios and memory into docs/performance.md too, which name the commit
-#   PHOTOGRAPH=photo.pgm ./bench.sh    the image of 2048 pixels a side that is mirrored to 4096; without
-#                         one, Images/seeding_2048.pgm if it is there, else camera.pgm repeated
 #   ./bench.sh [--write] --benchmark_filter=awf    options of Google Benchmark
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -24,15 +22,11 @@ scripts/install_packages.sh build bench
 cmake --preset bench >/dev/null
 cmake --build --preset bench --target marovia_bench >/dev/null
 
-photograph=${PHOTOGRAPH:-}
-[ -n "$photograph" ] || [ ! -f Images/seeding_2048.pgm ] || photograph=Images/seeding_2048.pgm
-
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 load=$(cut -d ' ' -f 1 /proc/loadavg)
 # All repetitions of all benchmarks in random order: a disturbance strikes every contestant.
 build/bench/bench/marovia_bench Images/camera.pgm Images/astronaut.pgm \
-  ${photograph:+--photograph "$photograph"} \
   --figures "$work/tables" --benchmark_enable_random_interleaving=true \
   --benchmark_repetitions=15 --benchmark_min_time=0.02 \
   --benchmark_report_aggregates_only=true "$@" >"$work/log" || {

@@ -51,9 +51,9 @@ struct ControlsOf {
   OptionButton OpDisplayImage = Spoken(
       Selected(Running(OptionButton{"OpDisplayImage", "Image"}, Run<&Form::OpDisplayImage_Click>)),
       "Show the image");
-  Button cmdViewer =
-      Disabled(Hinted(Button{"cmdViewer", "Full resolution...", Run<&Form::cmdViewer_Click>},
-                      "Compare the images pixel by pixel (also a double-click on a picture)"));
+  Button cmdStudio = Disabled(
+      Hinted(Button{"cmdStudio", "Studio...", Run<&Form::cmdStudio_Click>},
+             "See what each rate is worth, pixel by pixel (also a double-click on a picture)"));
   TextBox Report = Spoken(TextBox{"Report"}, "Report");
 
   // The side panel: Frame2 holds the two containers frProc, of which at most one is in view.

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
+
+#include "marovia/types.h"
 
 #include "app/control_kinds.h"
 #include "app/file_dialog.h"
@@ -16,6 +19,20 @@ enum class Pointer { kDefault, kBusy };
 struct UnitsPerPixel {
   float vertical = 1;
   float horizontal = 1;
+};
+
+// What the studio is to begin with: the source, coded as the form is set, or a compressed file
+// beside the source it may have.
+struct StudioRequest {
+  SharedValue<Image> source = {};
+  std::filesystem::path sourceFile = {};
+  std::filesystem::path packedFile = {};  // empty where the source is to be coded
+  FileKind kind = FileKind::kAwh;
+  std::optional<WaveletKind> wavelet = {};
+  std::optional<int> levels = {};
+  double rate = 0;  // bits per pixel
+  std::optional<Region> region = {};
+  float share = 0.9F;
 };
 
 class Desktop {
@@ -32,8 +49,12 @@ class Desktop {
   // may differ.
   virtual void Repaint(const Control& control) = 0;
   virtual void SetFocus(const Control& control) = 0;
-  // At full resolution.
-  virtual void ShowViewer(const Comparison& images) = 0;
+  // Does what takes long, and comes back when it is done; a view may paint meanwhile, but takes no
+  // input. What the work throws is thrown here.
+  virtual void Work(const std::function<void()>& work) { work(); }
+  // What is said and shown in the middle of such work, or outside of it.
+  virtual void Tell(const std::function<void()>& news) { news(); }
+  virtual void ShowStudio(const StudioRequest& request) = 0;
   // Command 3: from the contents.
   virtual void ShowHelp(const std::filesystem::path& file, int command) = 0;
 

@@ -108,11 +108,11 @@ class frmMain : public Controls {
   // time), kCorner sets one corner and then the other. False where the key means nothing.
   bool GraphBox_KeyDown(PictureKey key, bool longStep);
   void GraphBox_LostFocus();
-  void cmdViewer_Click();
+  void cmdStudio_Click();
 
   // The same as a view sees it, of either picture: a mouse handler gets its coordinate, a key is
   // known by its name ("Left", "Space"). A double-click, and Enter where a region has no use for
-  // it, open the viewer.
+  // it, open the studio.
   using MouseHandler = void (frmMain::*)(std::int16_t, std::int16_t, float, float);
   void Picture_Mouse(const PictureBox& picture, MouseHandler handler, unsigned buttons,
                      PicturePoint at);
@@ -219,7 +219,8 @@ class frmMain : public Controls {
 
   void ShowCoefficients(const Grid<float>& coefficients);
   void RefreshGraphBox();
-  void ShowViewer(bool prefersSource);
+  void ShowStudio();
+  [[nodiscard]] StudioRequest RequestOfStudio() const;
   [[nodiscard]] Sides SidesForLevels() const;
 
   void Draw(RegionDrag::Step step, float x, float y);

@@ -1,5 +1,9 @@
-// The pictures: what they show, what is done on them, and the look at them at full resolution.
+// The pictures: what they show, what is done on them, and the way to the studio.
+#include <algorithm>
+
 #include "app/frm_main.h"
+#include "base/number_text.h"
+#include "codec/coders.h"
 #include "image/form_pgm.h"
 
 namespace marovia {
@@ -17,7 +21,7 @@ void frmMain::DisplayImage(std::int16_t mode) {
   mnuTransformImage.enabled = true;
   mnuCompress.enabled = true;
   mnuDecompress.enabled = true;
-  cmdViewer.enabled = true;
+  cmdStudio.enabled = true;
   SelectDisplay(OpDisplayImage);
   OpDisplayTransform.enabled = false;
   GraphBoxRec.raster = {};
@@ -40,7 +44,7 @@ void frmMain::DisplayImageRec() {
   const BusyPointer busy(desktop_);
   GraphBoxRec.raster = SampleImage(*state.ReconstructedImage);
   desktop_.Repaint(GraphBoxRec);
-  cmdViewer.enabled = true;
+  cmdStudio.enabled = true;
   mnuTransformImage.enabled = true;
   mnuTransformImage.caption = "&Transform Image";
 }
@@ -64,25 +68,42 @@ void frmMain::Picture_Mouse(const PictureBox& picture, MouseHandler handler, uns
 
 void frmMain::Picture_DblClick(const PictureBox& picture) {
   if (picture.drawnOn) GraphBox_DblClick();
-  ShowViewer(picture.drawnOn);
+  ShowStudio();
 }
 
 bool frmMain::Picture_KeyDown(const PictureBox& picture, std::string_view name, bool longStep) {
   const auto key = PictureKeyOf(name);
   if (picture.drawnOn && key && GraphBox_KeyDown(*key, longStep)) return true;
   if (name != "Return" && name != "Enter") return false;
-  ShowViewer(picture.drawnOn);
+  ShowStudio();
   return true;
 }
 
-void frmMain::cmdViewer_Click() {
-  ShowViewer(true);
+void frmMain::cmdStudio_Click() {
+  ShowStudio();
 }
 
-void frmMain::ShowViewer(bool prefersSource) {
-  const auto decoded = GraphBoxRec.raster.Empty() ? SharedValue<Image>() : state.ReconstructedImage;
-  if (decoded->Empty() && state.SourceImage->Empty()) return;
-  desktop_.ShowViewer({state.SourceImage, decoded, prefersSource});
+void frmMain::ShowStudio() {
+  if (GraphBoxRec.raster.Empty() && state.SourceImage->Empty()) return;
+  desktop_.ShowStudio(RequestOfStudio());
+}
+
+// The file whose picture is shown, else the source with the options as they stand.
+StudioRequest frmMain::RequestOfStudio() const {
+  StudioRequest request{.source = state.SourceImage, .sourceFile = state.sourceFile};
+  if (!GraphBoxRec.raster.Empty()) request.packedFile = state.packedFile;
+  request.rate = LeadingNumber(txtBitRate.text);
+  const Coder* coder = FindCoder(
+      OpMethod[0].selected ? ScanMethod::kWdr : ScanMethod::kAswdr, OpMethod[2].selected ? 2 : 1,
+      OpEntropyCode[0].selected ? EntropyCoding::kBinary : EntropyCoding::kArithmetic,
+      request.rate == 0);
+  if (coder != nullptr) request.kind = coder->kind;
+  request.wavelet = state.WaveletKind;
+  const auto levels = static_cast<int>(std::clamp(LeadingNumber(txtLevels.text), 0.0, 12.0));
+  if (levels > 0) request.levels = levels;
+  if (state.region.IsInForce()) request.region = GetROICoordinates();
+  request.share = static_cast<float>(LeadingNumber(txtROIPercent.text));
+  return request;
 }
 
 }  // namespace marovia

@@ -1,5 +1,4 @@
-// What the views of pictures need: where a picture stands on the screen and the lines over it; two
-// images at full resolution, how large they are shown, and what differs in them.
+// What the views of pictures need: where a picture stands on the screen, and the lines over it.
 #pragma once
 
 #include <cstdint>
@@ -48,22 +47,6 @@ struct PictureMark {
 // are seen on any ground.
 std::vector<PictureMark> MarksOver(const PictureBox& picture);
 
-// In screen pixels an image pixel, held to 1/16 to 32.
-class Zoom {
- public:
-  explicit Zoom(double factor);
-
-  // After a turn of the wheel, in eighths of a degree; two notches double it.
-  [[nodiscard]] Zoom Turned(int angle) const;
-  [[nodiscard]] Zoom Times(double factor) const { return Zoom(factor_ * factor); }
-  [[nodiscard]] double Factor() const { return factor_; }
-  // "50 %"
-  [[nodiscard]] std::string Text() const;
-
- private:
-  double factor_;
-};
-
 // A value that is replaced whole and never changed in place, so that a copy costs nothing. The form
 // keeps its images so: an action that fails can be taken back by copies made before it.
 template <class T>
@@ -75,6 +58,7 @@ class SharedValue {
 
   const T& operator*() const { return *value_; }
   const T* operator->() const { return value_.get(); }
+  [[nodiscard]] const std::shared_ptr<const T>& Shared() const { return value_; }
 
  private:
   std::shared_ptr<const T> value_;
@@ -82,32 +66,5 @@ class SharedValue {
 
 // Columns by rows: "512 x 384".
 std::string SizeText(const Image& image);
-
-class Comparison {
- public:
-  // Either may be empty, not both.
-  Comparison(SharedValue<Image> source, SharedValue<Image> reconstruction, bool prefersSource);
-
-  // Images of two shapes have no difference; then only the preferred one is shown.
-  [[nodiscard]] bool HasTwo() const { return hasTwo_; }
-  [[nodiscard]] bool ShowsSource() const;
-  [[nodiscard]] const Image& Shown() const { return ShowsSource() ? Source() : Reconstruction(); }
-  // What stands above the image.
-  [[nodiscard]] std::string Caption() const;
-  [[nodiscard]] const Image& Source() const { return *source_; }
-  [[nodiscard]] const Image& Reconstruction() const { return *reconstruction_; }
-
-  // Mid-grey where the two agree, brighter by `gain` for each step that the reconstruction is.
-  [[nodiscard]] Image Difference(int gain) const;
-  // "Row 3, column 7:   source 100   reconstruction 110   difference 10" for the pixel around a
-  // point; outside how to get there.
-  [[nodiscard]] std::string ReadOut(double down, double across) const;
-
- private:
-  SharedValue<Image> source_;
-  SharedValue<Image> reconstruction_;
-  bool hasTwo_;
-  bool prefersSource_;
-};
 
 }  // namespace marovia

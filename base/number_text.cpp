@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
 #include <system_error>
 
 #include "marovia/error.h"
@@ -10,12 +14,47 @@
 namespace marovia {
 namespace {
 
+#ifdef __cpp_lib_to_chars
+
 template <class T>
-std::string Shortest(T value, int digits) {
+std::string General(T value, int digits) {
   std::array<char, 40> buffer{};
   const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                     std::chars_format::general, digits);
-  std::string text(buffer.data(), result.ptr);
+  return {buffer.data(), result.ptr};
+}
+
+// All of the text, which is digits with a point or an exponent at most: infinite where it exceeds a
+// double, 0 where it is too near 0.
+double UnsignedNumber(std::string_view text) {
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (result.ec != std::errc::result_out_of_range) return value;
+  // from_chars says the same of a number too near 0 as of one too large.
+  const bool tiny = text.find_first_of("eE") == std::string_view::npos
+                        ? text.find_first_not_of("0.") > text.find('.')
+                        : text[text.find_first_of("eE") + 1] == '-';
+  return tiny ? 0 : std::numeric_limits<double>::infinity();
+}
+
+#else
+
+// Where the standard library has no from_chars for these, as on WebAssembly: there is one locale,
+// that of C, and no tables of to_chars, which are as large as the rest of the codec.
+std::string General(double value, int digits) {
+  std::array<char, 40> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), "%.*g", digits, value);
+  return buffer.data();
+}
+
+double UnsignedNumber(std::string_view text) {
+  return std::strtod(std::string(text).c_str(), nullptr);
+}
+
+#endif
+
+std::string Shortest(auto value, int digits) {
+  std::string text = General(value, digits);
   if (const auto exponent = text.find('e'); exponent != std::string::npos) text[exponent] = 'E';
   return text;
 }
@@ -87,17 +126,9 @@ double LeadingNumber(std::string_view text) {
   text = text.substr(0, UnsignedLength(text));
   if (text.empty()) return 0;
 
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec == std::errc::result_out_of_range) {
-    // from_chars says the same of a number too near 0 as of one too large.
-    const bool tiny = text.find_first_of("eE") == std::string_view::npos
-                          ? text.find_first_not_of("0.") > text.find('.')
-                          : text[text.find_first_of("eE") + 1] == '-';
-    if (!tiny)
-      Fail(Errc::kOverflow, "Overflow: the number " + std::string(text) + " is too large.");
-    value = 0;
-  }
+  const double value = UnsignedNumber(text);
+  if (std::isinf(value))
+    Fail(Errc::kOverflow, "Overflow: the number " + std::string(text) + " is too large.");
   return negative ? -value : value;
 }
 

@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "bench/benchmarks.h"
@@ -60,23 +62,6 @@ void RegisterParts(FileKind kind, const Source& source) {
   }
 }
 
-// What a user of several threads waits for.
-void RegisterWall(int threads, const Source& source) {
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg}) {
-    const std::string name =
-        "wall/" + std::string(Extension(kind)) + "/" + std::to_string(threads) + "/" + source.name;
-    benchmark::RegisterBenchmark(
-        name.c_str(),
-        [=, &source](benchmark::State& state) {
-          for (auto _ : state) {
-            benchmark::DoNotOptimize(Compress(source.image, {.kind = kind, .threads = threads}));
-          }
-        })
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime();
-  }
-}
-
 }  // namespace
 
 void RegisterCodecs(const Source& source) {
@@ -86,15 +71,13 @@ void RegisterCodecs(const Source& source) {
   for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf}) RegisterParts(kind, source);
 }
 
-void RegisterLarge(const Source& source) {
-  constexpr std::array kRate = {0.5};
-  for (const Contestant& contestant : ContestantsFor(source.image, kRate)) {
-    RegisterBoth(contestant, source);
+void RegisterLarge(const Source& tile, const Source& large) {
+  constexpr std::array<std::string_view, 8> kNames = {"awb/0.5",      "awf/0.5",          "awg",
+                                                      "awc/0.5",      "awh/0.5",          "awh",
+                                                      "openjpeg/0.5", "openjpeg/lossless"};
+  for (const Contestant& contestant : ContestantsFor(tile.image)) {
+    if (std::ranges::find(kNames, contestant.name) != kNames.end()) RegisterBoth(contestant, large);
   }
-  for (const int threads : {1, 2}) RegisterWall(threads, source);
-  RegisterDecompression(
-      "reduce3/awf/0.5/" + source.name, [](const Image& image) { return Compress(image).file; },
-      [](ByteView file) { return Decompress(file, FileKind::kAwf, {.reduce = 3}).image; }, source);
 }
 
 }  // namespace marovia::bench

@@ -17,26 +17,28 @@ constexpr double kMostOff = 0.06;
 
 using Contestants = std::vector<Contestant>;
 
-void AddOurs(std::span<const double> rates, Contestants& contestants) {
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf}) {
-    for (const double rate : rates) {
+void AddOurs(Contestants& contestants) {
+  for (const FileKind kind : AllKinds()) {
+    if (kind == FileKind::kAwg) continue;
+    for (const double rate : kRates) {
       contestants.push_back(
           {std::string(Extension(kind)) + "/" + RateText(rate), rate,
            [=](const Image& image) { return Compress(image, {.kind = kind, .rate = rate}).file; },
            [=](ByteView file) { return Decompress(file, kind).image; }});
     }
   }
-  contestants.push_back(
-      {"awg", 0,
-       [](const Image& image) {
-         return Compress(image, {.kind = FileKind::kAwg, .wavelet = WaveletKind::kInteger53}).file;
-       },
-       [](ByteView file) { return Decompress(file, FileKind::kAwg).image; }});
+  for (const FileKind kind : {FileKind::kAwg, FileKind::kAwh}) {
+    const CompressOptions options{
+        .kind = kind, .wavelet = WaveletKind::kInteger53, .lossless = true};
+    contestants.push_back({std::string(Extension(kind)), 0,
+                           [=](const Image& image) { return Compress(image, options).file; },
+                           [=](ByteView file) { return Decompress(file, kind).image; }});
+  }
 }
 
 #ifdef MAROVIA_HAVE_OPENJPEG
-void AddOpenJpeg(std::span<const double> rates, Contestants& contestants) {
-  for (const double rate : rates) {
+void AddOpenJpeg(Contestants& contestants) {
+  for (const double rate : kRates) {
     contestants.push_back({"openjpeg/" + RateText(rate), rate,
                            [=](const Image& image) {
                              const double bits = rate * static_cast<double>(image.Size());
@@ -91,21 +93,14 @@ std::string RateText(double rate) {
   return text;
 }
 
-std::vector<Contestant> ContestantsFor(const Image& image, std::span<const double> rates) {
+std::vector<Contestant> ContestantsFor(const Image& image) {
   Contestants contestants;
-  AddOurs(rates, contestants);
+  AddOurs(contestants);
 #ifdef MAROVIA_HAVE_OPENJPEG
-  AddOpenJpeg(rates, contestants);
+  AddOpenJpeg(contestants);
 #endif
 #ifdef MAROVIA_HAVE_CHARLS
   contestants.push_back({"charls", 0, CompressCharls, DecompressCharls});
-#endif
-#ifdef MAROVIA_HAVE_JXL
-  for (const int effort : {1, 3}) {
-    contestants.push_back({"jpegxl/e" + std::to_string(effort), 0,
-                           [=](const Image& any) { return CompressJxl(any, effort); },
-                           DecompressJxl});
-  }
 #endif
 #ifdef MAROVIA_HAVE_JPEG
   AddJpeg(image, contestants);

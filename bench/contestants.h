@@ -4,7 +4,6 @@
 
 #include <array>
 #include <functional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -27,6 +26,6 @@ std::string RateText(double rate);
 // Those for one image: what has no rate but a quality is tuned to it. Each is tried once: Error
 // kMalformed where a lossless one does not come back exactly, a lossy one not plausibly, or a file
 // misses the size that was asked for.
-std::vector<Contestant> ContestantsFor(const Image& image, std::span<const double> rates = kRates);
+std::vector<Contestant> ContestantsFor(const Image& image);
 
 }  // namespace marovia::bench

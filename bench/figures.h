@@ -11,13 +11,9 @@ namespace marovia::bench {
 using Medians = std::map<std::string, double>;
 
 // The ratios of one run against the goals, for each image; a goal without its peer is left out.
-struct LargeImages {
-  std::string tile;  // 512 x 512, whose time per pixel those of the large one are held against
-  std::string middle;
-  std::string large;
-};
+// `large` is the image whose time per pixel is held against that of its tile.
 std::string GoalTable(const Medians& medians, const std::vector<std::string>& images,
-                      const LargeImages& photograph);
+                      const std::string& large);
 
 // Milliseconds of every codec, and of every stage (nanoseconds of short ones).
 std::string CodecTable(const Medians& medians);

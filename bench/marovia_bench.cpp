@@ -17,13 +17,11 @@
 namespace marovia::bench {
 namespace {
 
-constexpr int kTileSide = 512;
 constexpr int kMiddleSide = 2048;
 constexpr int kLargeSide = 4096;
 
 struct Choices {
   std::vector<std::string> files;
-  std::string photograph;
   std::string figures;
   bool quality = false;
 };
@@ -35,9 +33,7 @@ class MedianReporter : public benchmark::ConsoleReporter {
     for (const Run& run : runs) {
       if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
       medians_[run.run_name.function_name] =
-          (run.run_name.function_name.starts_with("wall/") ? run.GetAdjustedRealTime()
-                                                           : run.GetAdjustedCPUTime()) /
-          benchmark::GetTimeUnitMultiplier(run.time_unit);
+          run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
     }
     ConsoleReporter::ReportRuns(runs);
   }
@@ -74,14 +70,10 @@ void RunBenchmarks(const Choices& choices) {
     names.push_back(sources.back().name);
   }
   for (const Source& source : sources) RegisterCodecs(source);
-  const Source photograph =
-      choices.photograph.empty() ? sources.front() : ReadSource(choices.photograph);
-  const Source middle = Repeated(photograph, kMiddleSide);
-  const Source large = Repeated(photograph, kLargeSide);
-  const Source tile = Cut(large, kTileSide);
-  RegisterLarge(tile);
-  RegisterLarge(middle);
-  RegisterLarge(large);
+  const Source middle = Repeated(sources.front(), kMiddleSide);
+  const Source large = Repeated(sources.front(), kLargeSide);
+  RegisterLarge(sources.front(), middle);
+  RegisterLarge(sources.front(), large);
   RegisterStages(sources.front());
   MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
@@ -89,9 +81,8 @@ void RunBenchmarks(const Choices& choices) {
 
   std::ofstream out(choices.figures);
   out << "Goals:\n\n"
-      << GoalTable(reporter.Times(), names, {tile.name, middle.name, large.name})
-      << "\nPeak memory in bytes a pixel at " << kLargeSide << " x " << kLargeSide
-      << ", beyond the image or file given:\n\n"
+      << GoalTable(reporter.Times(), names, large.name) << "\nPeak memory in bytes a pixel at "
+      << kLargeSide << " x " << kLargeSide << ", beyond the image or file given:\n\n"
       << memory << "\nCodecs:\n\n"
       << CodecTable(reporter.Times()) << "\nStages, " << names.front() << ":\n\n"
       << StageTable(reporter.Times());
@@ -107,8 +98,6 @@ int main(int argc, char** argv) {
                    "marovia_bench");
   program.add_option("FILES", choices.files, "Images: PGM or BMP; the first one is also enlarged")
       ->required();
-  program.add_option("--photograph", choices.photograph,
-                     "The image to be enlarged, in place of the first one");
   program.add_option("--figures", choices.figures, "File for the tables in Markdown");
   program.add_flag("--quality", choices.quality, "Print quality at equal bytes instead, with tabs");
   // Takes its own options out of the arguments.

@@ -78,8 +78,8 @@ std::string MemoryTable(const std::string& imageFile, int side) {
                              const Source source = Repeated(tile, side);
                              return Bytes{source.image(side - 1, side - 1)};
                            }).peak;
-  std::string text = MarkdownHead({"codec", "compress (goal 12)", "decompress (goal 10)"});
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg}) {
+  std::string text = MarkdownHead({"codec", "compress (goal 24)", "decompress (goal 20)"});
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg, FileKind::kAwh}) {
     CompressOptions options{.kind = kind};
     if (kind == FileKind::kAwg) options.wavelet = WaveletKind::kInteger53;
     const Outcome packed =

@@ -1,7 +1,6 @@
 #include "bench/source_image.h"
 
 #include <filesystem>
-#include <utility>
 
 #include "files/input_file.h"
 
@@ -29,17 +28,6 @@ Source Repeated(const Source& source, int side) {
     }
   }
   return {source.name + "-" + std::to_string(side), std::move(image)};
-}
-
-Source Cut(const Source& source, int side) {
-  const int row = (source.image.Rows() - side) / 2;
-  const int col = (source.image.Cols() - side) / 2;
-  Image image(side, side);
-  for (int r = 0; r < side; ++r) {
-    for (int c = 0; c < side; ++c) image(r, c) = source.image(row + r, col + c);
-  }
-  return {source.name.substr(0, source.name.rfind('-')) + "-" + std::to_string(side),
-          std::move(image)};
 }
 
 }  // namespace marovia::bench

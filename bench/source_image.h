@@ -18,7 +18,5 @@ Source ReadSource(const std::string& file);
 // The image repeated to side x side pixels. Every other copy is mirrored, so that it goes on
 // smoothly at the seams; named "camera-4096".
 Source Repeated(const Source& source, int side);
-// Its middle, side x side pixels; named "camera-512".
-Source Cut(const Source& source, int side);
 
 }  // namespace marovia::bench

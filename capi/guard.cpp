@@ -53,6 +53,8 @@ marovia_status ReportException(marovia_error* error) noexcept {
     throw;
   } catch (const Error& failure) {
     return Tell(error, StatusOf(failure.Code()), failure.what());
+  } catch (const Cancelled&) {
+    return Tell(error, MAROVIA_CANCELLED, "The caller ended the run.");
   } catch (const std::bad_alloc&) {
     return Tell(error, MAROVIA_NO_MEMORY, "Out of memory.");
   } catch (const std::exception& failure) {

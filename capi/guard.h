@@ -5,6 +5,9 @@
 
 namespace marovia::capi {
 
+// Thrown where the caller's listener ends a run.
+struct Cancelled {};
+
 // The status of the exception being handled, told in `error` too unless that is null.
 marovia_status ReportException(marovia_error* error) noexcept;
 marovia_status ReportSuccess(marovia_error* error) noexcept;

@@ -24,6 +24,11 @@ inline constexpr Layout kLayout<marovia_compress_options> = {
     sizeof(marovia_compress_options), offsetof(marovia_compress_options, lossless),
     alignof(marovia_compress_options)};
 
+template <>
+inline constexpr Layout kLayout<marovia_decompress_options> = {
+    sizeof(marovia_decompress_options), offsetof(marovia_decompress_options, listener),
+    alignof(marovia_decompress_options)};
+
 // Copies what both sides know from a caller's struct over ours, which has the defaults. Error
 // kInvalidArgument where the size is no such struct's, or a field is set that we do not know.
 void TakeKnown(const void* theirs, void* ours, const Layout& layout);

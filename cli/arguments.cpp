@@ -1,5 +1,7 @@
 #include "cli/arguments.h"
 
+#include <algorithm>
+#include <limits>
 #include <vector>
 
 #include "marovia/error.h"
@@ -46,6 +48,15 @@ void AddCommonOptions(CLI::App& command, CommonOptions& options) {
       [&](const std::string& text) { options.maxPixels = ParseCount("--max-pixels", text); })
       ->group(kGeneral);
   command.set_help_flag("-h,--help", "Print this help")->group(kGeneral);
+}
+
+void AddPageOption(CLI::App& command, int& page) {
+  AddParsedOption(command, "--page", "N", "Page of a TIFF that has several (1)",
+                  [&](const std::string& text) {
+                    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+                    page = static_cast<int>(std::min(ParseCount("--page", text), kMost));
+                  })
+      ->group(kGeneral);
 }
 
 CLI::Option* AddForceOption(CLI::App& command, bool& force) {

@@ -33,6 +33,8 @@ void AddFile(CLI::App& command, const std::string& name, std::string& file,
 // --json, -q, -v --max-pixels and --help.
 void AddCommonOptions(CLI::App& command, CommonOptions& options);
 
+// --page, of the image that is read.
+void AddPageOption(CLI::App& command, int& page);
 CLI::Option* AddForceOption(CLI::App& command, bool& force);
 CLI::Option* AddRateOption(CLI::App& command, std::optional<double>& rate,
                            const std::string& description);

@@ -1,7 +1,6 @@
 #include "cli/file_kinds.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -17,8 +16,6 @@
 namespace marovia::cli {
 namespace {
 
-constexpr std::array kWritten = {ImageFormat::kPgm, ImageFormat::kBmp};
-
 char LowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
@@ -30,15 +27,16 @@ std::string ExtensionOf(const std::string& name) {
   return extension.empty() ? extension : extension.substr(1);
 }
 
-std::optional<ImageFormat> FormatOfExtension(const std::string& extension) {
-  for (const ImageFormat format : kWritten)
-    if (extension == NameOf(format)) return format;
-  return std::nullopt;
+const PictureWriter* WriterOfExtension(const std::string& extension) {
+  for (const PictureWriter& writer : PictureWriters())
+    if (!extension.empty() && (extension == writer.extension || extension == writer.otherExtension))
+      return &writer;
+  return nullptr;
 }
 
 bool IsRead(const std::string& extension) {
-  constexpr std::array<std::string_view, 5> kImages = {"pgm", "ppm", "pnm", "bmp", "dib"};
-  return std::ranges::find(kImages, extension) != kImages.end() ||
+  const auto images = ReadExtensions();
+  return std::ranges::find(images, extension) != images.end() ||
          KindOfExtension(extension).has_value();
 }
 
@@ -91,14 +89,21 @@ bool IsForeign(const Signature& signature, const std::optional<FileInfo>& info) 
 
 }  // namespace
 
-std::string_view NameOf(ImageFormat format) {
-  return format == ImageFormat::kPgm ? "pgm" : "bmp";
+std::string ReadFormatsText(const std::string& what) {
+  return what + ": " + ReadFormatNames("or");
+}
+
+std::string WrittenExtensions() {
+  std::vector<std::string> extensions;
+  for (const PictureWriter& writer : PictureWriters())
+    extensions.push_back("." + std::string(writer.extension));
+  return Listed(extensions, "or");
 }
 
 std::vector<std::string> FormatNames(bool imagesToo) {
   std::vector<std::string> names = ExtensionsOf(AllKinds());
   if (!imagesToo) return names;
-  for (const ImageFormat format : kWritten) names.emplace_back(NameOf(format));
+  for (const PictureWriter& writer : PictureWriters()) names.emplace_back(writer.extension);
   return names;
 }
 
@@ -106,17 +111,17 @@ Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo) {
   Formats formats;
   for (const std::string& text : texts) {
     const auto kind = KindOfExtension(text);
-    const auto image = imagesToo ? FormatOfExtension(text) : std::nullopt;
-    if (!kind && !image)
-      RefuseValue("--format", text, (imagesToo ? "pgm, bmp, " : "") + KindNames());
+    const PictureWriter* const image = imagesToo ? WriterOfExtension(text) : nullptr;
+    if (!kind && image == nullptr)
+      RefuseValue("--format", text, Listed(FormatNames(imagesToo), "or"));
     if (kind) formats.kind = kind;
-    if (image) formats.image = image;
+    if (image != nullptr) formats.image = image;
   }
   return formats;
 }
 
 std::optional<FileKind> KindNamed(const std::string& name) {
-  return IsStream(name) ? std::nullopt : KindOfExtension(ExtensionOf(name));
+  return KindOfExtension(ExtensionOf(name));
 }
 
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told) {
@@ -157,14 +162,18 @@ std::string NameIn(const std::string& folder, const std::string& input,
   return (std::filesystem::path(folder) / name).string() + "." + std::string(extension);
 }
 
-ImageFormat OutputFormat(const std::string& name, const std::optional<ImageFormat>& told) {
-  const auto named = IsStream(name) ? std::nullopt : FormatOfExtension(ExtensionOf(name));
-  if (named && told && *named != *told)
+const PictureWriter& WriterFor(const std::string& name, const PictureWriter* told) {
+  const PictureWriter* const named = WriterNamed(name);
+  if (named != nullptr && told != nullptr && named != told)
     Fail(Errc::kInvalidArgument, "the extension and --format name different image formats");
-  if (named) return *named;
-  if (told) return *told;
-  if (IsStream(name)) return ImageFormat::kPgm;
-  Fail(Errc::kInvalidArgument, "the name of the image must end in .pgm or .bmp");
+  if (named != nullptr) return *named;
+  if (told != nullptr) return *told;
+  if (IsStream(name)) return PictureWriters().front();
+  Fail(Errc::kInvalidArgument, "the name of the image must end in " + WrittenExtensions());
+}
+
+const PictureWriter* WriterNamed(const std::string& name) {
+  return WriterOfExtension(ExtensionOf(name));
 }
 
 void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {
@@ -188,25 +197,27 @@ void CheckIsNoCompressedFile(ByteView file, const std::string& name, std::int64_
        "holds a compressed file, not an image (marovia decompress makes one of it)");
 }
 
-LoadedImage LoadImage(const std::string& name, std::int64_t maxPixels, Console& console) {
+Picture LoadImage(const std::string& name, const PictureOptions& options, Console& console) {
   console.SetInput(name);
-  const Bytes file = ReadInput(name, maxPixels);
-  CheckIsNoCompressedFile(file, name, maxPixels);
-  return ReadImage(file, maxPixels);
+  const Bytes file = ReadInput(name, options.maxPixels);
+  CheckIsNoCompressedFile(file, name, options.maxPixels);
+  Picture picture = ReadPicture(file, options);
+  for (const std::string& notice : picture.notices) console.Notice(notice);
+  return picture;
 }
 
-LoadedImage ReadImageFile(const std::string& name, std::int64_t maxPixels, Console& console) {
-  LoadedImage loaded = LoadImage(name, maxPixels, console);
-  if (!loaded.alteration.empty()) console.Notice(loaded.alteration);
-  return loaded;
+Picture ReadImageFile(const std::string& name, const PictureOptions& options, Console& console) {
+  Picture picture = LoadImage(name, options, console);
+  if (!picture.alteration.empty()) console.Notice(picture.alteration);
+  return picture;
 }
 
-ImagePair ReadImagePair(const std::string& source, const std::string& other, std::int64_t maxPixels,
-                        Console& console) {
+ImagePair ReadImagePair(const std::string& source, const std::string& other,
+                        const PictureOptions& options, Console& console) {
   if (source == kStandardStream && other == kStandardStream)
     Fail(Errc::kInvalidArgument, "only one of the two images can come from standard input");
-  ImagePair pair{ReadImageFile(source, maxPixels, console),
-                 ReadImageFile(other, maxPixels, console)};
+  ImagePair pair{ReadImageFile(source, options, console),
+                 ReadImageFile(other, {.maxPixels = options.maxPixels}, console)};
   const Image& first = pair.source.image;
   const Image& second = pair.other.image;
   if (second.SameShape(first)) return pair;

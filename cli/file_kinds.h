@@ -10,22 +10,26 @@
 #include "marovia/image.h"
 
 #include "cli/console.h"
+#include "pictures/picture.h"
 
 namespace marovia::cli {
 
 // What --format says, of each side where a name does not tell.
 struct Formats {
   std::optional<FileKind> kind;
-  std::optional<ImageFormat> image;
+  const PictureWriter* image = nullptr;
 };
-
-// "pgm" or "bmp".
-std::string_view NameOf(ImageFormat format);
 
 // The extensions of all kinds and, of images too, of the images that are written.
 std::vector<std::string> FormatNames(bool imagesToo);
 
-// "awb" ... "awh" name a kind of compressed file, "pgm" and "bmp" an image. Error
+// `what` and the formats of images that are read, for the help of a command.
+std::string ReadFormatsText(const std::string& what);
+
+// ".pgm, .bmp or .png": the extensions of the images that are written.
+std::string WrittenExtensions();
+
+// "awb" ... "awh" name a kind of compressed file, "pgm" and its like an image. Error
 // kInvalidArgument for any other, and for an image where only kinds are of use.
 Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo);
 
@@ -47,9 +51,11 @@ std::string OutputName(const std::string& name, FileKind kind);
 // another, any other stays. Error kInvalidArgument where the input has no name.
 std::string NameIn(const std::string& folder, const std::string& input, std::string_view extension);
 
-// The format of the image `name`: by its extension, else as told; a stream or a device gets a PGM.
+// What writes the image `name`: by its extension, else as told; a stream or a device gets a PGM.
 // Error kInvalidArgument where neither tells, or where they differ.
-ImageFormat OutputFormat(const std::string& name, const std::optional<ImageFormat>& told);
+const PictureWriter& WriterFor(const std::string& name, const PictureWriter* told);
+// By the extension alone, null where it names none.
+const PictureWriter* WriterNamed(const std::string& name);
 
 // `file` may be all of a compressed file or a start of it that holds its header. Throws Error where
 // that cannot be a file of that kind and it is known what it is: kUnsupported for an image or
@@ -60,19 +66,20 @@ void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels);
 // and its header.
 void CheckIsNoCompressedFile(ByteView file, const std::string& name, std::int64_t maxPixels);
 
-// The image in the file of that name, or on standard input for "-".
-LoadedImage LoadImage(const std::string& name, std::int64_t maxPixels, Console& console);
+// The image in the file of that name, or on standard input for "-". What else the file holds is
+// noticed.
+Picture LoadImage(const std::string& name, const PictureOptions& options, Console& console);
 
-// The same; what was changed in reading it is noticed.
-LoadedImage ReadImageFile(const std::string& name, std::int64_t maxPixels, Console& console);
+// The same; what was changed in reading it is noticed, too.
+Picture ReadImageFile(const std::string& name, const PictureOptions& options, Console& console);
 
 // Both, of one shape. Error kIndex where they differ in it, kInvalidArgument where both are to come
-// from standard input.
+// from standard input. The page is that of the first.
 struct ImagePair {
-  LoadedImage source;
-  LoadedImage other;
+  Picture source;
+  Picture other;
 };
-ImagePair ReadImagePair(const std::string& source, const std::string& other, std::int64_t maxPixels,
-                        Console& console);
+ImagePair ReadImagePair(const std::string& source, const std::string& other,
+                        const PictureOptions& options, Console& console);
 
 }  // namespace marovia::cli

@@ -94,8 +94,8 @@ double JsonNumber(float value) {
   return LeadingNumber(TrimmedNumberText(value));
 }
 
-Json JsonOfAlteration(const LoadedImage& image) {
-  return image.alteration.empty() ? Json() : Json(image.alteration);
+Json JsonOfAlteration(const Picture& picture) {
+  return picture.alteration.empty() ? Json() : Json(picture.alteration);
 }
 
 Json JsonOf(FileKind kind) {

@@ -12,6 +12,7 @@
 #include "marovia/codec.h"
 
 #include "cli/console.h"
+#include "pictures/picture.h"
 
 namespace marovia::cli {
 
@@ -44,7 +45,7 @@ std::string SizeText(int rows, int cols);
 // With the digits of a float, not those of the double that it becomes.
 double JsonNumber(float value);
 // What reading changed of an image, or null.
-Json JsonOfAlteration(const LoadedImage& image);
+Json JsonOfAlteration(const Picture& picture);
 // Extension, method, coding, and whether it is lossless.
 Json JsonOf(FileKind kind);
 Json JsonOf(const std::vector<PassReport>& passes);

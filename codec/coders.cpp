@@ -136,11 +136,12 @@ const Coder& CoderOf(FileKind kind) {
 }
 
 const Coder* FindCoder(ScanMethod method, int version, EntropyCoding coding, bool lossless) {
-  const auto* const coder = std::ranges::find_if(kCoders, [&](const Coder& row) {
-    return row.method == method && row.version == version && row.coding == coding &&
-           row.lossless == lossless;
-  });
-  return coder == kCoders.end() ? nullptr : coder;
+  for (const Coder& row : kCoders) {
+    if (row.method == method && row.version == version && row.coding == coding &&
+        row.lossless == lossless)
+      return &row;
+  }
+  return nullptr;
 }
 
 std::unique_ptr<VisitingOrder> MakeOrder(OrderKind kind, const BandGrid& grid) {

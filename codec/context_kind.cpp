@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "codec/compression.h"
 #include "codec/psnr_search.h"
+#include "codec/tries.h"
 #include "context/context_codec.h"
 #include "format/file_header.h"
 #include "wavelet/catalogue.h"
@@ -125,7 +126,8 @@ ContextPicture Decoded(ByteView file, const PlaneListener& onPlane, int threads)
 CompressResult StartOfPsnr(const Image& image, Bytes file, const CompressOptions& options) {
   const auto psnrOf = [&](std::int64_t bytes) {
     const ByteView start = ByteView(file).first(static_cast<std::size_t>(bytes));
-    return PsnrOfPicture(image, Decoded(start, {}, options.threads).image);
+    return PsnrOfPicture(image,
+                         Decoded(start, TryListener<PlaneReport>(options), options.threads).image);
   };
   const auto bytes = LeastBytesForPsnr(*options.psnr, kHeaderBytes, std::ssize(file), psnrOf);
   if (!bytes) FailOutOfReach(*options.psnr, psnrOf(std::ssize(file)));
@@ -143,7 +145,10 @@ CompressResult CompressContext(const Image& image, const CompressOptions& option
                                WaveletKind wavelet) {
   if (options.lossless) CheckLossless(options);
   ContextOptions coding{.wavelet = wavelet, .levels = options.levels, .threads = options.threads};
-  if (options.psnr) return StartOfPsnr(image, EncodeContext(image, coding), options);
+  if (options.psnr) {
+    coding.onPlane = TryListener<PlaneReport>(options);
+    return StartOfPsnr(image, EncodeContext(image, coding), options);
+  }
   Passes passes(wavelet, options.onPass);
   coding.bytes = BytesOf(image, options);
   coding.region = options.region;

@@ -24,6 +24,14 @@ ByteView StreamOf(ByteView file, FileKind kind) {
   return file.subspan(std::min(file.size(), HeaderSize(CoderOf(kind).HasBudget())));
 }
 
+Grid<float> LowBandOf(const Grid<float>& level) {
+  Grid<float> low(level.Rows() / 2, level.Cols() / 2, Unfilled{});
+  for (int r = 0; r < low.Rows(); ++r) {
+    std::copy_n(level.Row(r).begin(), low.Cols(), low.Row(r).begin());
+  }
+  return low;
+}
+
 }  // namespace
 
 Decompression::Decompression(ByteView file, FileKind kind, std::int64_t maxPixels)
@@ -46,9 +54,10 @@ void Decompression::Reduce(int levels) {
   reduce_ = std::min(levels, info_.levels);
 }
 
+// One level stays where all are left out: the low band has no order of its own.
 BandGrid Decompression::KeptGrid() const {
-  const int levels = info_.levels - reduce_;
-  if (reduce_ == 0) return {info_.codedRows, info_.codedCols, levels};
+  if (reduce_ == 0) return {info_.codedRows, info_.codedCols, info_.levels};
+  const int levels = std::max(1, info_.levels - reduce_);
   return {info_.codedRows >> info_.levels << levels, info_.codedCols >> info_.levels << levels,
           levels};
 }
@@ -106,7 +115,8 @@ PassReport Decompression::ReadWith(Order& order, const std::type_identity_t<Orde
 
 Image Decompression::Invert() {
   const int levels = info_.levels - reduce_;
-  AddAverage(coefficients_, levels, info_.mean);
+  AddAverage(coefficients_, KeptGrid().levels, info_.mean);
+  if (levels < KeptGrid().levels) coefficients_ = LowBandOf(coefficients_);
   // Every level doubles the low band of the weighted wavelet, and the scale of the others.
   if (reduce_ > 0) {
     const float factor = std::ldexp(1.0F, -reduce_);

@@ -10,12 +10,13 @@
 #include "codec/decompression.h"
 #include "codec/one_run.h"
 #include "codec/psnr_search.h"
+#include "codec/tries.h"
 
 namespace marovia {
 namespace {
 
 CompressOptions Quiet(CompressOptions options) {
-  options.onPass = {};
+  options.onPass = TryListener<PassReport>(options);
   return options;
 }
 
@@ -26,29 +27,30 @@ void Replay(const CompressResult& result, const PassListener& onPass) {
 
 constexpr std::int64_t kAnyPixels = std::numeric_limits<std::int64_t>::max();
 
-double PsnrOf(const Image& image, Decompression& run) {
-  run.ReadPasses({});
+double PsnrOf(const Image& image, Decompression& run, const CompressOptions& quiet) {
+  run.ReadPasses(quiet.onPass);
   return PsnrOfPicture(image, run.Invert());
 }
 
-double PsnrOfFile(const Image& image, ByteView file, FileKind kind) {
-  Decompression run(file, kind, kAnyPixels);
-  return PsnrOf(image, run);
+double PsnrOfFile(const Image& image, ByteView file, const CompressOptions& quiet) {
+  Decompression run(file, quiet.kind, kAnyPixels);
+  return PsnrOf(image, run, quiet);
 }
 
 constexpr std::int64_t kLeastBytes = 16;  // what a header is charged
 
-// The least budget, in bits, at which a long file of the image decodes to `psnr` decibels or more;
-// none where all of it is not enough. Every budget is tried on that one file.
-std::optional<std::int32_t> BudgetInFile(const Image& image, ByteView file, FileKind kind,
-                                         double psnr) {
+// The least budget, in bits, at which a long file of the image decodes to the PSNR or more; none
+// where all of it is not enough. Every budget is tried on that one file.
+std::optional<std::int32_t> BudgetInFile(const Image& image, ByteView file,
+                                         const CompressOptions& quiet) {
   const auto psnrOf = [&](std::int64_t bytes) {
-    Decompression run(file, kind, kAnyPixels);
+    Decompression run(file, quiet.kind, kAnyPixels);
     run.SetBudget(8 * bytes);
-    return PsnrOf(image, run);
+    return PsnrOf(image, run, quiet);
   };
-  const std::int64_t all = *Inspect(file, kind, kAnyPixels).budget / 8;
-  const auto bytes = LeastBytesForPsnr(psnr, kLeastBytes, std::max(all, kLeastBytes + 1), psnrOf);
+  const std::int64_t all = *Inspect(file, quiet.kind, kAnyPixels).budget / 8;
+  const auto bytes =
+      LeastBytesForPsnr(*quiet.psnr, kLeastBytes, std::max(all, kLeastBytes + 1), psnrOf);
   if (!bytes) return std::nullopt;
   return static_cast<std::int32_t>(8 * *bytes);
 }
@@ -57,16 +59,27 @@ std::optional<std::int32_t> BudgetInFile(const Image& image, ByteView file, File
 // more than any image has use for.
 constexpr std::array kSearchedRates = {4.0, 32.0};
 
-std::int32_t BudgetForPsnr(const Image& image, const CompressOptions& options) {
+std::int32_t BudgetForPsnr(const Image& image, const CompressOptions& quiet) {
   double best = 0;
   for (const double rate : kSearchedRates) {
     const double bits = std::min<double>(rate * static_cast<double>(image.Size()), INT32_MAX);
-    const Bytes file = CompressOnce(image, options, static_cast<std::int32_t>(bits)).file;
-    const auto budget = BudgetInFile(image, file, options.kind, *options.psnr);
+    const Bytes file = CompressOnce(image, quiet, static_cast<std::int32_t>(bits)).file;
+    const auto budget = BudgetInFile(image, file, quiet);
     if (budget) return *budget;
-    best = PsnrOfFile(image, file, options.kind);
+    best = PsnrOfFile(image, file, quiet);
   }
-  FailOutOfReach(*options.psnr, best);
+  FailOutOfReach(*quiet.psnr, best);
+}
+
+// Two runs, at once where a second thread is to be had.
+std::pair<CompressResult, CompressResult> Both(const auto& one, const auto& other) {
+#ifdef __STDCPP_THREADS__
+  auto aside = std::async(std::launch::async | std::launch::deferred, other);
+  CompressResult result = one();
+  return {std::move(result), aside.get()};
+#else
+  return {one(), other()};
+#endif
 }
 
 }  // namespace
@@ -98,7 +111,7 @@ CompressResult CompressToPsnr(const Image& image, const CompressOptions& options
   const CompressOptions quiet = Quiet(options);
   for (std::int32_t bits = BudgetForPsnr(image, quiet);; bits += 8) {
     CompressResult result = CompressOnce(image, quiet, bits);
-    if (PsnrOfFile(image, result.file, options.kind) < *options.psnr) continue;
+    if (PsnrOfFile(image, result.file, quiet) < *options.psnr) continue;
     Replay(result, options.onPass);
     return result;
   }
@@ -111,11 +124,8 @@ CompressResult CompressToTheShorter(const Image& image, const CompressOptions& o
     quiet.bestWavelet = false;
     return Compress(image, quiet);
   };
-  // Where no thread is to be had it runs in this one.
-  auto other =
-      std::async(std::launch::async | std::launch::deferred, tried, WaveletKind::kInteger53);
-  CompressResult result = tried(WaveletKind::kInteger22);
-  CompressResult second = other.get();
+  auto [result, second] = Both([&] { return tried(WaveletKind::kInteger22); },
+                               [&] { return tried(WaveletKind::kInteger53); });
   if (second.file.size() < result.file.size()) result = std::move(second);
   Replay(result, options.onPass);
   return result;

@@ -50,8 +50,20 @@ constexpr std::array<BinaryState, kBinaryStateCount> MakeStates() {
   return states;
 }
 
+#ifdef __wasm__
+// Not constexpr, so that the table is made as the module starts: it would be a third of what is to
+// be downloaded.
+std::array<BinaryState, kBinaryStateCount> States() {
+  return MakeStates();
+}
+#else
+consteval std::array<BinaryState, kBinaryStateCount> States() {
+  return MakeStates();
+}
+#endif
+
 }  // namespace
 
-constinit const std::array<BinaryState, kBinaryStateCount> kBinaryStates = MakeStates();
+const std::array<BinaryState, kBinaryStateCount> kBinaryStates = States();
 
 }  // namespace marovia

@@ -1,7 +1,8 @@
 # Completion of marovia and marovia-window for bash. What can follow is asked of the program's own
 # --help, so that it is always that of the program in use.
 
-_marovia_images="pgm ppm pnm bmp dib"
+_marovia_images="png tif tiff jpg jpeg pgm ppm pbm pnm pam bmp dib"
+_marovia_written="pgm bmp png tiff tif"
 _marovia_packed="aw?"
 
 _marovia_commands() {
@@ -23,8 +24,7 @@ _marovia_extensions() {
   case $1,$2 in
     compress,0 | curve,0 | measure,* | difference,[01]) echo "$_marovia_images" ;;
     compress,* | truncate,* | info,* | decompress,0 | thumbnail,0) echo "$_marovia_packed" ;;
-    decompress,* | difference,*) echo "pgm bmp" ;;
-    thumbnail,*) echo png ;;
+    decompress,* | difference,* | thumbnail,*) echo "$_marovia_written" ;;
     curve,*) echo "svg tsv" ;;
   esac
 }
@@ -96,7 +96,7 @@ _marovia_window() {
     mapfile -t COMPREPLY < <(compgen -W "--pad --help --help-all --version" -- "$word")
   else
     compopt -o filenames -o default 2>/dev/null
-    mapfile -t COMPREPLY < <(_marovia_files "$word" "$_marovia_images $_marovia_packed")
+    mapfile -t COMPREPLY < <(_marovia_files "$word" "pgm bmp $_marovia_packed")
   fi
 }
 complete -F _marovia_window marovia-window

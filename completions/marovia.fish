@@ -49,16 +49,14 @@ function __marovia_files
 end
 
 function __marovia_next_file
-    set -l images pgm ppm pnm bmp dib
+    set -l images png tif tiff jpg jpeg pgm ppm pbm pnm pam bmp dib
     switch (__marovia_command),(__marovia_named)
         case compress,0 curve,0 'measure,*' difference,0 difference,1
             __marovia_files $images
         case 'compress,*' 'truncate,*' 'info,*' decompress,0 thumbnail,0
             __marovia_files 'aw.'
-        case 'decompress,*' 'difference,*'
-            __marovia_files pgm bmp
-        case 'thumbnail,*'
-            __marovia_files png
+        case 'decompress,*' 'difference,*' 'thumbnail,*'
+            __marovia_files pgm bmp png tiff tif
         case 'curve,*'
             __marovia_files svg tsv
         case 'help,*'
@@ -96,7 +94,7 @@ complete -c marovia -n 'test -n (__marovia_command); and string match -q -- "-*"
     -a '(__marovia_options)'
 complete -c marovia -n 'test -n (__marovia_command)' -a '(__marovia_values)'
 
-complete -c marovia-window -f -a '(__marovia_files pgm ppm pnm bmp dib aw.)'
+complete -c marovia-window -f -a '(__marovia_files pgm bmp aw.)'
 complete -c marovia-window -l pad -x -a 'auto never' -d 'Pad the sides'
 complete -c marovia-window -l help -d 'Print the options'
 complete -c marovia-window -l help-all -d 'Print all options'

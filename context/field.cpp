@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <new>
-#if __has_include(<sys/mman.h>)
+#ifdef __linux__
 #include <sys/mman.h>
 #endif
 

@@ -21,7 +21,7 @@ try:
 except ImportError:
     numpy = None
 
-AWF = 3  # adaptive, arithmetic coding: the best pictures at a given size
+AWH = 6  # context coding: the best pictures at a given size
 
 
 class Error(Structure):
@@ -94,7 +94,7 @@ def compress(library, samples, rows, cols, rate):
 def decompress(library, file):
     """The grey values, row by row: an array of the image's shape, or bytes."""
     picture, error = Picture(size=ctypes.sizeof(Picture)), Error()
-    check(library.marovia_decompress(file, len(file), AWF, None, byref(picture), byref(error)),
+    check(library.marovia_decompress(file, len(file), AWH, None, byref(picture), byref(error)),
           error)
     try:
         samples = ctypes.string_at(picture.samples, picture.rows * picture.cols)

@@ -2,6 +2,7 @@
 // OUT_FOLDER gives OUT_FOLDER/TARGET/NAME.
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include "marovia/codec.h"
@@ -30,6 +31,12 @@ int main(int, char** argv) {
     request.insert(request.end(), image.Samples().begin(), image.Samples().end());
     for (const char* target : {"round_trip", "encode_plainly"})
       write(target, std::to_string(k), request);
+  }
+  for (const auto& entry : fs::directory_iterator(fs::path(argv[1]) / "pictures")) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    Bytes picture{std::istreambuf_iterator<char>(file), {}};
+    picture.insert(picture.begin(), 0);
+    write("read_pictures", entry.path().filename(), picture);
   }
   fs::create_directories(out / "read_images");
   for (const auto& entry : fs::directory_iterator(fs::path(argv[1]) / "images")) {

@@ -8,6 +8,7 @@
 #include "fuzz/coding_request.h"
 #include "fuzz/input.h"
 #include "image/form_pgm.h"
+#include "pictures/picture.h"
 #include "tests/support/differences.h"
 #include "tests/support/plain_context.h"
 
@@ -84,8 +85,8 @@ void Cut(ByteView input) {
 
 void CheckWriters(const Image& image) {
   Promise(image.Size() <= static_cast<std::size_t>(kMostPixels), "The limit holds.");
-  Promise(ReadImage(WritePgm(image)).image == image, "A PGM written comes back.");
-  Promise(ReadImage(WriteBmp(image)).image == image, "A BMP written comes back.");
+  for (const PictureWriter& writer : PictureWriters())
+    Promise(ReadPicture(writer.write(image)).image == image, "A picture written comes back.");
   Promise(image.Rows() != image.Cols() || ReadFormPgm(WriteFormPgm(image)) == image,
           "A square PGM of the form comes back.");
 }
@@ -97,6 +98,13 @@ void ReadImages(ByteView input) {
     // Refused; the form may still read it.
   }
   CheckWriters(ReadFormPgm(input, kMostPixels));
+}
+
+// The first byte chooses the page.
+void ReadPictures(ByteView input) {
+  Input in(input);
+  const int page = 1 + in.Below(3);
+  CheckWriters(ReadPicture(in.Rest(), {kMostPixels, page}).image);
 }
 
 // A region leaves the rest of the image incomplete, and 9/7 rounds.
@@ -160,6 +168,7 @@ void OrRefuse(ByteView input) {
 constexpr std::array kTargets = {Target{"decode", OrRefuse<Decode>},
                                  Target{"cut", OrRefuse<Cut>},
                                  Target{"read_images", OrRefuse<ReadImages>},
+                                 Target{"read_pictures", OrRefuse<ReadPictures>},
                                  Target{"round_trip", OrRefuse<RoundTrip>},
                                  Target{"decode_plainly", OrRefuse<DecodePlainly>},
                                  Target{"encode_plainly", OrRefuse<EncodePlainly>}};

@@ -12,9 +12,9 @@
 
 namespace marovia {
 
-// Every header from 12 to 124 bytes, 1, 4, 8, 16, 24 and 32 bits a pixel, masks, run-length codes
-// and both row orders; transparency is dropped and told of. Components of fewer than 8 bits are
-// spread over 0 to 255. A pixel whose index its palette does not have is kMalformed.
+// Every header from 12 to 124 bytes, 1, 2, 4, 8, 16, 24 and 32 bits a pixel, masks, run-length
+// codes and both row orders; transparency is dropped and told of. Components of fewer than 8 bits
+// are spread over 0 to 255. A pixel whose index its palette does not have is kMalformed.
 LoadedImage ReadBmp(ByteView file, std::int64_t maxPixels);
 
 inline constexpr std::size_t kBmpFileHeaderBytes = 14;
@@ -37,7 +37,7 @@ struct BmpChannel {
 struct BmpHeader {
   Shape shape;
   bool bottomUp = true;
-  int bits = 0;  // a pixel: 1, 4, 8, 16, 24 or 32
+  int bits = 0;  // a pixel: 1, 2, 4, 8, 16, 24 or 32
   BmpCompression compression = BmpCompression::kNone;
   std::size_t pixelOffset = 0;           // from the start of the file, within it
   std::vector<Rgb> palette;              // with at most 8 bits; at most 2^bits colours
@@ -53,10 +53,10 @@ struct BmpHeader {
   }
 };
 
-// Reads the file header and the information header (12, 40, 52, 56, 108 or 124 bytes), the masks
-// and the palette. The sizes of the file and of the pixels that the headers give are not used: many
-// programs write them wrong. A palette longer than the depth allows is cut, one that reaches into
-// the pixels ends there.
+// Reads the file header and the information header (12, 40, 52, 56, 108 or 124 bytes; of OS/2 16 or
+// 64), the masks and the palette. The sizes of the file and of the pixels that the headers give are
+// not used: many programs write them wrong. A palette longer than the depth allows is cut, one that
+// reaches into the pixels ends there.
 BmpHeader ReadBmpHeader(ByteView file, std::int64_t maxPixels);
 
 }  // namespace marovia

@@ -17,6 +17,8 @@ constexpr std::size_t kMasksAt = kBmpFileHeaderBytes + kBmpInfoHeaderBytes;
 constexpr std::size_t kMasksBytes = 12;
 constexpr std::size_t kAlphaMaskAt = kMasksAt + kMasksBytes;
 constexpr std::size_t kInfoBytesWithAlpha = 56;
+constexpr std::size_t kShortOs2HeaderBytes = 16;
+constexpr std::size_t kOs2HeaderBytes = 64;
 
 std::uint32_t Field(ByteView file, std::size_t at, std::size_t bytes) {
   return LittleEndian(file.subspan(at, bytes));
@@ -31,24 +33,32 @@ void RequireHeader(ByteView file, std::size_t bytes) {
 std::size_t InfoHeaderBytes(ByteView file) {
   RequireHeader(file, kBmpFileHeaderBytes + 4);
   const std::uint32_t bytes = Field(file, kBmpFileHeaderBytes, 4);
-  constexpr std::array<std::uint32_t, 6> kRead = {12, 40, 52, 56, 108, 124};
+  constexpr std::array<std::uint32_t, 8> kRead = {12, 16, 40, 52, 56, 64, 108, 124};
   if (std::ranges::find(kRead, bytes) == kRead.end()) {
     Fail(Errc::kUnsupported, "The BMP has an information header of " + std::to_string(bytes) +
-                                 " bytes; 12, 40, 52, 56, 108 and 124 are read.");
+                                 " bytes; 12, 16, 40, 52, 56, 64, 108 and 124 are read.");
   }
   RequireHeader(file, kBmpFileHeaderBytes + bytes);
   return bytes;
 }
 
-void CheckDepth(int bits, std::uint32_t compression) {
-  if (compression > 3) {
-    Fail(Errc::kUnsupported,
-         "The BMP has compression " + std::to_string(compression) + "; 0 to 3 are read.");
+// The headers of OS/2, the second of them cut after the number of bits. From 3 on it numbers
+// compressions in its own way.
+bool IsOfOs2(std::size_t infoBytes) {
+  return infoBytes == kShortOs2HeaderBytes || infoBytes == kOs2HeaderBytes;
+}
+
+void CheckDepth(int bits, std::uint32_t compression, bool isOfOs2) {
+  const std::uint32_t last = isOfOs2 ? 2 : 3;
+  if (compression > last) {
+    Fail(Errc::kUnsupported, "The BMP has compression " + std::to_string(compression) +
+                                 (isOfOs2 ? " of OS/2" : "") + "; 0 to " + std::to_string(last) +
+                                 " are read.");
   }
-  constexpr std::array kRead = {1, 4, 8, 16, 24, 32};
+  constexpr std::array kRead = {1, 2, 4, 8, 16, 24, 32};
   if (std::ranges::find(kRead, bits) == kRead.end()) {
-    Fail(Errc::kUnsupported,
-         "The BMP has " + std::to_string(bits) + " bits a pixel; 1, 4, 8, 16, 24 and 32 are read.");
+    Fail(Errc::kUnsupported, "The BMP has " + std::to_string(bits) +
+                                 " bits a pixel; 1, 2, 4, 8, 16, 24 and 32 are read.");
   }
   const std::array<bool, 4> fits = {true, bits == 8, bits == 4, bits == 16 || bits == 32};
   if (!fits[compression]) {
@@ -69,10 +79,10 @@ Fields CoreFields(ByteView file) {
   return {Field(file, 18, 2), Field(file, 20, 2), static_cast<int>(Field(file, 24, 2)), 0, 0};
 }
 
-Fields InfoFields(ByteView file) {
+Fields InfoFields(ByteView file, bool isShort) {
   return {static_cast<std::int32_t>(Field(file, 18, 4)),
           static_cast<std::int32_t>(Field(file, 22, 4)), static_cast<int>(Field(file, 28, 2)),
-          Field(file, 30, 4), Field(file, 46, 4)};
+          isShort ? 0 : Field(file, 30, 4), isShort ? 0 : Field(file, 46, 4)};
 }
 
 std::size_t PixelOffset(ByteView file, std::size_t headers) {
@@ -124,8 +134,9 @@ std::array<BmpChannel, 3> Channels(ByteView file, const BmpHeader& header) {
 void FindAlpha(ByteView file, std::size_t infoBytes, BmpHeader& header) {
   const auto& [red, green, blue] = header.channels;
   const std::uint32_t ofPixel = std::numeric_limits<std::uint32_t>::max() >> (32 - header.bits);
-  const std::uint32_t told =
-      infoBytes >= kInfoBytesWithAlpha ? Field(file, kAlphaMaskAt, 4) & ofPixel : 0;
+  const std::uint32_t told = infoBytes >= kInfoBytesWithAlpha && !IsOfOs2(infoBytes)
+                                 ? Field(file, kAlphaMaskAt, 4) & ofPixel
+                                 : 0;
   header.alphaTold = told != 0;
   if (header.alphaTold) {
     header.alphaMask = told;
@@ -139,8 +150,9 @@ void FindAlpha(ByteView file, std::size_t infoBytes, BmpHeader& header) {
 BmpHeader ReadBmpHeader(ByteView file, std::int64_t maxPixels) {
   const std::size_t infoBytes = InfoHeaderBytes(file);
   const bool core = infoBytes == kBmpCoreHeaderBytes;
-  const Fields fields = core ? CoreFields(file) : InfoFields(file);
-  CheckDepth(fields.bits, fields.compression);
+  const Fields fields =
+      core ? CoreFields(file) : InfoFields(file, infoBytes == kShortOs2HeaderBytes);
+  CheckDepth(fields.bits, fields.compression, IsOfOs2(infoBytes));
 
   BmpHeader header;
   header.shape = CheckedShape(std::abs(fields.rows), fields.cols, maxPixels);

@@ -20,8 +20,9 @@ namespace {
 //   0 2 x y     x columns to the right and y rows on
 //   0 n ...     n (3 or more) indices as they are, padded to an even number of bytes
 //
-// Pixels that the code steps over have index 0; those past the end of a row are dropped. Error
-// kMalformed where it otherwise leaves the image, or ends before the last row does.
+// Pixels that the code steps over have index 0; those outside the image are dropped: some programs
+// code the padding of the rows as well, and others step over the edge. Error kMalformed where the
+// code ends before the last row does.
 class RunDecoder {
  public:
   RunDecoder(const BmpHeader& header, ByteView code)
@@ -69,10 +70,9 @@ class RunDecoder {
     code_ = code_.subspan(std::min(bytes.size() % 2, code_.size()));
   }
 
-  // byteAt(i) is the byte that holds the i-th index of a run or of literals. What goes past the end
-  // of the row is dropped: some programs code the padding of the row as well.
+  // byteAt(i) is the byte that holds the i-th index of a run or of literals.
   void Place(int count, auto byteAt) {
-    if (row_ == header_.shape.rows) FailOutside(row_, col_);
+    if (row_ == header_.shape.rows) return;
     const auto places =
         indices_.Row(header_.ImageRow(row_)).subspan(static_cast<std::size_t>(col_));
     const int placed = std::min(count, header_.shape.cols - col_);
@@ -84,11 +84,9 @@ class RunDecoder {
     col_ += placed;
   }
 
-  // To be behind the last column or row is no error as long as nothing is placed there.
   void MoveTo(int row, int col) {
-    if (row > header_.shape.rows || col > header_.shape.cols) FailOutside(row, col);
-    row_ = row;
-    col_ = col;
+    row_ = std::min(row, header_.shape.rows);
+    col_ = std::min(col, header_.shape.cols);
   }
 
   ByteView Take(std::size_t count) {
@@ -107,11 +105,6 @@ class RunDecoder {
   }
 
   [[nodiscard]] bool Nibbles() const { return header_.compression == BmpCompression::kRle4; }
-
-  [[noreturn]] static void FailOutside(int row, int col) {
-    Fail(Errc::kMalformed, "The run-length code of the BMP goes to row " + std::to_string(row) +
-                               ", column " + std::to_string(col) + ", outside the image.");
-  }
 
   const BmpHeader& header_;
   ByteView code_;
@@ -148,22 +141,11 @@ class PackedRows {
   std::size_t stride_;
 };
 
-// The indices of a byte lie from its high bits to its low ones.
-void UnpackRow(ByteView packed, std::size_t bits, std::span<std::uint8_t> indices) {
-  const std::size_t perByte = 8 / bits;
-  const unsigned mask = (1U << bits) - 1;
-  for (std::size_t col = 0; col < indices.size(); ++col) {
-    const std::size_t shift = 8 - bits * (col % perByte + 1);
-    indices[col] = static_cast<std::uint8_t>(packed[col / perByte] >> shift & mask);
-  }
-}
-
 Image UnpackIndices(const BmpHeader& header, ByteView pixels) {
   const PackedRows rows(header, pixels);
   Image indices(header.shape.rows, header.shape.cols);
   for (int row = 0; row < header.shape.rows; ++row) {
-    UnpackRow(rows.Row(row), static_cast<std::size_t>(header.bits),
-              indices.Row(header.ImageRow(row)));
+    UnpackSamples(rows.Row(row), header.bits, indices.Row(header.ImageRow(row)));
   }
   return indices;
 }

@@ -22,14 +22,17 @@ struct Row {
 };
 
 constexpr std::array kRows = {
-    Row{"a PNG image", "\x89PNG\r\n\x1a\n"sv},
-    Row{"a JPEG image", "\xff\xd8\xff"sv},
+    Row{kPng, "\x89PNG\r\n\x1a\n"sv},
+    Row{kJpeg, "\xff\xd8\xff"sv},
     Row{"a GIF image", "GIF87a"sv},
     Row{"a GIF image", "GIF89a"sv},
-    Row{"a TIFF image", "II*\0"sv},
-    Row{"a TIFF image", "MM\0*"sv},
-    Row{"a TIFF image", "II+\0"sv},
-    Row{"a TIFF image", "MM\0+"sv},
+    Row{kTiff, "II*\0"sv},
+    Row{kTiff, "MM\0*"sv},
+    Row{kTiff, "II+\0"sv},
+    Row{kTiff, "MM\0+"sv},
+    Row{"a PFM image, with floating-point samples", "PF\n"sv},
+    Row{"a PFM image, with floating-point samples", "Pf\n"sv},
+    Row{"a thumbnail of XV", "P7 332"sv},
     Row{"a WebP image", "RIFF????WEBP"sv},
     Row{"an AVIF image", "????ftypavi"sv},
     Row{"a HEIF image", "????ftyphe"sv},
@@ -67,12 +70,14 @@ bool Begins(ByteView file, std::string_view bytes) {
                     [&](char wanted, std::uint8_t byte) { return matches(byte, wanted); });
 }
 
-// P, the digit of the form, and the white space and the number or the comment behind it.
+// P, the digit of the form, and the white space and the number or the comment behind it; behind P7
+// the line ends.
 bool IsNetpbm(ByteView file) {
   if (file.size() < 4 || file[0] != 'P' || file[1] < '1' || file[1] > '7') return false;
+  if (file[1] == '7') return file[2] == '\n';
   const bool isBlank = file[2] == ' ' || (file[2] >= '\t' && file[2] <= '\r');
   const bool isDigit = file[3] >= '0' && file[3] <= '9';
-  return isBlank && (isDigit || file[3] == '#' || file[1] == '7');
+  return isBlank && (isDigit || file[3] == '#');
 }
 
 // BM, two reserved numbers that are 0, and a small size of the header that follows.
@@ -82,29 +87,34 @@ bool IsBmp(ByteView file) {
          std::ranges::all_of(file.subspan(15, 3), [](std::uint8_t byte) { return byte == 0; });
 }
 
-constexpr const char* kWhatIsRead = "PGM, PPM and BMP are read";
-
 }  // namespace
 
 Signature SignatureOf(ByteView file) {
   if (IsNetpbm(file)) return {"a Netpbm image", 4, true};
   if (IsBmp(file)) return {"a BMP image", 9, true};
-  const auto* const row =
-      std::ranges::find_if(kRows, [&](const Row& one) { return Begins(file, one.bytes); });
-  if (row == kRows.end()) return {};
-  return {row->name, row->bytes.size(), false};
+  for (const Row& row : kRows) {
+    if (Begins(file, row.bytes)) return {row.name, row.bytes.size(), false};
+  }
+  return {};
+}
+
+void RefuseFormat(ByteView file, const std::string& whatIsRead) {
+  if (file.empty()) Fail(Errc::kMalformed, "The file is empty.");
+  const Signature signature = SignatureOf(file);
+  if (!signature.IsKnown())
+    Fail(Errc::kMalformed, "The file is no image that is known here; " + whatIsRead + " are read.");
+  Fail(Errc::kUnsupported,
+       "The file is " + std::string(signature.name) + "; " + whatIsRead + " are read.");
+}
+
+bool IsReadHere(ByteView file) {
+  const Signature signature = SignatureOf(file);
+  return signature.IsKnown() ? signature.isRead : Begins(file, "P"sv) || Begins(file, "BM"sv);
 }
 
 LoadedImage ReadImage(ByteView file, std::int64_t maxPixels) {
-  if (file.empty()) Fail(Errc::kMalformed, "The file is empty.");
-  const Signature signature = SignatureOf(file);
-  if (signature.IsKnown() && !signature.isRead)
-    Fail(Errc::kUnsupported,
-         "The file is " + std::string(signature.name) + "; " + kWhatIsRead + ".");
-  if (file[0] == 'P') return ReadPnm(file, maxPixels);
-  if (file[0] == 'B' && file.size() > 1 && file[1] == 'M') return ReadBmp(file, maxPixels);
-  Fail(Errc::kMalformed,
-       std::string("The file is no image that is known here; ") + kWhatIsRead + ".");
+  if (!IsReadHere(file)) RefuseFormat(file, kReadFormats);
+  return file[0] == 'P' ? ReadPnm(file, maxPixels) : ReadBmp(file, maxPixels);
 }
 
 Bytes WritePgm(const Image& image) {

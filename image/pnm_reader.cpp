@@ -2,11 +2,13 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "marovia/error.h"
 #include "marovia/image.h"
 
 #include "image/formats.h"
+#include "image/netpbm.h"
 #include "image/raster.h"
 
 namespace marovia {
@@ -21,6 +23,9 @@ class PnmTokens {
   // The next number, taken together with the one white space behind it. Error kMalformed where
   // something else stands there, or a number above 10^15.
   std::int64_t Number();
+
+  // The next digit, 0 or 1; white space may stand before it.
+  std::int64_t Bit();
 
   [[nodiscard]] ByteView Rest() const { return bytes_.subspan(at_); }
 
@@ -63,6 +68,13 @@ std::int64_t PnmTokens::Number() {
   return number;
 }
 
+std::int64_t PnmTokens::Bit() {
+  int byte = Next();
+  while (IsBlank(byte)) byte = Next();
+  if (byte != '0' && byte != '1') FailAt(byte);
+  return byte - '0';
+}
+
 // The next byte, kEnd behind the last one; a comment reads as the byte that ends it.
 int PnmTokens::Next() {
   bool comment = false;
@@ -83,45 +95,27 @@ void PnmTokens::FailAt(int byte) {
 struct Form {
   bool plain = false;
   bool colour = false;
-};
-
-struct Header {
-  Form form;
-  Shape shape;
-  std::uint32_t maximum = 0;
-
-  [[nodiscard]] std::int64_t Samples() const { return shape.Pixels() * (form.colour ? 3 : 1); }
+  bool bits = false;
 };
 
 Form FormOf(ByteView file) {
   const char digit = file.size() < 2 ? ' ' : static_cast<char>(file[1]);
   switch (digit) {
+    case '1':
+      return {.plain = true, .bits = true};
     case '2':
-      return {.plain = true, .colour = false};
+      return {.plain = true};
     case '3':
       return {.plain = true, .colour = true};
-    case '5':
-      return {.plain = false, .colour = false};
-    case '6':
-      return {.plain = false, .colour = true};
-    case '1':
     case '4':
-    case '7':
-    case 'F':
-    case 'f':
-      Fail(Errc::kUnsupported, std::string("The file is of the Netpbm format P") + digit +
-                                   "; P2, P3, P5 and P6 are read.");
+      return {.bits = true};
+    case '5':
+      return {};
+    case '6':
+      return {.colour = true};
     default:
       Fail(Errc::kMalformed, "The file begins with P, but not as a Netpbm file does.");
   }
-}
-
-std::uint32_t CheckedMaximum(std::int64_t maximum) {
-  if (maximum < 1 || maximum > 65535) {
-    Fail(Errc::kMalformed, "The file has a maximum value of " + std::to_string(maximum) +
-                               "; 1 to 65535 are allowed.");
-  }
-  return static_cast<std::uint32_t>(maximum);
 }
 
 std::uint32_t CheckedSample(std::int64_t sample, std::uint32_t maximum) {
@@ -132,40 +126,61 @@ std::uint32_t CheckedSample(std::int64_t sample, std::uint32_t maximum) {
   return static_cast<std::uint32_t>(sample);
 }
 
-Header TakeHeader(PnmTokens& tokens, Form form, std::int64_t maxPixels) {
+NetpbmHeader TakeHeader(PnmTokens& tokens, Form form, std::int64_t maxPixels) {
   const std::int64_t cols = tokens.Number();
   const std::int64_t rows = tokens.Number();
-  return {form, CheckedShape(rows, cols, maxPixels), CheckedMaximum(tokens.Number())};
+  NetpbmHeader header{CheckedShape(rows, cols, maxPixels)};
+  header.channels = form.colour ? 3 : 1;
+  header.colour = form.colour;
+  header.bits = form.bits;
+  if (!form.bits) header.maximum = CheckedNetpbmMaximum(tokens.Number());
+  return header;
 }
 
 // `next` gives the samples of the file one by one.
-LoadedImage Convert(const Header& header, auto next) {
+LoadedImage Convert(const NetpbmHeader& header, auto next) {
   const auto sample = [&] { return CheckedSample(next(), header.maximum); };
   LoadedImage loaded{Image(header.shape.rows, header.shape.cols), ImageFormat::kPgm, {}};
   bool coloured = false;
+  bool transparent = false;
   for (std::uint8_t& grey : loaded.image.Samples()) {
-    if (header.form.colour) {
+    if (header.colour) {
       const Rgb pixel{sample(), sample(), sample()};
       coloured = coloured || !pixel.IsGrey();
       grey = LumaAsByte(pixel, header.maximum);
     } else {
       grey = ScaledToByte(sample(), header.maximum);
     }
+    if (header.transparency && sample() < header.maximum) transparent = true;
   }
-  loaded.alteration = Alteration(coloured, header.maximum);
+  loaded.alteration = Alteration(coloured, header.bits ? 255 : header.maximum, transparent);
   return loaded;
 }
 
-LoadedImage ReadPlain(const Header& header, PnmTokens& tokens) {
-  // A digit each, and a white space between any two.
-  RequireSamples(header.shape, tokens.Rest().size(), 2 * header.Samples() - 1);
+LoadedImage ReadPlain(const NetpbmHeader& header, PnmTokens& tokens) {
+  // A digit each, and but for bits a white space between any two.
+  RequireSamples(header.shape, tokens.Rest().size(),
+                 header.bits ? header.Samples() : 2 * header.Samples() - 1);
+  if (header.bits) return Convert(header, [&] { return 1 - tokens.Bit(); });
   return Convert(header, [&] { return tokens.Number(); });
 }
 
-LoadedImage ReadBinary(const Header& header, ByteView samples) {
+LoadedImage ReadBits(const NetpbmHeader& header, ByteView samples) {
+  const auto [rows, cols] = header.shape;
+  const std::int64_t rowBytes = (std::int64_t{cols} + 7) / 8;
+  RequireSamples(header.shape, samples.size(), rowBytes * rows);
+  Image image(rows, cols);
+  for (int row = 0; row < rows; ++row) {
+    UnpackSamples(samples.subspan(static_cast<std::size_t>(row * rowBytes)), 1, image.Row(row));
+  }
+  for (std::uint8_t& sample : image.Samples()) sample = sample == 0 ? 255 : 0;
+  return {std::move(image), ImageFormat::kPgm, {}};
+}
+
+LoadedImage ReadBinary(const NetpbmHeader& header, ByteView samples) {
   const bool wide = header.maximum > 255;
   RequireSamples(header.shape, samples.size(), header.Samples() * (wide ? 2 : 1));
-  if (!header.form.colour && header.maximum == 255) {
+  if (header.channels == 1 && header.maximum == 255) {
     return {RasterImage(samples, header.shape), ImageFormat::kPgm, {}};
   }
   std::size_t at = 0;
@@ -179,11 +194,24 @@ LoadedImage ReadBinary(const Header& header, ByteView samples) {
 
 }  // namespace
 
+std::uint32_t CheckedNetpbmMaximum(std::int64_t maximum) {
+  if (maximum < 1 || maximum > 65535) {
+    Fail(Errc::kMalformed, "The file has a maximum value of " + std::to_string(maximum) +
+                               "; 1 to 65535 are allowed.");
+  }
+  return static_cast<std::uint32_t>(maximum);
+}
+
 LoadedImage ReadPnm(ByteView file, std::int64_t maxPixels) {
+  if (file.size() > 1 && file[1] == '7') {
+    const PamStart start = ReadPamStart(file, maxPixels);
+    return ReadBinary(start.header, start.samples);
+  }
   const Form form = FormOf(file);
   PnmTokens tokens(file.subspan(2));
-  const Header header = TakeHeader(tokens, form, maxPixels);
-  return form.plain ? ReadPlain(header, tokens) : ReadBinary(header, tokens.Rest());
+  const NetpbmHeader header = TakeHeader(tokens, form, maxPixels);
+  if (form.plain) return ReadPlain(header, tokens);
+  return form.bits ? ReadBits(header, tokens.Rest()) : ReadBinary(header, tokens.Rest());
 }
 
 }  // namespace marovia

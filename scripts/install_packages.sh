@@ -6,15 +6,15 @@
 # A system that has them all is left alone: no root rights, no network.
 set -euo pipefail
 
-build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev qt6-base-dev
-  fonts-dejavu-core)
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev
+  libpng-dev libtiff-dev libjpeg62-turbo-dev fonts-dejavu-core)
 test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
-  locales valgrind parallel appstream pkg-config python3 mandoc zsh fish)
+  locales valgrind parallel appstream pkg-config python3 mandoc zsh fish file)
 check_packages=(clang-format clang-tidy cppcheck)
 package_packages=(dpkg-dev file lintian debootstrap)
 # The peers are measured where they are installed.
 bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev
-  libjxl-dev libopenjp2-tools)
+  libjxl-dev)
 fuzz_packages=(clang)
 # Other processors: compilers for them, an emulator, and the test library to build for them.
 cross_packages=(g++-aarch64-linux-gnu g++-s390x-linux-gnu qemu-user googletest)

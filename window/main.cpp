@@ -3,6 +3,7 @@
 #include "marovia/version.h"
 
 #include "window/main_window.h"
+#include "window/studio.h"
 
 namespace {
 
@@ -24,6 +25,12 @@ int Run(bool padToFit, const std::vector<std::filesystem::path>& files) {
   return QApplication::exec();
 }
 
+int RunStudio(const QStringList& files) {
+  marovia::ShowStudio();
+  if (!files.empty()) marovia::OpenInStudio(QFileInfo(files.front()).absoluteFilePath());
+  return QApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -40,11 +47,13 @@ int main(int argc, char** argv) {
   parser.addVersionOption();
   parser.addOption({"pad", "Pad sides to what the transform needs: auto (the default) or never.",
                     "when", "auto"});
+  parser.addOption({"studio", "Open the studio, with the first file, in place of the form."});
   parser.addPositionalArgument("file", "Images to load (pgm, bmp), compressed files to decompress.",
                                "[file...]");
   parser.process(app);
   const QString pad = parser.value("pad");
   if (pad != "auto" && pad != "never") return Fail("--pad is auto or never", 2);
+  if (parser.isSet("studio")) return RunStudio(parser.positionalArguments());
   std::vector<std::filesystem::path> files;
   for (const QString& file : parser.positionalArguments())
     files.push_back(QFileInfo(file).filesystemAbsoluteFilePath());

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "window/settle.h"
+#include "window/studio.h"
 #include "window/tool_window.h"
 
 namespace marovia {
@@ -76,7 +77,9 @@ class FormWindow : public MainWindow, private Desktop {
   }
   void Repaint(const Control& control) override { binds_.Repaint(control); }
   void SetFocus(const Control& control) override { binds_.SetFocus(control); }
-  void ShowViewer(const Comparison& images) override { marovia::ShowViewer(images, this); }
+  void Work(const std::function<void()>& work) override { WorkBeside(work); }
+  void Tell(const std::function<void()>& news) override { TellThread(*this, news); }
+  void ShowStudio(const StudioRequest& request) override { OpenInStudio(request); }
   void ShowHelp(const std::filesystem::path& file, int) override { ShowHelpWindow(file, this); }
   [[nodiscard]] std::filesystem::path ProgramFolder() const override {
     return FolderOfProgramFiles(QApplication::applicationDirPath().toStdString());
@@ -118,7 +121,7 @@ class FormWindow : public MainWindow, private Desktop {
             Row({option(form_.OpDisplayImage), option(form_.OpDisplayTransform), Room()}),
             Caption("ReconstructionCaption", &frmMain::ReconstructionCaption),
             MakePicture(binds_, form_.GraphBoxRec),
-            Row({Room(), binds_.New<QPushButton>(form_.cmdViewer)})});
+            Row({Room(), binds_.New<QPushButton>(form_.cmdStudio)})});
   }
 
   QWidget* ReportBox() {

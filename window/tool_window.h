@@ -3,13 +3,10 @@
 
 #include <filesystem>
 
-#include "app/viewing.h"
 #include "window/make.h"
 
 namespace marovia {
 
-// The images at full resolution beside their difference.
-void ShowViewer(const Comparison& images, QWidget* parent);
 // The help page from its top, with a line to search it, back and forward.
 void ShowHelpWindow(const std::filesystem::path& file, QWidget* parent);
 

@@ -31,6 +31,7 @@ constexpr float kMostShare = 0.99F;
 struct CompressArguments {
   CommonOptions common;
   FileArguments files;
+  int page = 1;
   std::optional<std::string> method;
   std::optional<std::string> coding;
   std::optional<WaveletKind> wavelet;
@@ -59,7 +60,8 @@ void CheckWavelet(const CompressArguments& arguments) {
 
 void CheckPad(const CompressArguments& arguments, FileKind kind) {
   if (kind == FileKind::kAwh && !arguments.pad)
-    Fail(Errc::kInvalidArgument, "--pad never is not for .awh files, which always pad");
+    Fail(Errc::kInvalidArgument,
+         "--pad never is not for .awh files, which always pad; --method aswdr takes it");
 }
 
 void TakeWavelet(const std::string& text, CompressArguments& arguments) {
@@ -78,13 +80,10 @@ bool MakesLossy(const CompressArguments& arguments, FileKind kind) {
 // contradicts is left to OutputName, which refuses it.
 CompressArguments WithKindOf(const std::string& output, CompressArguments arguments) {
   const auto kind = KindNamed(output);
-  if (!kind || (arguments.lossless && *kind != FileKind::kAwh)) return arguments;
-  if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) {
-    arguments.lossless = true;
-  } else {
-    arguments.method = arguments.method.value_or(MethodOf(*kind));
-    arguments.coding = arguments.coding.value_or(CodingOf(*kind));
-  }
+  if (!kind || (arguments.lossless && !CanBeLossless(*kind))) return arguments;
+  if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) arguments.lossless = true;
+  arguments.method = arguments.method.value_or(MethodOf(*kind));
+  arguments.coding = arguments.coding.value_or(CodingOf(*kind));
   return arguments;
 }
 
@@ -140,7 +139,7 @@ void AddNameOption(CLI::App& command, const std::string& option,
 
 void AddCodingOptions(CLI::App& command, CompressArguments& arguments) {
   AddNameOption(command, "--method", MethodNames(), arguments.method,
-                "How positions are coded (by OUT, else aswdr)");
+                "How positions are coded (by OUT, else context)");
   AddNameOption(command, "--coding", CodingNames(), arguments.coding,
                 "How symbols are written (by OUT, else arithmetic)");
   AddParsedOption(
@@ -193,9 +192,8 @@ void AddSizeOptions(CLI::App& command, CompressArguments& arguments) {
       ->group("Size");
 }
 
-LoadedImage ReadSource(const CompressArguments& arguments, const std::string& input,
-                       Console& console) {
-  LoadedImage loaded = LoadImage(input, arguments.common.maxPixels, console);
+Picture ReadSource(const CompressArguments& arguments, const std::string& input, Console& console) {
+  Picture loaded = LoadImage(input, {arguments.common.maxPixels, arguments.page}, console);
   if (!loaded.alteration.empty()) {
     if (arguments.lossless && !arguments.convert)
       Fail(Errc::kUnsupported, "not lossless: " + loaded.alteration + " (--convert accepts that)");
@@ -235,8 +233,8 @@ double BitsPerPixel(const Image& image, const Bytes& file) {
   return 8.0 * static_cast<double>(file.size()) / static_cast<double>(image.Size());
 }
 
-void ReportResult(const CompressArguments& arguments, const FileTask& task,
-                  const LoadedImage& source, const CompressResult& result, Console& console) {
+void ReportResult(const CompressArguments& arguments, const FileTask& task, const Picture& source,
+                  const CompressResult& result, Console& console) {
   const Image& image = source.image;
   const double rate = BitsPerPixel(image, result.file);
   console.Tell("Compressed file: " + task.output + "\n" + std::to_string(result.file.size()) +
@@ -271,7 +269,7 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
   const OutputFile output(task.output, arguments.files.force);
   CheckJsonHasRoom(arguments.common, output);
 
-  const LoadedImage source = ReadSource(arguments, task.input, console);
+  const Picture source = ReadSource(arguments, task.input, console);
   const Image& image = source.image;
   if (arguments.ratio) options.bytes = BytesAt(*arguments.ratio, image);
   options.onPass = [&](const PassReport& report) {
@@ -313,20 +311,20 @@ ExitStatus RunCompress(const CompressArguments& arguments, Console& console) {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia compress photo.pgm photo.awf  0.5 bits per pixel\n"
+    "  marovia compress photo.pgm photo.awh  0.5 bits per pixel\n"
     "  marovia compress photo.bmp photo --bytes 20000  at most 20000 bytes\n"
     "  marovia compress photo.bmp photo --psnr 40  as good as that, and no more\n"
-    "  marovia compress scan.pgm scan.awg  every pixel as it was\n"
-    "  marovia compress photo.pgm face.awf --region 80,200,210,310  most bits for one part\n"
+    "  marovia compress scan.pgm scan.awh --lossless  every pixel as it was\n"
+    "  marovia compress photo.pgm face.awh --region 80,200,210,310  most bits for one part\n"
     "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n";
 
 constexpr const char* kKindsNote =
-    "WDR with raw bits is the simplest to decode, ASWDR with arithmetic coding gives the\n"
-    "best pictures at a given size, and its second version nearly the same with raw bits.\n"
-    "Context coding is better still, and any start of such a file is a file.\n"
+    "Context coding gives the best pictures at a given size, and any start of such a file\n"
+    "is a file. Of the others ASWDR with arithmetic coding is the best, its second version\n"
+    "nearly as good with raw bits, and WDR with raw bits the simplest to decode.\n"
     "\n"
     "IN and OUT may be - for standard input and output; what is written is then\n"
-    "an .awf unless options say otherwise.\n";
+    "an .awh unless options say otherwise.\n";
 
 std::string FooterText() {
   std::string text = std::string(kExamples) +
@@ -354,7 +352,8 @@ void AddCompress(CLI::App& tool, Action& action) {
   CLI::App& command = AddCommand(tool, "compress", "Compress an image");
   AddCodingOptions(command, *arguments);
   AddSizeOptions(command, *arguments);
-  AddFileArguments(command, arguments->files, "The image: PGM, PPM or BMP", "The compressed file");
+  AddFileArguments(command, arguments->files, ReadFormatsText("The image"), "The compressed file");
+  AddPageOption(command, arguments->page);
   AddSafetyOptions(command, *arguments);
   command.footer(FooterText());
   SetAction<CompressArguments>(command, action, arguments, &RunCompress);

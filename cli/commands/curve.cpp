@@ -1,14 +1,12 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "marovia/codec.h"
 #include "marovia/error.h"
-#include "marovia/measures.h"
 
 #include "base/number_text.h"
 #include "chart/line_chart.h"
@@ -102,21 +100,14 @@ Curve DrawnCurve(const RateCurve& curve) {
   return drawn;
 }
 
-// Compresses the image at the highest of the rates and decodes that file at each.
-RateCurve MeasureCurve(const Image& image, FileKind kind, WaveletKind wavelet,
-                       const std::vector<double>& rates) {
-  CompressOptions compress;
-  compress.kind = kind;
-  compress.wavelet = wavelet;
-  compress.rate = *std::ranges::max_element(rates);
-  const Bytes file = Compress(image, compress).file;
-  DecompressOptions decompress;
-  decompress.maxPixels = std::numeric_limits<std::int64_t>::max();
+RateCurve CurveOf(const Image& image, FileKind kind, WaveletKind wavelet,
+                  const std::vector<double>& rates) {
+  CompressOptions options;
+  options.kind = kind;
+  options.wavelet = wavelet;
+  const auto psnrs = MeasureCurve(image, options, rates);
   RateCurve curve{kind, wavelet, {}};
-  for (const double rate : rates) {
-    decompress.rate = rate;
-    curve.points.push_back({rate, Measure(image, Decompress(file, kind, decompress).image).psnr});
-  }
+  for (std::size_t i = 0; i < rates.size(); ++i) curve.points.push_back({rates[i], psnrs[i]});
   return curve;
 }
 
@@ -143,7 +134,7 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  marovia curve photo.pgm  a table on standard output\n"
     "  marovia curve photo.pgm curve.svg curve.tsv  a picture, and the table\n"
-    "  marovia curve photo.pgm c.svg --coders awf --wavelets 9/7,5/3 --rates 0.1:4\n"
+    "  marovia curve photo.pgm c.svg --coders awh --wavelets 9/7,5/3 --rates 0.1:4\n"
     "\n"
     "Draws how the PSNR grows with the bits per pixel. The image is compressed once for\n"
     "each coder and wavelet; every lower rate is a start of that file. OUT ends in .svg\n"
@@ -153,6 +144,7 @@ constexpr const char* kDefaultRates = "0.05:2";
 
 struct CurveArguments {
   CommonOptions common;
+  int page = 1;
   std::string input;
   std::vector<std::string> outputs;
   bool force = false;
@@ -187,7 +179,7 @@ std::vector<RateCurve> Measured(const CurveArguments& arguments, const Image& im
     for (const FileKind kind : arguments.coders) {
       console.Tell("Measuring " + std::string(Extension(kind)) + " with " +
                    std::string(NameOf(wavelet)) + "\n");
-      curves.push_back(MeasureCurve(image, kind, wavelet, arguments.rates));
+      curves.push_back(CurveOf(image, kind, wavelet, arguments.rates));
     }
   }
   return curves;
@@ -201,7 +193,7 @@ Json JsonOf(const RateCurve& curve) {
   return {{"kind", Extension(curve.kind)}, {"wavelet", NameOf(curve.wavelet)}, {"points", points}};
 }
 
-Json JsonOf(const CurveArguments& arguments, const LoadedImage& source,
+Json JsonOf(const CurveArguments& arguments, const Picture& source,
             const std::vector<RateCurve>& curves) {
   Json list = Json::array();
   for (const RateCurve& curve : curves) list.push_back(JsonOf(curve));
@@ -215,7 +207,8 @@ Json JsonOf(const CurveArguments& arguments, const LoadedImage& source,
 
 ExitStatus RunCurve(const CurveArguments& arguments, Console& console) {
   const std::vector<Target> targets = TargetsOf(arguments, console);
-  const LoadedImage source = ReadImageFile(arguments.input, arguments.common.maxPixels, console);
+  const Picture source =
+      ReadImageFile(arguments.input, {arguments.common.maxPixels, arguments.page}, console);
   const Image& image = source.image;
   const std::vector<RateCurve> curves = Measured(arguments, image, console);
   const std::string title = std::filesystem::path(arguments.input).filename().string() + ", " +
@@ -252,10 +245,11 @@ void AddCurveOptions(CLI::App& command, CurveArguments& arguments) {
 void AddCurve(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<CurveArguments>();
   CLI::App& command = AddCommand(tool, "curve", "Draw how the quality of an image grows");
-  AddFile(command, "IN", arguments->input, "The image: PGM, PPM or BMP");
+  AddFile(command, "IN", arguments->input, ReadFormatsText("The image"));
   command.add_option("OUT", arguments->outputs, "A picture (.svg) or a table (.tsv)")
       ->group("Files");
   AddCurveOptions(command, *arguments);
+  AddPageOption(command, arguments->page);
   AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
   command.footer(kExamples);

@@ -17,16 +17,16 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia decompress photo.awf photo.pgm  all that the file holds\n"
-    "  marovia decompress photo.awf small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
-    "  marovia decompress photo.awf quarter.pgm --reduce 2  sides a quarter as long\n"
-    "  marovia decompress - - --format awf,pgm <photo.awf  from pipe to pipe\n"
-    "  marovia decompress *.awf --output-dir pictures -j 4  four files at a time\n"
+    "  marovia decompress photo.awh photo.pgm  all that the file holds\n"
+    "  marovia decompress photo.awh small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
+    "  marovia decompress photo.awh quarter.pgm --reduce 2  sides a quarter as long\n"
+    "  marovia decompress - - <photo.awh  from pipe to pipe\n"
+    "  marovia decompress *.awh --output-dir pictures -j 4  four files at a time\n"
     "\n"
     "A file cut short gives the picture that is left of it, and exit status 3. Any start\n"
     "of an .awh file is a file; it is known by its first bytes, whatever its name.\n"
     "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
-    "--format says bmp.\n";
+    "--format says what else, and what IN is it must say of any file but an .awh.\n";
 
 struct DecompressArguments {
   CommonOptions common;
@@ -63,10 +63,10 @@ int ParseReduce(const std::string& text) {
 }
 
 void ReportResult(const DecompressArguments& arguments, const FileTask& task,
-                  const DecompressResult& result, ImageFormat format, Console& console) {
+                  const DecompressResult& result, const PictureWriter& writer, Console& console) {
   console.Tell("Image decompressed.\n");
   if (!arguments.common.json) return;
-  Json json = {{"input", task.input}, {"output", task.output}, {"format", NameOf(format)}};
+  Json json = {{"input", task.input}, {"output", task.output}, {"format", writer.extension}};
   json.update(JsonOf(result.info));
   json["rateHeld"] = result.rateHeld;
   json["truncated"] = result.truncated;
@@ -99,14 +99,14 @@ DecompressResult Decode(const DecompressArguments& arguments, const std::string&
 ExitStatus DecompressFile(const DecompressArguments& arguments, const FileTask& task,
                           Console& console) {
   console.SetOutput(task.output);
-  const ImageFormat format = OutputFormat(task.output, arguments.formats.image);
+  const PictureWriter& writer = WriterFor(task.output, arguments.formats.image);
   const OutputFile output(task.output, arguments.files.force);
   CheckJsonHasRoom(arguments.common, output);
 
   const DecompressResult result = Decode(arguments, task.input, console);
   console.SetOutput(task.output);
-  output.Put(format == ImageFormat::kPgm ? WritePgm(result.image) : WriteBmp(result.image));
-  ReportResult(arguments, task, result, format, console);
+  output.Put(writer.write(result.image));
+  ReportResult(arguments, task, result, writer, console);
   if (!result.truncated) return ExitStatus::kDone;
   console.SetInput(task.input);
   console.Complain("cut short: decoded from the " + std::to_string(result.info.bitsPresent) +
@@ -120,8 +120,9 @@ ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console)
     return DecompressFile(arguments, task, voice);
   };
   if (arguments.files.outputDir) {
-    const ImageFormat format = arguments.formats.image.value_or(ImageFormat::kPgm);
-    return RunManyFiles(arguments.files, arguments.common, NameOf(format), work, console);
+    const PictureWriter* const told = arguments.formats.image;
+    const PictureWriter& writer = told == nullptr ? PictureWriters().front() : *told;
+    return RunManyFiles(arguments.files, arguments.common, writer.extension, work, console);
   }
   const std::vector<std::string>& names = arguments.files.names;
   return RunOneFile(arguments.files, {names[0], names[1]}, work, console);
@@ -132,7 +133,8 @@ ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console)
 void AddDecompress(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<DecompressArguments>();
   CLI::App& command = AddCommand(tool, "decompress", "Turn a compressed file into an image");
-  AddFileArguments(command, arguments->files, "The compressed file", "The image: .pgm or .bmp");
+  AddFileArguments(command, arguments->files, "The compressed file",
+                   "The image: " + WrittenExtensions());
   AddRateOption(command, arguments->rate, "Bits per pixel to decode (all)")->group("General");
   AddParsedOption(command, "--reduce", "N",
                   "A picture 2^N times smaller, in a fraction of the time",

@@ -1,4 +1,3 @@
-#include <optional>
 #include <string>
 
 #include "marovia/measures.h"
@@ -27,22 +26,23 @@ struct DifferenceArguments {
   std::string source;
   std::string other;
   std::string output;
+  int page = 1;
   bool force = false;
   double gain = 4;
 };
 
 ExitStatus RunDifference(const DifferenceArguments& arguments, Console& console) {
   console.SetOutput(arguments.output);
-  const ImageFormat format = OutputFormat(arguments.output, std::nullopt);
+  const PictureWriter& writer = WriterFor(arguments.output, nullptr);
   const OutputFile output(arguments.output, arguments.force);
   CheckJsonHasRoom(arguments.common, output);
-  const ImagePair images =
-      ReadImagePair(arguments.source, arguments.other, arguments.common.maxPixels, console);
+  const ImagePair images = ReadImagePair(arguments.source, arguments.other,
+                                         {arguments.common.maxPixels, arguments.page}, console);
   const Image& source = images.source.image;
   const Image& other = images.other.image;
   const Image picture = DifferenceImage(source, other, arguments.gain);
   console.SetOutput(arguments.output);
-  output.Put(format == ImageFormat::kPgm ? WritePgm(picture) : WriteBmp(picture));
+  output.Put(writer.write(picture));
   if (arguments.common.json)
     console.Print(Json{{"source", arguments.source},
                        {"reconstruction", arguments.other},
@@ -67,10 +67,11 @@ void AddGainOption(CLI::App& command, DifferenceArguments& arguments) {
 void AddDifference(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<DifferenceArguments>();
   CLI::App& command = AddCommand(tool, "difference", "Show where two images differ");
-  AddFile(command, "A", arguments->source, "The source image: PGM, PPM or BMP");
+  AddFile(command, "A", arguments->source, ReadFormatsText("The source image"));
   AddFile(command, "B", arguments->other, "The image to compare with it");
-  AddFile(command, "OUT", arguments->output, "The picture: .pgm or .bmp");
+  AddFile(command, "OUT", arguments->output, "The picture: " + WrittenExtensions());
   AddGainOption(command, *arguments);
+  AddPageOption(command, arguments->page);
   AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
   command.footer(kExamples);

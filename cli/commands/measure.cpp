@@ -25,6 +25,7 @@ struct MeasureArguments {
   CommonOptions common;
   std::string source;
   std::string reconstruction;
+  int page = 1;
   std::optional<Region> region;
 };
 
@@ -59,7 +60,7 @@ Json JsonOf(const MeasureArguments& arguments, const ImagePair& images,
 
 ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {
   const ImagePair images = ReadImagePair(arguments.source, arguments.reconstruction,
-                                         arguments.common.maxPixels, console);
+                                         {arguments.common.maxPixels, arguments.page}, console);
   const Image& source = images.source.image;
   console.SetInput(arguments.source);
   CheckRegion(arguments.region, source.Rows(), source.Cols());
@@ -78,11 +79,12 @@ ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {
 void AddMeasure(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<MeasureArguments>();
   CLI::App& command = AddCommand(tool, "measure", "Tell how far two images are apart");
-  AddFile(command, "A", arguments->source, "The source image: PGM, PPM or BMP");
+  AddFile(command, "A", arguments->source, ReadFormatsText("The source image"));
   AddFile(command, "B", arguments->reconstruction, "The image to compare with it");
   AddRegionOption(command, arguments->region,
                   "Only rows R1 to R2, columns C1 to C2, all included, from 0")
       ->group("General");
+  AddPageOption(command, arguments->page);
   AddCommonOptions(command, arguments->common);
   command.footer(kExamples);
   SetAction<MeasureArguments>(command, action, arguments, &RunMeasure);

@@ -1,12 +1,9 @@
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <iterator>
 #include <limits>
 #include <string>
-#include <string_view>
 #include <utility>
-#include <zlib.h>
 
 #include "marovia/error.h"
 
@@ -22,71 +19,14 @@
 namespace marovia::cli {
 namespace {
 
-constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-constexpr std::uint8_t kUp = 2;  // each row as what it differs from the one above
-
-void AppendBigEndian(Bytes& bytes, std::uint32_t value) {
-  for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-}
-
-// Length, name, content, and the checksum of the last two.
-void AppendChunk(Bytes& file, std::string_view name, const Bytes& content) {
-  AppendBigEndian(file, static_cast<std::uint32_t>(content.size()));
-  const auto begin = static_cast<std::ptrdiff_t>(file.size());
-  file.insert(file.end(), name.begin(), name.end());
-  file.insert(file.end(), content.begin(), content.end());
-  const auto length = static_cast<uInt>(name.size() + content.size());
-  const auto sum = ::crc32(0, &*(file.begin() + begin), length);
-  AppendBigEndian(file, static_cast<std::uint32_t>(sum));
-}
-
-Bytes HeaderOf(const Image& image) {
-  constexpr std::array<std::uint8_t, 5> kEightBitGrey = {8, 0, 0, 0, 0};
-  Bytes header;
-  AppendBigEndian(header, static_cast<std::uint32_t>(image.Cols()));
-  AppendBigEndian(header, static_cast<std::uint32_t>(image.Rows()));
-  header.insert(header.end(), kEightBitGrey.begin(), kEightBitGrey.end());
-  return header;
-}
-
-Bytes FilteredRows(const Image& image) {
-  Bytes rows;
-  Bytes above(static_cast<std::size_t>(image.Cols()));
-  for (int r = 0; r < image.Rows(); ++r) {
-    rows.push_back(kUp);
-    const auto row = image.Row(r);
-    for (std::size_t c = 0; c < row.size(); ++c)
-      rows.push_back(static_cast<std::uint8_t>(row[c] - above[c]));
-    above.assign(row.begin(), row.end());
-  }
-  return rows;
-}
-
-Bytes Deflated(const Bytes& bytes) {
-  uLongf length = ::compressBound(bytes.size());
-  Bytes deflated(length);
-  if (::compress(deflated.data(), &length, bytes.data(), bytes.size()) != Z_OK)
-    Fail(Errc::kOverflow, "the picture cannot be compressed");
-  deflated.resize(length);
-  return deflated;
-}
-
-Bytes WritePng(const Image& image) {
-  Bytes file(kSignature.begin(), kSignature.end());
-  AppendChunk(file, "IHDR", HeaderOf(image));
-  AppendChunk(file, "IDAT", Deflated(FilteredRows(image)));
-  AppendChunk(file, "IEND", {});
-  return file;
-}
-
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia thumbnail photo.awf photo.png\n"
-    "  marovia thumbnail photo.awf photo.png --size 512\n"
+    "  marovia thumbnail photo.awh photo.png\n"
+    "  marovia thumbnail photo.awh photo.png --size 512\n"
     "\n"
-    "OUT is a PNG, whatever its name. Neither side is longer than N, and no picture is\n"
-    "made larger. Only the start of IN is decoded. IN and OUT may be - for standard\n"
-    "input and output.\n";
+    "OUT is a PNG, unless its name ends as that of another image that is written. Neither\n"
+    "side is longer than N, and no picture is made larger. Only the start of IN is decoded.\n"
+    "IN and OUT may be - for standard input and output.\n";
 
 constexpr int kDefaultSize = 256;
 constexpr int kMostSize = 4096;
@@ -111,10 +51,10 @@ double RateFor(const FileInfo& info, int size) {
 }
 
 // The levels that can be left out of an image that becomes smaller anyway: what is left is still
-// twice as long, so that pixels at its border that lie beyond the image count little.
+// four times as long, so that pixels at its border that lie beyond the image count little.
 int LevelsToSpare(const FileInfo& info, int size) {
   int levels = 0;
-  while (std::max(info.rows, info.cols) >> (levels + 1) >= 2 * size) ++levels;
+  while (std::max(info.rows, info.cols) >> (levels + 1) >= 4 * size) ++levels;
   return levels;
 }
 
@@ -153,8 +93,17 @@ int ParseSize(const std::string& text) {
   return *size;
 }
 
+// Desktops name it as they like.
+const PictureWriter& WriterOfThumbnail(const std::string& name) {
+  if (const PictureWriter* const named = WriterNamed(name)) return *named;
+  const PictureWriter* const png = WriterNamed("thumbnail.png");
+  if (png == nullptr) Fail(Errc::kUnsupported, "the name must end in " + WrittenExtensions());
+  return *png;
+}
+
 ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
   console.SetOutput(arguments.output);
+  const PictureWriter& writer = WriterOfThumbnail(arguments.output);
   const OutputFile output(arguments.output, arguments.force);
   CheckJsonHasRoom(arguments.common, output);
   console.SetInput(arguments.input);
@@ -163,7 +112,7 @@ ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
   const Image picture =
       ReducedToFit(decoded.image, decoded.info.rows, decoded.info.cols, arguments.size);
   console.SetOutput(arguments.output);
-  output.Put(WritePng(picture));
+  output.Put(writer.write(picture));
   if (arguments.common.json)
     console.Print(Json{{"input", arguments.input},
                        {"output", arguments.output},
@@ -182,7 +131,7 @@ void AddSizeOption(CLI::App& command, ThumbnailArguments& arguments) {
 
 void AddThumbnail(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<ThumbnailArguments>();
-  CLI::App& command = AddCommand(tool, "thumbnail", "Make a small PNG of a compressed file");
+  CLI::App& command = AddCommand(tool, "thumbnail", "Make a small picture of a compressed file");
   AddFile(command, "IN", arguments->input, "The compressed file");
   AddFile(command, "OUT", arguments->output, "The picture, a PNG");
   AddSizeOption(command, *arguments);

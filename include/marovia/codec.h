@@ -2,7 +2,7 @@
 //
 //   marovia::Image image = marovia::ReadImage(bytes).image;
 //   marovia::CompressResult packed = marovia::Compress(image, {.rate = 0.5});
-//   marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwf);
+//   marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwh);
 //
 // A file is embedded: decompressed at any lower rate, or cut short, it gives the picture that those
 // bits hold. Every function may be called from several threads at once; nothing is shared.
@@ -10,7 +10,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "marovia/error.h"
@@ -24,7 +26,7 @@ namespace marovia {
 MAROVIA_API std::optional<FileKind> KindOfContent(ByteView start);
 
 struct CompressOptions {
-  FileKind kind = FileKind::kAwf;
+  FileKind kind = FileKind::kAwh;
   // Unset: 9/7, and 2+2,2 where lossless, which needs an integer one.
   std::optional<WaveletKind> wavelet = {};
   // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long
@@ -46,6 +48,10 @@ struct CompressOptions {
   // Without it such sides are coded as they are, and do not come back faithfully. kAwh always pads.
   bool pad = true;
   PassListener onPass = {};
+  // Called all the while that a search (by bytes, PSNR or wavelet) tries what it may drop, of which
+  // onPass hears nothing; perhaps from two threads at once. What either of them throws ends the
+  // run.
+  std::function<void()> onTry = {};
   // In place of the rate and the bytes: the least PSNR, in decibels, that the file may decode to,
   // in about the fewest bytes. Takes a search that decodes some dozen times; not with a region.
   // Ignored by kAwg, refused with `lossless` of kAwh.
@@ -157,5 +163,13 @@ struct TruncateResult {
 MAROVIA_API TruncateResult Truncate(ByteView file, FileKind kind, const TruncateOptions& options);
 // The same in place, without a second copy of a large file.
 MAROVIA_API TruncateResult Truncate(Bytes&& file, FileKind kind, const TruncateOptions& options);
+
+// How the quality of an image grows: the PSNR that each of the rates is worth, in bits per pixel;
+// none where the picture is the image. It is coded once, at the highest of them, whatever rate,
+// bytes or PSNR the options name; each lower one is a start of that file. Throws Error as Compress,
+// and kInvalidArgument for lossless coding, where no rate counts, and for a region.
+MAROVIA_API std::vector<std::optional<float>> MeasureCurve(const Image& image,
+                                                           const CompressOptions& options,
+                                                           std::span<const double> rates);
 
 }  // namespace marovia

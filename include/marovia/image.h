@@ -22,7 +22,7 @@ using ByteView = std::span<const std::uint8_t>;
 inline constexpr std::int64_t kDefaultMaxPixels = std::int64_t{1} << 26;
 
 enum class ImageFormat {
-  kPgm,  // or PPM
+  kPgm,  // or another of the Netpbm formats
   kBmp,
 };
 
@@ -35,8 +35,9 @@ struct LoadedImage {
 };
 
 // Reads a PGM (P5 and P2, comments, any white space, maximum values up to 65535; of several images
-// the first), its colour sibling PPM (P6 and P3) or a Windows BMP (1, 4, 8, 16, 24 and 32 bits,
-// run-length coded or not, both row orders), told apart by their first bytes. Colour becomes grey
+// the first), one of its siblings PPM (P6 and P3), PBM (P4 and P1) and PAM (P7), or a BMP (1, 2, 4,
+// 8, 16, 24 and 32 bits, run-length coded or not, both row orders, of Windows and of OS/2), told
+// apart by their first bytes. Colour becomes grey
 // with the weights of ITU-R BT.601; what is grey stays as it is. Throws Error: kMalformed also for
 // a file cut short or a sample above its maximum, kUnsupported, or kLimit where the image has more
 // than maxPixels pixels; that is checked before anything is allocated.

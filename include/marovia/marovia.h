@@ -43,7 +43,8 @@ typedef enum marovia_status {
   MAROVIA_LIMIT = 6,            /* more pixels than the caller allows; nothing was allocated */
   MAROVIA_IO = 7,               /* a file could not be read or written */
   MAROVIA_NO_MEMORY = 8,
-  MAROVIA_INTERNAL = 9 /* a fault of the library */
+  MAROVIA_INTERNAL = 9,  /* a fault of the library */
+  MAROVIA_CANCELLED = 10 /* by the caller's listener */
 } marovia_status;
 
 /* What a compressed file holds; its extension names it. Inside, nothing does but in MAROVIA_AWH. */
@@ -93,9 +94,22 @@ typedef struct marovia_region {
   int32_t col2;
 } marovia_region;
 
+/* The state of a run after a pass over one bit plane. */
+typedef struct marovia_pass {
+  int32_t number; /* 1 for the first */
+  int32_t found;  /* coefficients found so far */
+  int64_t bits;   /* written or read so far */
+  double threshold;
+} marovia_pass;
+
+/* Told of each pass and once more of the end; what is not 0 ends the call with MAROVIA_CANCELLED,
+ * and nothing is handed out. `pass` is NULL where a search (by bytes, PSNR or wavelet) tries what
+ * it may drop: such a call may come from another thread, and from two at once. */
+typedef int32_t (*marovia_listener)(void* context, const marovia_pass* pass);
+
 typedef struct marovia_compress_options {
   size_t size;
-  int32_t kind;    /* MAROVIA_AWF */
+  int32_t kind;    /* MAROVIA_AWH */
   int32_t wavelet; /* 0: MAROVIA_DAUB_97, where lossless MAROVIA_INTEGER_22 */
   int32_t levels;  /* of the transform; 0: as the size of the image suggests */
   int32_t pad;     /* 1: sides of any size come back; 0: code them as they are. MAROVIA_AWH always
@@ -109,14 +123,29 @@ typedef struct marovia_compress_options {
   double psnr;           /* the least PSNR in decibels, in place of the rate; 0: by the rate */
   int32_t lossless;      /* 1: every pixel, in place of a rate, bytes or a PSNR: of MAROVIA_AWH, and
                             of MAROVIA_AWG, which is so in any case. A MAROVIA_AWH then has no region */
-  int32_t reserved;      /* 0 */
+  int32_t threads;       /* at most, as many as help; 0: as many as the machine has processors. The
+                            file is the same on any number. 1 */
+  marovia_listener listener; /* or NULL */
+  void* context;             /* for the listener */
 } marovia_compress_options;
 
 typedef struct marovia_decompress_options {
   size_t size;
-  double rate;        /* bits per pixel to decode; 0: all. Ignored by MAROVIA_AWG */
-  int64_t max_pixels; /* larger images are refused before anything is allocated; 0: 2^26 */
+  double rate;               /* bits per pixel to decode; 0: all. Ignored by MAROVIA_AWG */
+  int64_t max_pixels;        /* larger images are refused before anything is allocated; 0: 2^26 */
+  marovia_listener listener; /* or NULL */
+  void* context;             /* for the listener */
+  int32_t threads;           /* as in marovia_compress_options */
+  int32_t reduce; /* a picture whose sides are 2^reduce smaller, rounded up, in a fraction
+                     of the time: 0. Held to the levels of the file */
 } marovia_decompress_options;
+
+typedef struct marovia_truncate_options {
+  size_t size;
+  double rate;        /* just one of the two: bits per pixel to keep, */
+  int64_t bytes;      /* or the most bytes that the result may have; 0: by the other */
+  int64_t max_pixels; /* files of larger images are refused; 0: 2^26 */
+} marovia_truncate_options;
 
 /* A decoded image. Its rows lie one after another without gaps. */
 typedef struct marovia_picture {
@@ -127,6 +156,24 @@ typedef struct marovia_picture {
   int32_t rate_held; /* 1: the rate asked for was above the file's own */
   int32_t truncated; /* 1: bits that were asked for are missing; the picture is what was there */
 } marovia_picture;
+
+/* Room of the caller for a picture, which has just as many rows and columns. */
+typedef struct marovia_canvas {
+  size_t size;
+  uint8_t* samples; /* row by row */
+  int32_t rows;
+  int32_t cols;
+  size_t stride; /* bytes from one row to the next; 0: no gaps */
+} marovia_canvas;
+
+/* How far two images are apart. */
+typedef struct marovia_measures {
+  size_t size;
+  double sup_norm; /* the largest difference of two samples */
+  double mean_square_error;
+  double root_mean_square;
+  double psnr; /* in decibels of a peak of 255; infinite where they are the same */
+} marovia_measures;
 
 /* What a compressed file says of itself. */
 typedef struct marovia_info {
@@ -161,7 +208,8 @@ marovia_status marovia_compress_options_init(marovia_compress_options* options, 
 marovia_status marovia_decompress_options_init(marovia_decompress_options* options, size_t size);
 
 /* In all of these `options` may be NULL for the defaults, and `error` NULL where the status is
- * enough. The caller sets `size` of marovia_picture and marovia_info before the call. */
+ * enough. The caller sets `size` of every struct that has one before the call, also
+ * of those that are filled in. */
 
 marovia_status marovia_compress(const marovia_image* image, const marovia_compress_options* options,
                                 marovia_buffer* file, marovia_error* error);
@@ -170,15 +218,36 @@ marovia_status marovia_decompress(const void* file, size_t file_size, int32_t ki
                                   const marovia_decompress_options* options,
                                   marovia_picture* picture, marovia_error* error);
 
+/* The same into memory of the caller, which a call that fails leaves as it is. The samples of
+ * `picture` are then those of the canvas, and are not for marovia_free. The size of the picture, by
+ * marovia_inspect, must be that of the canvas. */
+marovia_status marovia_decompress_into(const void* file, size_t file_size, int32_t kind,
+                                       const marovia_decompress_options* options,
+                                       const marovia_canvas* canvas, marovia_picture* picture,
+                                       marovia_error* error);
+
 /* Reads the header, and decodes nothing. max_pixels 0: 2^26. */
 marovia_status marovia_inspect(const void* file, size_t file_size, int32_t kind, int64_t max_pixels,
                                marovia_info* info, marovia_error* error);
 
-/* A shorter file, of at most `bytes` bytes, that decodes just as the long one does at that rate,
- * without coding again (of a MAROVIA_AWH its first bytes). Its kind, MAROVIA_AWF if a MAROVIA_AWG
- * was cut, is put into `result_kind` unless that is NULL. */
-marovia_status marovia_truncate(const void* file, size_t file_size, int32_t kind, int64_t bytes,
-                                marovia_buffer* result, int32_t* result_kind, marovia_error* error);
+/* A shorter file that decodes just as the long one does at that rate, without coding again (of a
+ * MAROVIA_AWH its first bytes). Its kind, MAROVIA_AWF if a MAROVIA_AWG was cut, is put into
+ * `result_kind` unless that is NULL. The options may not be NULL. */
+marovia_status marovia_truncate(const void* file, size_t file_size, int32_t kind,
+                                const marovia_truncate_options* options, marovia_buffer* result,
+                                int32_t* result_kind, marovia_error* error);
+
+/* Two images of one size, all over, or in a region unless that is NULL. */
+marovia_status marovia_measure(const marovia_image* source, const marovia_image* reconstruction,
+                               const marovia_region* region, marovia_measures* measures,
+                               marovia_error* error);
+
+/* What each of `count` rates, in bits per pixel, is worth: psnr[i] is that of rates[i], infinite
+ * where the picture is the image. The image is coded once, at the highest of them, whatever rate,
+ * bytes or PSNR the options name; each lower one is a start of that file. Lossless coding and a
+ * region are refused. */
+marovia_status marovia_curve(const marovia_image* image, const marovia_compress_options* options,
+                             const double* rates, size_t count, double* psnr, marovia_error* error);
 
 /* Gives back memory of the library; NULL is fine. */
 void marovia_free(void* memory);

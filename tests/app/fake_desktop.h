@@ -21,7 +21,7 @@ class FakeDesktop : public Desktop {
   std::vector<std::string> reports;   // each text that Report showed
   std::vector<std::string> repaints;  // the names of all controls, in order
   std::vector<std::string> focused;
-  std::vector<std::string> viewed;  // what the viewer says above its images
+  std::vector<StudioRequest> studios;
   std::vector<std::string> helpShown;
   std::vector<Pointer> pointers;
 
@@ -38,7 +38,7 @@ class FakeDesktop : public Desktop {
     if (control.name == "Report") reports.push_back(static_cast<const TextBox&>(control).text);
   }
   void SetFocus(const Control& control) override { focused.emplace_back(control.name); }
-  void ShowViewer(const Comparison& images) override { viewed.push_back(images.Caption()); }
+  void ShowStudio(const StudioRequest& request) override { studios.push_back(request); }
   void ShowHelp(const std::filesystem::path& file, int command) override {
     helpShown.push_back(file.string() + " " + std::to_string(command));
   }

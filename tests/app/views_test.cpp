@@ -27,12 +27,12 @@ TEST_F(Views, AClickSetsTheMarkAndRunsTheHandlerOfItsControl) {
   EXPECT_TRUE(form.Report.text.starts_with("Root Mean")) << form.Report.text;
 }
 
-TEST_F(Views, KeysByTheirNamesDrawOnTheSourceAndOtherwiseEnterOpensTheViewer) {
+TEST_F(Views, KeysByTheirNamesDrawOnTheSourceAndOtherwiseEnterOpensTheStudio) {
   EXPECT_TRUE(form.Picture_KeyDown(form.GraphBox, "Return", false));
   form.Picture_DblClick(form.GraphBox);
-  EXPECT_TRUE(desktop.viewed.empty() && !form.cmdViewer.enabled);
+  EXPECT_TRUE(desktop.studios.empty() && !form.cmdStudio.enabled);
   Load(Photograph(256, 256));
-  EXPECT_TRUE(form.cmdViewer.enabled);
+  EXPECT_TRUE(form.cmdStudio.enabled);
   EXPECT_FALSE(form.Picture_KeyDown(form.GraphBox, "Space", false));
   EXPECT_FALSE(form.Picture_KeyDown(form.GraphBoxRec, "Left", false));
   EXPECT_FALSE(form.Picture_KeyDown(form.GraphBox, "A", false));
@@ -41,12 +41,12 @@ TEST_F(Views, KeysByTheirNamesDrawOnTheSourceAndOtherwiseEnterOpensTheViewer) {
   const auto& [row1, col1, row2, col2] = form.GraphBox.outline->corners;
   EXPECT_EQ((std::array<int, 4>{row1, col1, row2, col2}), (std::array{112, 128, 128, 144}));
   EXPECT_FALSE(form.Picture_KeyDown(form.GraphBox, "Esc", false));
-  EXPECT_TRUE(desktop.viewed.empty());
+  EXPECT_TRUE(desktop.studios.empty());
 
   EXPECT_TRUE(form.Picture_KeyDown(form.GraphBox, "Enter", false));
   EXPECT_TRUE(form.Picture_KeyDown(form.GraphBoxRec, "Return", false));
-  form.Click(form.cmdViewer);
-  EXPECT_EQ(desktop.viewed.size(), 3U);
+  form.Click(form.cmdStudio);
+  EXPECT_EQ(desktop.studios.size(), 3U);
   EXPECT_TRUE(form.state.region.IsInForce());
   form.Picture_Mouse(form.GraphBoxRec, &frmMain::GraphBox_MouseDown, kLeft, {5, 5});
   EXPECT_TRUE(form.state.region.IsInForce());
@@ -102,13 +102,6 @@ TEST(PictureMarks, PaintEachCoordinateOfALineOnceAndItsShadeAroundIt) {
   }
 }
 
-TEST(Zooms, DoubleInTwoNotchesAndStayWithinTheirBounds) {
-  EXPECT_DOUBLE_EQ(Zoom(3).Turned(120).Turned(120).Factor(), 6);
-  EXPECT_EQ(Zoom(1).Turned(-240).Text(), "50 %");
-  EXPECT_EQ(Zoom(20).Times(2).Text(), "3200 %");
-  EXPECT_EQ(Zoom(1).Turned(-100000).Factor(), 1.0 / 16);
-}
-
 TEST(PicturePlaces, EveryScreenPixelBelongsToOneCoordinate) {
   for (const int width : {100, 256, 261, 516, 1023, 1030}) {
     const PicturePlace place = PicturePlace::In(width, 777, 1);
@@ -129,27 +122,22 @@ TEST(PicturePlaces, EveryScreenPixelBelongsToOneCoordinate) {
   }
 }
 
-TEST(Comparisons, TellDifferencesAndReadPixelsOut) {
-  Image source(2, 3, 100);
-  Image other = source;
-  other(1, 2) = 110;
-  other(0, 0) = 60;
-  const Comparison two(source, other, false);
-  ASSERT_TRUE(two.HasTwo() && two.ShowsSource());
-  const Image difference = two.Difference(8);
-  EXPECT_EQ(difference(1, 2) * 1000000 + difference(0, 0) * 1000 + difference(0, 1), 208000128);
-  EXPECT_EQ(two.ReadOut(1.9, 2.1),
-            "Row 1, column 2:   source 100   reconstruction 110   difference 10");
-  for (const auto& [down, across] : {std::pair{-0.1, 0.0}, {0.0, -0.1}, {2.0, 0.0}, {0.0, 3.0}})
-    EXPECT_TRUE(two.ReadOut(down, across).starts_with("Point at")) << down << ' ' << across;
-
-  const Comparison shapes(source, Image(4, 2, 7), false);
-  EXPECT_FALSE(shapes.HasTwo() || shapes.ShowsSource());
-  EXPECT_EQ(shapes.ReadOut(1, 1), "Row 1, column 1:   source 100   reconstruction 7");
-  EXPECT_EQ(shapes.ReadOut(3, 1), "Row 3, column 1:   reconstruction 7");
-  EXPECT_TRUE(Comparison(source, Image(4, 2), true).ShowsSource());
-  EXPECT_TRUE(Comparison(source, Image(), false).ShowsSource());
-  EXPECT_FALSE(Comparison(Image(), source, true).ShowsSource());
+TEST_F(Views, TheStudioBeginsWithWhatTheFormShowsAndItsOptions) {
+  Load(Photograph(64, 96));
+  Choose(CoderOf(FileKind::kAwd), "1.5");
+  Drag(64, 64, 128, 128);
+  form.txtLevels.text = "3";
+  form.Click(form.cmdStudio);
+  const StudioRequest& source = desktop.studios.back();
+  EXPECT_EQ(*source.source, *form.state.SourceImage);
+  EXPECT_TRUE(source.packedFile.empty() && source.kind == FileKind::kAwd && source.levels == 3);
+  EXPECT_EQ(source.rate, 1.5);
+  EXPECT_EQ(source.region->row1 * 100 + source.region->col1, 1624);
+  Compress(FileKind::kAwg, "0", "a.awg");
+  Decompress(FileKind::kAwg, "0", "a.awg");
+  form.Click(form.cmdStudio);
+  EXPECT_EQ(desktop.studios.back().packedFile, Path("a.awg"));
+  EXPECT_EQ(desktop.studios.back().kind, FileKind::kAwg);
 }
 
 }  // namespace

@@ -12,12 +12,13 @@ seconds=${1:-60}
 lanes=${2:-$(nproc)}
 out=build/fuzz
 # The longest input worth trying, by target.
-declare -A longest=([decode]=2048 [cut]=2048 [read_images]=2048 [round_trip]=512
+declare -A longest=([decode]=2048 [cut]=2048 [read_images]=2048
+  [read_pictures]=2048 [round_trip]=512
   [decode_plainly]=512 [encode_plainly]=384)
 # The plain codec is the slowest, so it goes first.
-targets=(decode_plainly encode_plainly round_trip cut decode read_images)
+targets=(decode_plainly encode_plainly round_trip cut decode read_pictures read_images)
 
-scripts/install_packages.sh fuzz
+scripts/install_packages.sh build fuzz
 cmake --preset fuzz >"$out.log" 2>&1 || { cat "$out.log" >&2; exit 1; }
 cmake --build --preset fuzz >"$out.log" 2>&1 || { cat "$out.log" >&2; exit 1; }
 "$out/fuzz/fuzz_seeds" tests/data "$out/seeds"

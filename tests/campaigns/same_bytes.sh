@@ -28,7 +28,8 @@ build() {
   }
   cmake -S "$root" -B "$out/$name" -G Ninja -DCMAKE_BUILD_TYPE=None \
     -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DMAROVIA_BUILD_CLI=OFF \
-    -DMAROVIA_BUILD_WINDOW=OFF "$@" >"$out/$name.configure.txt"
+    -DMAROVIA_BUILD_WINDOW=OFF -DMAROVIA_PNG=OFF -DMAROVIA_TIFF=OFF -DMAROVIA_JPEG=OFF \
+    "$@" >"$out/$name.configure.txt"
   cmake --build "$out/$name" --parallel "$(nproc)" \
     --target test_golden campaign >"$out/$name.build.txt"
 }

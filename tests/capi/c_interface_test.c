@@ -57,8 +57,10 @@ static void LosslessComesBackThroughAStride(void) {
   marovia_free(back.samples);
 
   marovia_buffer cut;
+  const marovia_truncate_options shorter = {sizeof shorter, 0, 300, 0};
   int32_t kind = -1;
-  CHECK(marovia_truncate(file.data, file.size, MAROVIA_AWG, 300, &cut, &kind, NULL) == MAROVIA_OK);
+  CHECK(marovia_truncate(file.data, file.size, MAROVIA_AWG, &shorter, &cut, &kind, NULL) ==
+        MAROVIA_OK);
   CHECK(cut.size <= 300 && kind == MAROVIA_AWF);
   CHECK(marovia_decompress(cut.data, cut.size, kind, NULL, &back, NULL) == MAROVIA_OK);
   CHECK(!back.truncated);
@@ -107,6 +109,17 @@ static void OptionsReachTheCodec(void) {
   options.lossless = 1;
   CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
   CHECK(marovia_kind_of_content(file.data, file.size) == MAROVIA_AWH);
+  marovia_decompress_options half;
+  marovia_picture back = {.size = sizeof back};
+  marovia_decompress_options_init(&half, sizeof half);
+  half.reduce = 1;
+  half.threads = 2;
+  CHECK(marovia_decompress(file.data, file.size, MAROVIA_AWH, &half, &back, NULL) == MAROVIA_OK);
+  CHECK(back.rows == (image.rows + 1) / 2 && back.cols == (image.cols + 1) / 2);
+  marovia_free(back.samples);
+  half.reduce = -1;
+  CHECK(marovia_decompress(file.data, file.size, MAROVIA_AWH, &half, &back, NULL) ==
+        MAROVIA_INVALID_ARGUMENT);
   CHECK(marovia_kind_of_content(file.data, 3) == -1 && marovia_kind_of_content(NULL, 9) == -1);
   marovia_free(file.data);
   CHECK(strcmp(marovia_extension(MAROVIA_AWH), "awh") == 0);
@@ -150,14 +163,19 @@ static void RefusalsSayWhatIsWrong(void) {
 
   marovia_buffer whole = Lossless();
   marovia_picture back = {sizeof back, samples, 1, 1, 1, 1};
-  marovia_decompress_options limit = {sizeof limit, 0, 1000};
+  marovia_decompress_options limit = {.size = sizeof limit, .max_pixels = 1000};
   CHECK(marovia_decompress("short", 5, MAROVIA_AWF, NULL, &back, &error) == MAROVIA_MALFORMED);
   CHECK(back.samples == NULL && back.rows == 0);
   CHECK(marovia_decompress(NULL, 5, MAROVIA_AWF, NULL, &back, &error) == MAROVIA_INVALID_ARGUMENT);
   CHECK(marovia_decompress(whole.data, whole.size, MAROVIA_AWG, &limit, &back, &error) ==
         MAROVIA_LIMIT);
-  CHECK(marovia_truncate(whole.data, whole.size, MAROVIA_AWG, -1, &file, NULL, &error) ==
+  marovia_truncate_options cut = {sizeof cut, 0, -1, 0};
+  CHECK(marovia_truncate(whole.data, whole.size, MAROVIA_AWG, &cut, &file, NULL, &error) ==
         MAROVIA_INVALID_ARGUMENT);
+  cut.bytes = 100;
+  cut.max_pixels = 1000;
+  CHECK(marovia_truncate(whole.data, whole.size, MAROVIA_AWG, &cut, &file, NULL, &error) ==
+        MAROVIA_LIMIT);
   limit.max_pixels = 0; /* the default, here as for marovia_inspect */
   CHECK(marovia_decompress(whole.data, whole.size, MAROVIA_AWG, &limit, &back, &error) ==
         MAROVIA_OK);
@@ -170,6 +188,74 @@ static void RefusalsSayWhatIsWrong(void) {
   }
   marovia_free(whole.data);
   marovia_free(NULL);
+}
+
+/* A picture in rows of the caller's, and how far it is from another. */
+static void PicturesAreDecodedInPlaceAndMeasured(void) {
+  static uint8_t room[kRows * kStride];
+  const marovia_image image = Picture();
+  marovia_image back = {sizeof back, room, kRows, kCols, kStride};
+  marovia_canvas canvas = {sizeof canvas, room, kRows, kCols, kStride};
+  marovia_picture picture = {.size = sizeof picture};
+  marovia_measures measures = {.size = sizeof measures};
+  const marovia_region corner = {0, 0, 9, 9};
+  const marovia_region outside = {0, 0, kRows, 9};
+  marovia_buffer file = Lossless();
+  room[kCols] = 77; /* between two rows */
+  CHECK(marovia_decompress_into(file.data, file.size, MAROVIA_AWG, NULL, &canvas, &picture, NULL) ==
+        MAROVIA_OK);
+  CHECK(picture.samples == room && picture.cols == kCols && room[kCols] == 77);
+  CHECK(marovia_measure(&image, &back, NULL, &measures, NULL) == MAROVIA_OK);
+  CHECK(isinf(measures.psnr) && measures.sup_norm == 0);
+  room[kStride * 20] ^= 4;
+  CHECK(marovia_measure(&image, &back, NULL, &measures, NULL) == MAROVIA_OK);
+  CHECK(measures.sup_norm == 4 && fabs(measures.mean_square_error * kRows * kCols - 16) < 1e-3);
+  CHECK(marovia_measure(&image, &back, &corner, &measures, NULL) == MAROVIA_OK);
+  CHECK(isinf(measures.psnr));
+  CHECK(marovia_measure(&image, &back, &outside, &measures, NULL) == MAROVIA_INDEX);
+  canvas.cols = kCols - 1;
+  CHECK(marovia_decompress_into(file.data, file.size, MAROVIA_AWG, NULL, &canvas, &picture, NULL) ==
+        MAROVIA_INVALID_ARGUMENT);
+  CHECK(picture.samples == NULL);
+  marovia_free(file.data);
+
+  const double rates[] = {2, 0.5};
+  double psnr[2];
+  CHECK(marovia_curve(&image, NULL, rates, 2, psnr, NULL) == MAROVIA_OK);
+  CHECK(psnr[0] > psnr[1] && psnr[1] > 15);
+}
+
+static int32_t EndAtThird(void* context, const marovia_pass* pass) {
+  int* calls = context;
+  return ++*calls == 3 && (pass == NULL || pass->number == 3);
+}
+
+/* Of one run, and of a search, whose tries have no reports. */
+static void AListenerEndsARun(void) {
+  marovia_image image = Picture();
+  marovia_compress_options options;
+  marovia_decompress_options reading;
+  marovia_buffer file;
+  marovia_error error;
+  int calls = 0;
+  marovia_compress_options_init(&options, sizeof options);
+  options.listener = EndAtThird;
+  options.context = &calls;
+  const double targets[] = {0, 40};
+  for (int i = 0; i < 2; i++, calls = 0) {
+    options.psnr = targets[i];
+    CHECK(marovia_compress(&image, &options, &file, &error) == MAROVIA_CANCELLED && calls == 3);
+    CHECK(file.data == NULL && error.status == MAROVIA_CANCELLED);
+  }
+  file = Lossless();
+  marovia_picture picture = {.size = sizeof picture};
+  marovia_decompress_options_init(&reading, sizeof reading);
+  reading.listener = EndAtThird;
+  reading.context = &calls;
+  CHECK(marovia_decompress(file.data, file.size, MAROVIA_AWG, &reading, &picture, NULL) ==
+        MAROVIA_CANCELLED);
+  CHECK(picture.samples == NULL && calls == 3);
+  marovia_free(file.data);
 }
 
 /* A caller that was compiled with another version of the header. */
@@ -200,7 +286,7 @@ static void LackOfMemoryIsAStatus(void) {
 #if !defined(MAROVIA_SANITIZED)
   const uint8_t file[20] = {0, 0, 0, 1, 11, 0xFF, 0x7F, 0xFF, 0x7F};
   const struct rlimit little = {(rlim_t)256 << 20, RLIM_INFINITY};
-  marovia_decompress_options options = {sizeof options, 0, INT64_MAX};
+  marovia_decompress_options options = {.size = sizeof options, .max_pixels = INT64_MAX};
   marovia_picture back = {.size = sizeof back};
   marovia_error error;
   CHECK(setrlimit(RLIMIT_AS, &little) == 0);
@@ -214,6 +300,8 @@ int main(void) {
   LosslessComesBackThroughAStride();
   OptionsReachTheCodec();
   RefusalsSayWhatIsWrong();
+  PicturesAreDecodedInPlaceAndMeasured();
+  AListenerEndsARun();
   StructsOfAnotherAgeAreTaken();
   LackOfMemoryIsAStatus();
   return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -57,7 +57,9 @@ TEST(BmpHeader, SaysWhatIsWrong) {
   const std::tuple<Bytes, Errc, std::string_view> cases[] = {
       {Bytes(good.begin(), good.begin() + 17), Errc::kMalformed, "takes 18 bytes; 17 are there"},
       {Bytes(good.begin(), good.begin() + 53), Errc::kMalformed, "takes 54 bytes; 53 are there"},
-      {With(good, kInfoSize, 64), Errc::kUnsupported, "information header of 64 bytes"},
+      {With(good, kInfoSize, 60), Errc::kUnsupported, "information header of 60 bytes"},
+      {With(FileBytes("palette8_os2.bmp"), kCompression, 3), Errc::kUnsupported,
+       "compression 3 of OS/2"},
       {With(good, kBits, 7, 2), Errc::kUnsupported, "7 bits a pixel"},
       {With(good, kCompression, 2), Errc::kMalformed, "compression 2 with 8 bits"},
       {With(good, kWidth, 0), Errc::kMalformed, "0 columns and 7 rows"},
@@ -123,6 +125,9 @@ TEST(BmpRuns, GoUpFromTheBottomAndLeaveColourZeroWhereTheyJump) {
       // The padding of a row may be coded.
       {{3, 1, 2, 2, 0, 0, 255, 1, 0, 1}, "gggg\ngggb\n"},
       {{2, 1, 0, 3, 2, 2, 1, 0, 9, 1, 0, 0, 1, 2, 0, 1}, "b...\nggbb\n"},
+      // So may what lies beyond the image.
+      {{0, 0, 0, 0, 1, 1, 0, 1}, "....\n....\n"},
+      {{0, 2, 5, 0, 1, 1, 0, 0, 1, 2, 0, 2, 0, 255, 1, 1}, "b...\n....\n"},
       // The end code may be missing where the rows are full.
       {{4, 1, 0, 0, 4, 2}, "bbbb\ngggg\n"},
       {{4, 1, 0, 0, 4, 2, 0, 0}, "bbbb\ngggg\n"}};
@@ -130,11 +135,11 @@ TEST(BmpRuns, GoUpFromTheBottomAndLeaveColourZeroWhereTheyJump) {
   EXPECT_EQ(TextOf(RunsOf({3, 0x12, 0, 0, 0, 3, 0x21, 0x20, 0, 1}, 4)), "bgb.\ngbg.\n");
 }
 
-TEST(BmpRuns, SayWhereTheyLeaveTheImageOrEnd) {
+TEST(BmpRuns, SayWhereTheyEndTooEarly) {
   const std::pair<Bytes, std::string_view> cases[] = {
-      {{0, 0, 0, 0, 1, 1, 0, 1}, "row 2, column 0"}, {{0, 2, 5, 0, 0, 1}, "row 0, column 5"},
-      {{0, 2, 0, 255}, "row 255, column 0"},         {{0, 4, 1, 1, 1}, "ends in row 0 of 2"},
-      {{4, 1, 0, 0, 3, 1}, "ends in row 1 of 2"},    {{}, "ends in row 0 of 2"},
+      {{0, 4, 1, 1, 1}, "ends in row 0 of 2"},
+      {{4, 1, 0, 0, 3, 1}, "ends in row 1 of 2"},
+      {{}, "ends in row 0 of 2"},
       {{4, 3, 0, 1}, "colour 3, but a palette of 3"}};
   for (const auto& [code, part] : cases) {
     EXPECT_EQ(CodeOf([&, &bytes = code] { RunsOf(bytes); }, part), Errc::kMalformed) << part;

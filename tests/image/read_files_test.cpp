@@ -17,13 +17,18 @@ struct SameFiles {
 };
 constexpr const char* kColour = "colour turned to grey";
 const SameFiles kFiles[] = {
-    {"colour.ppm colour_raw.ppm colour24.bmp colour24_core.bmp colour24_topdown.bmp "
+    {"colour.ppm colour_raw.ppm colour.pam colour24.bmp colour24_core.bmp colour24_topdown.bmp "
      "colour24_v4.bmp colour24_v5.bmp colour32.bmp colour32_masks.bmp colour32_v5.bmp",
      kColour},
     {"colour555.ppm colour555.bmp", kColour, 1},
     {"colour565.ppm colour565.bmp", kColour, 1},
     {"two.ppm palette1.bmp", kColour},
-    {"palette.ppm palette4.bmp palette4_core.bmp palette8.bmp palette_rle8.bmp", kColour},
+    {"palette.ppm palette4.bmp palette4_core.bmp palette8.bmp palette8_os2.bmp "
+     "palette8_os2_short.bmp palette_rle8.bmp",
+     kColour},
+    {"bits.pgm bits.pbm bits_raw.pbm", ""},
+    {"colour_alpha.pam", "colour turned to grey, transparency dropped"},
+
     {"palette_rle8_jump.ppm palette_rle8_jump.bmp", kColour},
     {"palette_rle4.ppm palette_rle4.bmp", kColour},
     {"grey.pgm grey_raw.pgm grey_comment.pgm grey8.bmp grey24.bmp", ""},
@@ -91,12 +96,18 @@ TEST(ReadImage, SurvivesEveryTruncationAndEveryDamagedByte) {
 TEST(ReadImage, RefusesWhatIsNoImage) {
   const std::tuple<std::string_view, std::string_view, Errc> cases[] = {
       {"", "empty", Errc::kMalformed},
-      {"GIF89a", "a GIF image; PGM, PPM and BMP are read", Errc::kUnsupported},
+      {"GIF89a", "a GIF image; PBM, PGM, PPM, PAM and BMP are read", Errc::kUnsupported},
       {"RIFFxxxxWEBPVP8 ", "a WebP image", Errc::kUnsupported},
       {"RIFFxxxxWAVE", "no image that is known", Errc::kMalformed},
       {"P", "begins with P", Errc::kMalformed},
       {"PK\3\4", "a zip archive", Errc::kUnsupported},
-      {"P4 8 1 x", "P4", Errc::kUnsupported}};
+      {"P1 3 1 0 2 1", "byte 50", Errc::kMalformed},
+      {"P4 9 2 xyz", "need 4 bytes, but 3 are", Errc::kMalformed},
+      {"P7 332\n", "a thumbnail", Errc::kUnsupported},
+      {"P7\nWIDTH 1\nHEIGHT 1\nMAXVAL 9\nENDHDR\n", "does not tell its DEPTH", Errc::kMalformed},
+      {"P7\nWIDTH 1\nHEIGHT 1\nDEPTH 4\nMAXVAL 9\nTUPLTYPE CMYK\nENDHDR\n", "of the type CMYK",
+       Errc::kUnsupported},
+      {"P7\nWIDTH 1\n", "no end of its header", Errc::kMalformed}};
   for (const auto& [text, part, code] : cases) {
     EXPECT_EQ(CodeOf([&, file = BytesOf(text)] { ReadImage(file); }, part), code) << text;
   }

@@ -51,11 +51,11 @@ only_bash() {
   ask_bash "${@:2}"
   only bash "$1" "$(printf '%s\n' "${COMPREPLY[@]}")"
 }
-only_bash 'a photo.PGM|b.bmp' marovia compress ''
+only_bash 'a photo.PGM|b.bmp|e.png' marovia compress ''
 only_bash c.awf marovia compress --rate 1 -q b.bmp ''
 only_bash b.bmp marovia compress x.pgm --output-dir folder b
 only_bash c.awf marovia decompress -j 4 ''
-only_bash 'a photo.PGM|b.bmp' marovia decompress c.awf ''
+only_bash 'a photo.PGM|b.bmp|e.png' marovia decompress c.awf ''
 expect bash truncate "$(ask_bash marovia help tr; echo "${COMPREPLY[@]}")"
 
 if command -v zsh >/dev/null; then
@@ -80,7 +80,7 @@ if command -v fish >/dev/null; then
   expect fish truncate "$(ask_fish 'marovia tr')"
   expect fish --lossless "$(ask_fish 'marovia compress --lo')"
   expect fish never "$(ask_fish 'marovia compress --pad n')"
-  only fish 'a photo.PGM|b.bmp' "$(fish_lines 'marovia compress ')"
+  only fish 'a photo.PGM|b.bmp|e.png' "$(fish_lines 'marovia compress ')"
   only fish c.awf "$(fish_lines 'marovia compress --rate 1 -q b.bmp ')"
   only fish c.awf "$(fish_lines 'marovia decompress -j 4 ')"
 fi

@@ -120,7 +120,7 @@ TEST_F(WindowTest, TabGoesDownThePanelAndEverythingHasAName) {
   Menu("mnuCompress");
   Find<QRadioButton>("OpMethod(1)").click();
   Source().setFocus();
-  const char* order[] = {"OpDisplayImage", "GraphBoxRec",      "cmdViewer",  "Report",
+  const char* order[] = {"OpDisplayImage", "GraphBoxRec",      "cmdStudio",  "Report",
                          "OpMethod(1)",    "OpEntropyCode(0)", "txtBitRate", "txtROIPercent",
                          "cmbWavelet",     "txtLevels",        "cmdBegin(0)"};
   for (const char* name : order) {

@@ -35,6 +35,11 @@ pamdepth 15 grey.pgm > grey15_raw.pgm
 pnmtoplainpnm grey15_raw.pgm > grey15.pgm
 pamtopnm colour.ppm > colour_raw.ppm
 cat grey15_raw.pgm grey_raw.pgm > two_images.pgm
+pixels P2 '(255*((x*y+x//2)%2),)' > bits.pgm
+pgmtopbm -threshold bits.pgm > bits_raw.pbm
+pnmtoplainpnm bits_raw.pbm > bits.pbm
+pamtopam <colour.ppm > colour.pam
+pamstack -tupletype=RGB_ALPHA colour.pam grey_raw.pgm > colour_alpha.pam
 
 for depth in 555 565; do $CONVERT colour$depth.bmp -compress none ppm:colour$depth.ppm; done
 python3 - <<'P'
@@ -62,6 +67,15 @@ put(d, 10, '<I', 66); put(d, 14, '<I', 40)
 write('colour32_masks.bmp', d[:66] + d[138:])
 put(d, 10, '<I', 54); put(d, 30, '<I', 0)
 write('colour32.bmp', d[:54] + d[138:])
+
+# OS/2 2: a header of 64 bytes, and one of the first 16 of these.
+d = read('palette8.bmp')
+pixels = d[1078:]
+colours = d[54:1078]
+put(d, 10, '<I', 1102); put(d, 14, '<I', 64)
+write('palette8_os2.bmp', d[:54] + bytes(24) + colours + pixels)
+put(d, 10, '<I', 1054); put(d, 14, '<I', 16)
+write('palette8_os2_short.bmp', d[:30] + colours + pixels)
 
 # 4-bit run-length code: runs, literals and a jump (over pixels of colour 0), 13 x 7.
 d = read('palette4.bmp')[:118]
