@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* kGroup = "Many files";
 constexpr std::int64_t kMostJobs = 1024;
+constexpr std::int64_t kMostThreads = 1024;
 
 std::int64_t ParseJobs(const std::string& text) {
   if (text == "auto") return std::max(1U, std::thread::hardware_concurrency());
@@ -111,6 +112,15 @@ void AddFileArguments(CLI::App& command, FileArguments& arguments, const std::st
       ->group("General");
   command.formatter(std::make_shared<HelpFormatter>(
       std::vector<std::string>{"[OPTIONS] IN OUT", "[OPTIONS] IN... --output-dir DIR"}));
+}
+
+void AddThreadsOption(CLI::App& command, FileArguments& arguments) {
+  AddParsedOption(
+      command, "-T,--threads", "N", "Threads for a file (all processors; 1 with several jobs)",
+      [&](const std::string& text) {
+        arguments.threads = static_cast<int>(std::min(ParseCount("--threads", text), kMostThreads));
+      })
+      ->group(kGroup);
 }
 
 bool IsOneName(const FileArguments& arguments) {

@@ -38,8 +38,11 @@ struct FileArguments {
   std::optional<std::string> mirror;
   std::optional<std::string> listFile;  // "-" is standard input
   std::int64_t jobs = 1;
+  std::optional<int> threads;  // for one file
   std::optional<Shard> shard;
 
+  // All processors for one file at a time, one thread for each of several.
+  [[nodiscard]] int ThreadsOfAFile() const { return threads.value_or(jobs > 1 ? 1 : 0); }
   [[nodiscard]] bool MayReplace() const { return force || update; }
 };
 
@@ -49,6 +52,9 @@ Shard ParseShard(const std::string& text);
 // IN and OUT, with their descriptions, and the options for many files.
 void AddFileArguments(CLI::App& command, FileArguments& arguments, const std::string& input,
                       const std::string& output);
+
+// Of the commands that code.
+void AddThreadsOption(CLI::App& command, FileArguments& arguments);
 
 // One of the names on the command line; all go into one list.
 void AddName(CLI::App& command, FileArguments& arguments, const std::string& name,

@@ -103,6 +103,7 @@ CompressOptions OptionsOf(const CompressArguments& arguments) {
   options.region = arguments.region;
   options.share = arguments.share.value_or(options.share);
   options.pad = arguments.pad;
+  options.threads = arguments.files.ThreadsOfAFile();
   return options;
 }
 
@@ -222,6 +223,7 @@ void NoticeLevels(const CompressArguments& arguments, const Image& image,
 bool DecodesWell(const Image& image, const CompressOptions& coding, const Bytes& file) {
   DecompressOptions options;
   options.maxPixels = std::numeric_limits<std::int64_t>::max();  // padding may pass the limit
+  options.threads = coding.threads;
   const DecompressResult back = Decompress(file, coding.kind, options);
   if (back.truncated || !back.image.SameShape(image)) return false;
   return !coding.lossless || back.image == image;
@@ -353,6 +355,7 @@ void AddCompress(CLI::App& tool, Action& action) {
   AddCodingOptions(command, *arguments);
   AddSizeOptions(command, *arguments);
   AddFileArguments(command, arguments->files, ReadFormatsText("The image"), "The compressed file");
+  AddThreadsOption(command, arguments->files);
   AddPageOption(command, arguments->page);
   AddSafetyOptions(command, *arguments);
   command.footer(FooterText());

@@ -49,6 +49,14 @@ double RateFor(const FileInfo& info, int size) {
   return kBitsPerPixel * scale * scale;
 }
 
+// The levels that can be left out of an image that becomes smaller anyway: what is left is still
+// four times as long, so that pixels at its border that lie beyond the image count little.
+int LevelsToSpare(const FileInfo& info, int size) {
+  int levels = 0;
+  while (std::max(info.rows, info.cols) >> (levels + 1) >= 4 * size) ++levels;
+  return levels;
+}
+
 // As much of a file as is read at a rate.
 std::int64_t BytesFor(FileInfo info, double rate) {
   const double bits = rate * info.rows * info.cols;
@@ -57,7 +65,8 @@ std::int64_t BytesFor(FileInfo info, double rate) {
   return UsefulBytes(info);
 }
 
-Image DecodeFor(const ThumbnailArguments& arguments, const std::string& name, InputFile& input) {
+DecompressResult DecodeFor(const ThumbnailArguments& arguments, const std::string& name,
+                           InputFile& input) {
   const std::int64_t maxPixels = arguments.common.maxPixels;
   Bytes file = input.Read(kMostHeaderBytes);
   const FileKind kind = KindOfInput(file, name, arguments.formats.kind);
@@ -66,10 +75,15 @@ Image DecodeFor(const ThumbnailArguments& arguments, const std::string& name, In
   const double rate = RateFor(info, arguments.size);
   const Bytes stream = input.Read(BytesFor(info, rate));
   file.insert(file.end(), stream.begin(), stream.end());
-  if (info.budget) return Decompress(file, kind, {rate, maxPixels, {}}).image;
+  DecompressOptions options{
+      .maxPixels = maxPixels, .threads = arguments.files.ThreadsOfAFile(), .reduce = LevelsToSpare(info, arguments.size)};
+  if (info.budget) {
+    options.rate = rate;
+    return Decompress(file, kind, options);
+  }
   // A file without a rate of its own has one once it is cut.
   const TruncateResult start = Truncate(std::move(file), kind, {rate, {}, maxPixels});
-  return Decompress(start.file, start.kind, {{}, maxPixels, {}}).image;
+  return Decompress(start.file, start.kind, options);
 }
 
 int ParseSize(const std::string& text) {
@@ -95,7 +109,9 @@ ExitStatus MakeThumbnail(const ThumbnailArguments& arguments, const FileTask& ta
   CheckJsonHasRoom(arguments.common, output);
   console.SetInput(task.input);
   InputFile file(task.input, arguments.common.maxPixels);
-  const Image picture = ReducedToFit(DecodeFor(arguments, task.input, file), arguments.size);
+  const DecompressResult decoded = DecodeFor(arguments, task.input, file);
+  const Image picture =
+      ReducedToFit(decoded.image, decoded.info.rows, decoded.info.cols, arguments.size);
   console.SetOutput(task.output);
   output.Put(writer.write(picture));
   if (arguments.common.json)
@@ -131,6 +147,7 @@ void AddThumbnail(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<ThumbnailArguments>();
   CLI::App& command = AddCommand(tool, "thumbnail", "Make a small picture of a compressed file");
   AddFileArguments(command, arguments->files, "The compressed file", "The picture, a PNG");
+  AddThreadsOption(command, arguments->files);
   AddSizeOption(command, *arguments);
   AddFormatOption(command, arguments->formats, false);
   AddCommonOptions(command, arguments->common);

@@ -61,6 +61,9 @@ struct CompressOptions {
   bool bestWavelet = false;
   // Every pixel, in place of a rate: of kAwh, and of kAwg, which is so in any case.
   bool lossless = false;
+  // On as many threads as help, at most so many; 0: as many as the machine has processors. The file
+  // is the same on any number.
+  int threads = 1;
 };
 
 struct CompressResult {
@@ -115,6 +118,11 @@ struct DecompressOptions {
   std::optional<double> rate = {};
   std::int64_t maxPixels = kDefaultMaxPixels;
   PassListener onPass = {};
+  // As in CompressOptions.
+  int threads = 1;
+  // A picture whose sides are 2^reduce smaller, rounded up, in a fraction of the time and memory:
+  // the low band of that many levels. Held to the levels of the file; the info tells the full size.
+  int reduce = 0;
 };
 
 struct DecompressResult {

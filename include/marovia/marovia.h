@@ -123,7 +123,8 @@ typedef struct marovia_compress_options {
   double psnr;           /* the least PSNR in decibels, in place of the rate; 0: by the rate */
   int32_t lossless;      /* 1: every pixel, in place of a rate, bytes or a PSNR: of MAROVIA_AWH, and
                             of MAROVIA_AWG, which is so in any case. A MAROVIA_AWH then has no region */
-  int32_t reserved;      /* 0 */
+  int32_t threads;       /* at most, as many as help; 0: as many as the machine has processors. The
+                            file is the same on any number. 1 */
   marovia_listener listener; /* or NULL */
   void* context;             /* for the listener */
 } marovia_compress_options;
@@ -134,6 +135,9 @@ typedef struct marovia_decompress_options {
   int64_t max_pixels;        /* larger images are refused before anything is allocated; 0: 2^26 */
   marovia_listener listener; /* or NULL */
   void* context;             /* for the listener */
+  int32_t threads;           /* as in marovia_compress_options */
+  int32_t reduce; /* a picture whose sides are 2^reduce smaller, rounded up, in a fraction
+                     of the time: 0. Held to the levels of the file */
 } marovia_decompress_options;
 
 typedef struct marovia_truncate_options {

@@ -21,7 +21,7 @@ TEST_F(Tool, TakesEveryOptionOfTheCoders) {
   for (const std::string wavelet : {"9/7", "5/3", "2+2,2"}) {
     Done(
         "compress in.pgm out.awa -f --levels 2 --rate 1.5 --share 0.7 --region 9,9,30,40 --verify "
-        "--pad auto --wavelet " +
+        "--pad auto -T 2 --wavelet " +
         wavelet);
     const Json info = Record("info out.awa");
     EXPECT_EQ(info["wavelet"], wavelet);
@@ -29,6 +29,7 @@ TEST_F(Tool, TakesEveryOptionOfTheCoders) {
       EXPECT_EQ(info[field], value);
     Done("decompress out.awa out.pgm -f");
     EXPECT_GT(Record("measure in.pgm out.pgm")["psnr"], 30) << wavelet;
+    EXPECT_TRUE(Done("decompress out.awa - --reduce 1 -T 2").starts_with("P5\n42 30\n"));
   }
 }
 

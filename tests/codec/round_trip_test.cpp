@@ -1,4 +1,6 @@
 // Images of every size come back, and their files tell the size.
+#include "marovia/measures.h"
+
 #include "tests/support/plain_codec.h"
 
 namespace marovia {
@@ -65,6 +67,42 @@ TEST(Files, KeepTheSizeWhenCutAndThePictureWithATail) {
     for (int tail = 1; tail <= 100; ++tail) {
       file.push_back(static_cast<std::uint8_t>(tail * tail * 31));
       ASSERT_EQ(Decompress(file, kind).image, whole) << Extension(kind) << ", " << tail;
+    }
+  }
+}
+
+// What a block of 2^levels x 2^levels pixels is on average, less where the image ends in it.
+Image Averaged(const Image& image, int levels) {
+  const int side = 1 << levels;
+  Image small((image.Rows() + side - 1) / side, (image.Cols() + side - 1) / side);
+  for (int r = 0; r < small.Rows(); ++r) {
+    for (int c = 0; c < small.Cols(); ++c) {
+      int sum = 0;
+      int count = 0;
+      for (int i = r * side; i < std::min((r + 1) * side, image.Rows()); ++i) {
+        for (int j = c * side; j < std::min((c + 1) * side, image.Cols()); ++j, ++count) {
+          sum += image(i, j);
+        }
+      }
+      small(r, c) = static_cast<std::uint8_t>(sum / count);
+    }
+  }
+  return small;
+}
+
+TEST(Reduced, PicturesAreTheImageMadeSmaller) {
+  const Image image = test::NamedImage("blobs", 93, 138);
+  for (const FileKind kind : AllKinds()) {
+    for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
+      if (kind == FileKind::kAwg && wavelet == kDaub97) continue;
+      const Bytes file = Compress(image, {kind, wavelet, 3, 3}).file;
+      for (const int reduce : {1, 2, 3, 9}) {
+        const Image small = Decompress(file, kind, {.reduce = reduce}).image;
+        const Image expected = Averaged(image, std::min(reduce, 3));
+        ASSERT_TRUE(small.SameShape(expected)) << Extension(kind) << " " << reduce;
+        EXPECT_GT(Measure(expected, small).psnr.value_or(100), 20)
+            << Extension(kind) << ", wavelet " << static_cast<int>(wavelet) << ", " << reduce;
+      }
     }
   }
 }
