@@ -124,6 +124,7 @@ void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   add("nothing found in 32 passes", StreamOf(coding, pixels, kNone, kNone, kNone));
   add("one found at the end of each pass", StreamOf(coding, pixels, 0, 0, 0));
   add("some found at once, then one at the end of each pass", StreamOf(coding, pixels, 14, 0, 0));
+  add("half found at once, then one at the end of each pass", StreamOf(coding, pixels, 2, 0, 0));
   std::mt19937 random(7);
   Bytes noise(static_cast<std::size_t>(pixels) / 2);
   for (auto& byte : noise) byte = static_cast<std::uint8_t>(random());
