@@ -61,10 +61,15 @@ void frmMain::CompressInto(const std::string& fileName, const Coder& coder, Emph
   if (emphasis == Emphasis::kRegion) SetRegion(run);
 
   const auto report = [this](const PassReport& pass) {
-    ReportData(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant, pass.bits);
+    desktop_.Tell([&] {
+      ReportData(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant, pass.bits);
+    });
   };
-  const PassReport closing = run.WritePasses(report);
-  WriteChosenFile(fileName, run.File());
+  PassReport closing;
+  desktop_.Work([&] {
+    closing = run.WritePasses(report);
+    WriteChosenFile(fileName, run.File());
+  });
   state.packedFile = fileName;
   report(closing);
   ReportCompressedFile(fileName, coder);
@@ -86,9 +91,11 @@ void frmMain::WriteTransform(Compression& run, const Coder& coder) {
   SendMessage("Transforming image...");
   const Grid<float>& coefficients =
       coder.lossless ? TransformTheImageLossless(run) : TransformTheImage(run);
-  run.SubtractMean();
-  state.TransformArray = coefficients;
-  run.ChooseThreshold();
+  desktop_.Work([&] {
+    run.SubtractMean();
+    state.TransformArray = coefficients;
+    run.ChooseThreshold();
+  });
 }
 
 std::int32_t frmMain::Budget(double rate, int rows, int cols) const {
@@ -105,7 +112,8 @@ void frmMain::SetRegion(Compression& run) {
     txtROIPercent.text = TrimmedNumberText(held);
     desktop_.Repaint(txtROIPercent);
   }
-  Image mask = run.SetRegion(region, share);
+  Image mask;
+  desktop_.Work([&] { mask = run.SetRegion(region, share); });
   std::ranges::for_each(mask.Samples(), [](std::uint8_t& sample) { sample *= 255; });
   state.ReconstructedImage = Cropped(mask, {state.NumRows, state.NumCols});
   DisplayImageRec();
@@ -132,7 +140,9 @@ void frmMain::Decode(ByteView file, FileKind kind, Extent extent) {
   if (held) report_.Append(kRateHeld + std::string("\r\n"));
 
   const PassListener report = ReadingReporter();
-  report(run.ReadPasses(report));
+  PassReport closing;
+  desktop_.Work([&] { closing = run.ReadPasses(report); });
+  report(closing);
   SendMessage("Inverse transforming...");
   coder.lossless ? InvertTheTransformQuantLossless(run) : InvertTheTransformQuant(run);
   SendMessage("Image decompressed.");
@@ -171,15 +181,19 @@ void frmMain::OpenContextFile(const std::string& fileName) {
   ShowHeader(Inspect(file, FileKind::kAwh));
   DecompressOptions options;
   options.onPass = ReadingReporter();
-  TakeReconstruction(marovia::Decompress(file, FileKind::kAwh, options).image);
+  Image image;
+  desktop_.Work([&] { image = marovia::Decompress(file, FileKind::kAwh, options).image; });
+  TakeReconstruction(std::move(image));
   SendMessage("Image decompressed.");
   state.packedFile = fileName;
 }
 
 PassListener frmMain::ReadingReporter() {
   return [this](const PassReport& pass) {
-    ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
-                  pass.bits);
+    desktop_.Tell([&] {
+      ReportDataRec(static_cast<std::int16_t>(pass.pass), pass.threshold, pass.significant,
+                    pass.bits);
+    });
   };
 }
 
@@ -191,9 +205,10 @@ void frmMain::TakeReconstruction(Image image) {
 }
 
 const Grid<float>& frmMain::TransformTheImage(Compression& run) {
-  const Grid<float>& coefficients = run.Transform();
-  ShowCoefficients(coefficients);
-  return coefficients;
+  const Grid<float>* coefficients = nullptr;
+  desktop_.Work([&] { coefficients = &run.Transform(); });
+  ShowCoefficients(*coefficients);
+  return *coefficients;
 }
 
 const Grid<float>& frmMain::TransformTheImageLossless(Compression& run) {
@@ -201,7 +216,9 @@ const Grid<float>& frmMain::TransformTheImageLossless(Compression& run) {
 }
 
 void frmMain::InvertTheTransformQuant(Decompression& run) {
-  TakeReconstruction(run.Invert());
+  Image image;
+  desktop_.Work([&] { image = run.Invert(); });
+  TakeReconstruction(std::move(image));
 }
 
 void frmMain::InvertTheTransformQuantLossless(Decompression& run) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 
 #include "marovia/types.h"
@@ -26,7 +27,7 @@ struct StudioRequest {
   SharedValue<Image> source = {};
   std::filesystem::path sourceFile = {};
   std::filesystem::path packedFile = {};  // empty where the source is to be coded
-  FileKind kind = FileKind::kAwf;
+  FileKind kind = FileKind::kAwh;
   std::optional<WaveletKind> wavelet = {};
   std::optional<int> levels = {};
   double rate = 0;  // bits per pixel
@@ -48,6 +49,11 @@ class Desktop {
   // may differ.
   virtual void Repaint(const Control& control) = 0;
   virtual void SetFocus(const Control& control) = 0;
+  // Does what takes long, and comes back when it is done; a view may paint meanwhile, but takes no
+  // input. What the work throws is thrown here.
+  virtual void Work(const std::function<void()>& work) { work(); }
+  // What is said and shown in the middle of such work, or outside of it.
+  virtual void Tell(const std::function<void()>& news) { news(); }
   virtual void ShowStudio(const StudioRequest& request) = 0;
   // Command 3: from the contents.
   virtual void ShowHelp(const std::filesystem::path& file, int command) = 0;

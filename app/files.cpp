@@ -126,7 +126,8 @@ void frmMain::LoadBMPImage(const std::string& fileName) {
 
 void frmMain::DisplayBMPImage(const std::string& fileName) {
   const auto load = [&] {
-    LoadedImage loaded = ReadBmp(ReadChosenFile(fileName), kDefaultMaxPixels);
+    LoadedImage loaded;
+    desktop_.Work([&] { loaded = ReadBmp(ReadChosenFile(fileName), kDefaultMaxPixels); });
     TakeSourceImage(fileName, std::move(loaded.image), std::move(loaded.alteration));
   };
   OfFile(fileName, load, "Error loading file.");
@@ -166,13 +167,15 @@ void frmMain::SaveTheReconstructedImage() {
 }
 
 void frmMain::SaveRecImage(const std::string& fileName) {
-  OfFile(fileName, [&] { WriteChosenFile(fileName, WriteFormPgm(*state.ReconstructedImage)); });
+  const auto write = [&] { WriteChosenFile(fileName, WriteFormPgm(*state.ReconstructedImage)); };
+  OfFile(fileName, [&] { desktop_.Work(write); });
   report_.DropNote();
 }
 
 void frmMain::SaveRecImageAsBmp(const std::string& fileName) {
-  const auto save = [&] { WriteChosenFile(fileName, WriteBmp(*state.ReconstructedImage)); };
-  OfFile(fileName, save, "Error saving file.");
+  const auto write = [&] { WriteChosenFile(fileName, WriteBmp(*state.ReconstructedImage)); };
+  OfFile(
+      fileName, [&] { desktop_.Work(write); }, "Error saving file.");
   report_.DropNote();
 }
 

@@ -169,12 +169,14 @@ void frmMain::Compute() {
 }
 
 void frmMain::ComputeSupNormError() {
-  const Measured result = MeasureForm(*this);
+  Measured result;
+  desktop_.Work([&] { result = MeasureForm(*this); });
   SendMessage(SupNormText(result.measures, result.area));
 }
 
 void frmMain::ComputeMSEorPSNR(std::int16_t which) {
-  const Measured result = MeasureForm(*this);
+  Measured result;
+  desktop_.Work([&] { result = MeasureForm(*this); });
   SendMessage(which == 0 ? PsnrText(result.measures, result.area)
                          : MeanSquareText(result.measures, result.area));
 }

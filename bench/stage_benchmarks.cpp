@@ -67,7 +67,7 @@ struct Coefficients {
 void RegisterOrder(const std::string& name, OrderKind kind,
                    const std::shared_ptr<const Coefficients>& source) {
   const auto order = std::shared_ptr(MakeOrder(kind, source->bands));
-  const auto homes = [=] { return order->Gather(source->grid.Samples()); };
+  const auto homes = [=] { return order->Gather(source->grid.Samples(), 1); };
   Register(name + " order set up", [=](benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(MakeOrder(kind, source->bands));
   });
@@ -76,7 +76,7 @@ void RegisterOrder(const std::string& name, OrderKind kind,
   });
   RegisterPrepared(
       name + " scatter", [=] { return std::pair(homes(), source->grid); },
-      [=](auto& values) { order->Scatter(values.first, values.second.Samples()); });
+      [=](auto& values) { order->Scatter(values.first, values.second.Samples(), 1); });
 }
 
 void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
@@ -87,9 +87,9 @@ void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
   });
   const auto order = std::shared_ptr(MakeOrder(OrderKind::kAdaptive, source->bands));
   RegisterPrepared(
-      "bit planes", [=] { return order->Gather(source->grid.Samples()); },
+      "bit planes", [=] { return order->Gather(source->grid.Samples(), 1); },
       [=](auto& homes) {
-        benchmark::DoNotOptimize(BitPlanes(std::move(homes), source->exponent));
+        benchmark::DoNotOptimize(BitPlanes(std::move(homes), source->exponent, 1));
       });
 }
 
@@ -97,7 +97,7 @@ void RegisterPlanes(const std::shared_ptr<const Coefficients>& source) {
 void RegisterRebuild(const std::shared_ptr<const Coefficients>& source) {
   constexpr float kThreshold = 16;
   const auto order = std::shared_ptr(MakeOrder(OrderKind::kAdaptive, source->bands));
-  const auto values = order->Gather(source->grid.Samples());
+  const auto values = order->Gather(source->grid.Samples(), 1);
   const auto found = std::make_shared<HomeSet>(values.size());
   for (std::size_t home = 0; home < values.size(); ++home) {
     if (std::abs(values[home]) >= kThreshold) found->Insert(static_cast<Home>(home));

@@ -78,8 +78,10 @@ marovia_status marovia_decompress_into(const void* file, std::size_t file_size, 
     const ByteView view = ViewOf(file, file_size);
     const DecompressOptions chosen = OptionsOf(options);
     const FileInfo info = Inspect(view, KindOf(kind), chosen.maxPixels);
-    const marovia_canvas room = CanvasOf(*canvas, info.rows, info.cols);
+    // Known before the work unless the picture is to be smaller.
+    if (chosen.reduce == 0) CanvasOf(*canvas, info.rows, info.cols);
     const DecompressResult result = Decompress(view, info.kind, chosen);
+    const marovia_canvas room = CanvasOf(*canvas, result.image.Rows(), result.image.Cols());
     Paint(result.image, room);
     Give(PictureOf(result, room.samples), *picture);
   });

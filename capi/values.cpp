@@ -105,6 +105,7 @@ CompressOptions OptionsOf(const marovia_compress_options* theirs) {
   options.pad = given.pad != 0;
   if (given.psnr != 0) options.psnr = given.psnr;
   options.lossless = given.lossless != 0;
+  options.threads = given.threads;
   options.onPass = ListenerOf(given.listener, given.context);
   options.onTry = TryListenerOf(given.listener, given.context);
   return options;
@@ -115,6 +116,8 @@ DecompressOptions OptionsOf(const marovia_decompress_options* theirs) {
   DecompressOptions options;
   if (given.rate != 0) options.rate = given.rate;
   options.maxPixels = MaxPixelsOf(given.max_pixels);
+  options.threads = given.threads;
+  options.reduce = given.reduce;
   options.onPass = ListenerOf(given.listener, given.context);
   return options;
 }

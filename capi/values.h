@@ -12,7 +12,7 @@ namespace marovia::capi {
 
 inline constexpr marovia_compress_options kCompressDefaults = {
     .size = sizeof(marovia_compress_options),
-    .kind = MAROVIA_AWF,
+    .kind = MAROVIA_AWH,
     .wavelet = 0,
     .levels = 0,
     .pad = 1,
@@ -23,7 +23,7 @@ inline constexpr marovia_compress_options kCompressDefaults = {
     .region = {},
     .psnr = 0,
     .lossless = 0,
-    .reserved = 0,
+    .threads = 1,
     .listener = nullptr,
     .context = nullptr};
 inline constexpr marovia_decompress_options kDecompressDefaults = {
@@ -31,7 +31,9 @@ inline constexpr marovia_decompress_options kDecompressDefaults = {
     .rate = 0,
     .max_pixels = kDefaultMaxPixels,
     .listener = nullptr,
-    .context = nullptr};
+    .context = nullptr,
+    .threads = 1,
+    .reduce = 0};
 
 bool IsKind(std::int32_t kind);
 FileKind KindOf(std::int32_t kind);

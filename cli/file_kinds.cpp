@@ -121,7 +121,7 @@ Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo) {
 }
 
 std::optional<FileKind> KindNamed(const std::string& name) {
-  return IsStream(name) ? std::nullopt : KindOfExtension(ExtensionOf(name));
+  return KindOfExtension(ExtensionOf(name));
 }
 
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told) {
@@ -173,7 +173,7 @@ const PictureWriter& WriterFor(const std::string& name, const PictureWriter* tol
 }
 
 const PictureWriter* WriterNamed(const std::string& name) {
-  return IsStream(name) ? nullptr : WriterOfExtension(ExtensionOf(name));
+  return WriterOfExtension(ExtensionOf(name));
 }
 
 void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {

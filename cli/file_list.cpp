@@ -19,6 +19,7 @@ namespace {
 
 constexpr const char* kGroup = "Many files";
 constexpr std::int64_t kMostJobs = 1024;
+constexpr std::int64_t kMostThreads = 1024;
 
 // A name of its own in the help; all go into one list.
 void AddName(CLI::App& command, FileArguments& arguments, const std::string& name,
@@ -56,6 +57,12 @@ void AddManyFiles(CLI::App& command, FileArguments& arguments) {
                     arguments.jobs = std::min(ParseCount("--jobs", text), kMostJobs);
                   })
       ->needs(folder)
+      ->group(kGroup);
+  AddParsedOption(
+      command, "-T,--threads", "N", "Threads for a file (all processors; 1 with several jobs)",
+      [&](const std::string& text) {
+        arguments.threads = static_cast<int>(std::min(ParseCount("--threads", text), kMostThreads));
+      })
       ->group(kGroup);
   AddParsedOption(command, "--shard", "I/N", "Only share I of N, from 1, chosen by the names",
                   [&](const std::string& text) { arguments.shard = ParseShard(text); })

@@ -34,6 +34,10 @@ struct FileArguments {
   std::optional<std::string> outputDir;
   std::optional<std::string> listFile;  // "-" is standard input
   std::int64_t jobs = 1;
+  std::optional<int> threads;  // for one file
+
+  // All processors for one file at a time, one thread for each of several.
+  [[nodiscard]] int ThreadsOfAFile() const { return threads.value_or(jobs > 1 ? 1 : 0); }
   std::optional<Shard> shard;
 };
 

@@ -45,7 +45,15 @@ void CheckWavelet(const CompressOptions& options) {
   }
 }
 
+void CheckThreads(int threads) {
+  if (threads < 0) {
+    Fail(Errc::kInvalidArgument,
+         "The number of threads is " + std::to_string(threads) + "; it must be 0 or more.");
+  }
+}
+
 void CheckOptions(const Image& image, const CompressOptions& options) {
+  CheckThreads(options.threads);
   const bool hasBudget = CoderOf(options.kind).HasBudget();
   if (options.levels && *options.levels < 1) {
     Fail(Errc::kInvalidArgument,
@@ -78,6 +86,11 @@ CompressResult Compress(const Image& image, const CompressOptions& options) {
 }
 
 DecompressResult Decompress(ByteView file, FileKind kind, const DecompressOptions& options) {
+  CheckThreads(options.threads);
+  if (options.reduce < 0) {
+    Fail(Errc::kInvalidArgument, "The levels to leave out are " + std::to_string(options.reduce) +
+                                     "; they must be 0 or more.");
+  }
   if (kind == FileKind::kAwh) return DecompressContext(file, options);
   return DecompressOnce(file, kind, options);
 }

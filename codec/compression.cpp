@@ -50,8 +50,9 @@ void Compression::SetLevels(int levels) {
 
 const Grid<float>& Compression::Transform() {
   const auto [wavelet, levels] = std::pair(header_.wavelet, header_.levels);
-  coefficients_ = header_.padded ? TransformTheImage(Padded(image_, levels), wavelet, levels)
-                                 : TransformTheImage(image_, wavelet, levels);
+  coefficients_ = header_.padded
+                      ? TransformTheImage(Padded(image_, levels), wavelet, levels, threads_)
+                      : TransformTheImage(image_, wavelet, levels, threads_);
   return coefficients_;
 }
 
@@ -99,7 +100,8 @@ PassReport Compression::WritePasses(const PassListener& onPass) {
 
 template <template <class> class Encoder, class Symbols, class Order>
 PassReport Compression::WriteWith(Order& order, const PassListener& onPass) {
-  const BitPlanes planes(order.Gather(coefficients_.Samples()), header_.exponent);
+  const BitPlanes planes(order.Gather(coefficients_.Samples(), threads_), header_.exponent,
+                         threads_);
   coefficients_ = {};
 
   EncoderPlan plan{.budget = header_.budget ? *header_.budget : kNoLimit,

@@ -17,6 +17,8 @@ class Compression {
   // padded. Error kInvalidArgument where the image is empty, kLimit where a side exceeds kMostSide.
   Compression(const Coder& coder, const Image& image, WaveletKind wavelet, bool pad);
 
+  // 0: as many as the machine has processors. 1 unless set; the file is the same on any number.
+  void SetThreads(int threads) { threads_ = threads; }
   // Not for a lossless coder. The budget may be 0 or negative.
   void SetBudget(std::int32_t bits) { header_.budget = bits; }
   // Levels within the limit. Error kLimit where a padded side exceeds kMostSide.
@@ -43,6 +45,7 @@ class Compression {
   const Coder& coder_;
   const Image& image_;
   bool pad_;
+  int threads_ = 1;
   FileHeader header_;
   Bytes file_;
   Grid<float> coefficients_;

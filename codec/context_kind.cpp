@@ -116,23 +116,25 @@ CompressResult ResultOf(Bytes file) {
           .passes = {}};
 }
 
-ContextPicture Decoded(ByteView file, const PlaneListener& onPlane) {
-  return DecodeContext(file,
-                       {.maxPixels = std::numeric_limits<std::int64_t>::max(), .onPlane = onPlane});
+ContextPicture Decoded(ByteView file, const PlaneListener& onPlane, int threads) {
+  return DecodeContext(file, {.maxPixels = std::numeric_limits<std::int64_t>::max(),
+                              .onPlane = onPlane,
+                              .threads = threads});
 }
 
 // The start of the complete file that is just good enough.
 CompressResult StartOfPsnr(const Image& image, Bytes file, const CompressOptions& options) {
   const auto psnrOf = [&](std::int64_t bytes) {
     const ByteView start = ByteView(file).first(static_cast<std::size_t>(bytes));
-    return PsnrOfPicture(image, Decoded(start, TryListener<PlaneReport>(options)).image);
+    return PsnrOfPicture(image,
+                         Decoded(start, TryListener<PlaneReport>(options), options.threads).image);
   };
   const auto bytes = LeastBytesForPsnr(*options.psnr, kHeaderBytes, std::ssize(file), psnrOf);
   if (!bytes) FailOutOfReach(*options.psnr, psnrOf(std::ssize(file)));
   file.resize(static_cast<std::size_t>(*bytes));
   CompressResult result = ResultOf(std::move(file));
   Passes passes(result.wavelet, options.onPass);
-  const PlaneReport last = Decoded(result.file, passes.Listener()).last;
+  const PlaneReport last = Decoded(result.file, passes.Listener(), options.threads).last;
   result.passes = std::move(passes).ClosedBy(last);
   return result;
 }
@@ -142,7 +144,7 @@ CompressResult StartOfPsnr(const Image& image, Bytes file, const CompressOptions
 CompressResult CompressContext(const Image& image, const CompressOptions& options,
                                WaveletKind wavelet) {
   if (options.lossless) CheckLossless(options);
-  ContextOptions coding{.wavelet = wavelet, .levels = options.levels};
+  ContextOptions coding{.wavelet = wavelet, .levels = options.levels, .threads = options.threads};
   if (options.psnr) {
     coding.onPlane = TryListener<PlaneReport>(options);
     return StartOfPsnr(image, EncodeContext(image, coding), options);
@@ -167,8 +169,10 @@ DecompressResult DecompressContext(ByteView file, const DecompressOptions& optio
     if (!result.rateHeld) file = file.first(static_cast<std::size_t>(wanted));
   }
   Passes passes(header.wavelet, options.onPass);
-  ContextPicture picture =
-      DecodeContext(file, {.maxPixels = options.maxPixels, .onPlane = passes.Listener()});
+  ContextPicture picture = DecodeContext(file, {.maxPixels = options.maxPixels,
+                                                .onPlane = passes.Listener(),
+                                                .threads = options.threads,
+                                                .reduce = options.reduce});
   result.passes = std::move(passes).ClosedBy(picture.last);
   result.truncated = result.rateHeld && !picture.complete;
   result.image = std::move(picture.image);

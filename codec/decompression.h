@@ -1,6 +1,8 @@
 // A decompression as the steps of a run.
 #pragma once
 
+#include <type_traits>
+
 #include "marovia/codec.h"
 
 #include "codec/coders.h"
@@ -21,6 +23,11 @@ class Decompression {
   [[nodiscard]] const FileInfo& Info() const { return info_; }
   [[nodiscard]] const Coder& TheCoder() const { return coder_; }
 
+  // 0: as many as the machine has processors. 1 unless set; the picture is the same on any number.
+  void SetThreads(int threads) { threads_ = threads; }
+  // The picture is to be so many times 2 smaller, up to the levels of the file: that many levels
+  // are not put together again, and their values not kept.
+  void Reduce(int levels);
   // What to read; without it, all. Returns whether that was held to what the file was made with.
   // Not for a lossless coder.
   bool HoldBudget(std::int32_t bits);
@@ -42,12 +49,17 @@ class Decompression {
 
  private:
   template <template <class> class Decoder, class Symbols, class Order>
-  PassReport ReadWith(Order& order, const PassListener& onPass);
+  PassReport ReadWith(Order& order, const std::type_identity_t<Order>& keptOrder,
+                      const PassListener& onPass);
+  // What is kept of the coded grid.
+  [[nodiscard]] BandGrid KeptGrid() const;
 
   const Coder& coder_;
   FileInfo info_;
   ByteView stream_;
   std::int64_t budget_;
+  int threads_ = 1;
+  int reduce_ = 0;
   Grid<float> coefficients_;
   std::int64_t streamBitsRead_ = 0;
   bool truncated_ = false;

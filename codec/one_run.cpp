@@ -41,6 +41,7 @@ CompressResult CompressOnce(const Image& image, const CompressOptions& options,
   result.wavelet = WaveletOf(options);
   result.levels = ChooseLevels(sides, options);
   Compression run(CoderOf(options.kind), image, result.wavelet, options.pad);
+  run.SetThreads(options.threads);
   if (LevelLimitOf(sides, result.wavelet, options.pad) < 0) {
     Fail(Errc::kInvalidArgument, "An image with a side of 1 or 2 cannot be coded without padding.");
   }
@@ -60,6 +61,8 @@ CompressResult CompressOnce(const Image& image, const CompressOptions& options,
 
 DecompressResult DecompressOnce(ByteView file, FileKind kind, const DecompressOptions& options) {
   Decompression run(file, kind, options.maxPixels);
+  run.SetThreads(options.threads);
+  run.Reduce(options.reduce);
   DecompressResult result;
   result.info = run.Info();
   if (options.rate && run.TheCoder().HasBudget()) {

@@ -1,6 +1,7 @@
 // The bands of a transform in the order in which they are coded, and the way there and back.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -8,6 +9,7 @@
 
 #include "context/context_header.h"
 #include "wavelet/level_lifting.h"
+#include "wavelet/transform.h"
 
 namespace marovia {
 
@@ -50,11 +52,19 @@ void Interleave(BasicSplitLine<Sample>& line, std::span<Sample> row);
 void StorePixels(std::span<const float> row, std::span<std::uint8_t> pixels);
 void StorePixels(std::span<const std::int32_t> row, std::span<std::uint8_t> pixels);
 
+// What a low band, after so many levels that are left out, has too much: the weighted wavelet
+// doubles what it keeps with every level.
+inline void UndoGain(std::span<float> row, int levels) {
+  const float factor = std::ldexp(1.0F, -levels);
+  for (float& sample : row) sample *= factor;
+}
+inline void UndoGain(std::span<std::int32_t>, int) {}
+
 // Calls sink(band index, row number, row) for every row of every band of an image of the header's
-// sides; the rows of the low band come last. The samples are single-precision with the 9/7 wavelet,
-// else integers.
+// sides, on several threads perhaps; the rows of the low band come last. The samples are
+// single-precision with the 9/7 wavelet, else integers.
 template <class Sample, class Sink>
-void ForwardBands(const Image& image, const ContextHeader& header, Sink sink) {
+void ForwardBands(const Image& image, const ContextHeader& header, int threads, Sink sink) {
   LevelSides sides{header.PaddedRows(), header.PaddedCols()};
   Grid<Sample> low;
   for (int level = 1; level <= header.levels; ++level) {
@@ -72,7 +82,8 @@ void ForwardBands(const Image& image, const ContextHeader& header, Sink sink) {
         sink(BandIndex(header, level, BandKind::kDiagonal), k, row.last(half));
       }
     };
-    LiftLevel<Sample>(header.wavelet, sides, fetch, store);
+    LiftLevel<Sample>({LiftingSteps(header.wavelet, Direction::kForward)}, sides, threads, fetch,
+                      store);
     low = std::move(next);
     sides = {sides.rows / 2, sides.cols / 2};
   }
@@ -83,19 +94,31 @@ void ForwardBands(const Image& image, const ContextHeader& header, Sink sink) {
   for (int r = 0; r < sides.rows; ++r) sink(0, r, std::span<const Sample>(low.Row(r)));
 }
 
-// Back: fetch(band index, row number, row) fills a row of a band.
+// On how many threads a picture is put together, and how many levels of it are left out.
+struct Inversion {
+  int threads = 1;
+  int reduce = 0;  // up to the levels of the file
+};
+
+// Back: fetch(band index, row number, row) fills a row of a band, on several threads perhaps.
 template <class Sample, class Fetch>
-Image InvertBands(const ContextHeader& header, Fetch fetch) {
+Image InvertBands(const ContextHeader& header, const Inversion& how, Fetch fetch) {
   LevelSides sides{header.PaddedRows() >> header.levels, header.PaddedCols() >> header.levels};
-  Image image(header.rows, header.cols, Unfilled{});
+  Image image(ReducedSide(header.rows, how.reduce), ReducedSide(header.cols, how.reduce),
+              Unfilled{});
+  const auto storePixels = [&](std::span<Sample> row, int r) {
+    if (r >= image.Rows()) return;
+    UndoGain(row, how.reduce);
+    StorePixels(row, image.Row(r));
+  };
   Grid<Sample> low(sides.rows, sides.cols, Unfilled{});
   for (int r = 0; r < sides.rows; ++r) fetch(std::size_t{0}, r, low.Row(r));
-  std::vector<Sample> line(static_cast<std::size_t>(header.PaddedCols()));
-  for (int level = header.levels; level >= 1; --level) {
+  for (int level = header.levels; level > how.reduce; --level) {
+    const bool isLast = level == how.reduce + 1;
     const auto half = static_cast<std::size_t>(sides.cols);
     sides = {2 * sides.rows, 2 * sides.cols};
     Grid<Sample> next;
-    if (level > 1) next = Grid<Sample>(sides.rows, sides.cols, Unfilled{});
+    if (!isLast) next = Grid<Sample>(sides.rows, sides.cols, Unfilled{});
     const auto fetchHalves = [&](Band band, int k, std::span<Sample> row) {
       if (band == Band::kLow) {
         std::copy_n(low.Row(k).begin(), half, row.begin());
@@ -106,15 +129,18 @@ Image InvertBands(const ContextHeader& header, Fetch fetch) {
       }
     };
     const auto emit = [&](int r, BasicSplitLine<Sample>& split) {
-      if (level > 1) return Interleave<Sample>(split, next.Row(r));
-      if (r >= image.Rows()) return;
+      if (!isLast) return Interleave<Sample>(split, next.Row(r));
+      Buffer<Sample> line(2 * half);
       Interleave<Sample>(split, line);
-      StorePixels(line, image.Row(r));
+      storePixels(line, r);
     };
-    InvertLevel<Sample>(header.wavelet, sides, fetchHalves, emit);
+    InvertLevel<Sample>({LiftingSteps(header.wavelet, Direction::kInverse)}, sides, how.threads,
+                        fetchHalves, emit);
     low = std::move(next);
   }
-  if (header.levels == 0) StorePixels(low.Samples(), image.Samples());
+  if (header.levels == how.reduce) {
+    for (int r = 0; r < sides.rows; ++r) storePixels(low.Row(r), r);
+  }
   return image;
 }
 

@@ -31,6 +31,8 @@ struct ContextOptions {
   std::optional<Region> region = {};
   float share = 0.9F;
   PlaneListener onPlane = {};
+  // For the transform, at most; 0: as many as the machine has processors.
+  int threads = 1;
 };
 
 // Throws Error: kInvalidArgument (an empty image, levels below 0, fewer bytes than a header, a
@@ -50,6 +52,9 @@ struct ContextPicture {
 struct ContextDecodeOptions {
   std::int64_t maxPixels = kDefaultMaxPixels;
   PlaneListener onPlane = {};
+  int threads = 1;
+  // Sides 2^reduce smaller, held to the levels.
+  int reduce = 0;
 };
 
 // Throws Error as ReadContextHeader. Every stream behind a header is that of some picture.

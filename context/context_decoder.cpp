@@ -35,8 +35,8 @@ class Decoding {
 
   [[nodiscard]] PlaneReport Last() const { return last_; }
 
-  Image Picture() {
-    return IsInteger(header_.wavelet) ? PictureOf<std::int32_t>() : PictureOf<float>();
+  Image Picture(const Inversion& how) {
+    return IsInteger(header_.wavelet) ? PictureOf<std::int32_t>(how) : PictureOf<float>(how);
   }
 
  private:
@@ -45,13 +45,14 @@ class Decoding {
   }
 
   template <class Sample>
-  Image PictureOf() {
+  Image PictureOf(const Inversion& inversion) {
     std::vector<Reconstruction> how;
     for (const BandField& band : field_.Bands())
       how.push_back(ReconstructionOf(band, header_, plane_));
-    return InvertBands<Sample>(header_, [&](std::size_t i, int r, std::span<Sample> row) {
-      Join(field_.Bands()[i], r, how[i], row);
-    });
+    return InvertBands<Sample>(header_, inversion,
+                               [&](std::size_t i, int r, std::span<Sample> row) {
+                                 Join(field_.Bands()[i], r, how[i], row);
+                               });
   }
 
   void Join(const BandField& band, int r, const Reconstruction& how, std::span<std::int32_t> row) {
@@ -76,7 +77,8 @@ ContextPicture DecodeContextWith(const ContextKernels& kernels, ByteView file,
   const ContextHeader header = ReadContextHeader(file, options.maxPixels);
   Decoding decoding(kernels, file, header);
   const bool complete = decoding.ReadPlanes(options.onPlane);
-  return {decoding.Picture(), header, complete, decoding.Last()};
+  const int reduce = std::min(options.reduce, header.levels);
+  return {decoding.Picture({options.threads, reduce}), header, complete, decoding.Last()};
 }
 
 ContextPicture DecodeContext(ByteView file, const ContextDecodeOptions& options) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <limits>
 #include <string>
@@ -37,6 +38,8 @@ ContextHeader HeaderFor(const Image& image, const ContextOptions& options) {
   const int levels =
       options.levels.value_or(IsInteger(options.wavelet) ? kDefaultIntegerLevels : kDefaultLevels);
   header.levels = std::min(levels, ContextLevelLimit(header.rows, header.cols));
+  // An image that a file can just hold may not bear the padding of more.
+  while (header.levels > 0 && header.Cells() > kMostContextCells) --header.levels;
   CheckContextSides(header);
   return header;
 }
@@ -57,15 +60,16 @@ constexpr int kRoom = 32;
 // An image's transform as bit planes.
 class Analysis {
  public:
-  Analysis(const ContextKernels& kernels, const Image& image, ContextHeader& header)
+  Analysis(const ContextKernels& kernels, const Image& image, ContextHeader& header, int threads)
       : field(header, kRoom), kernels_(kernels) {
     const ContextBand& low = field.Bands().front();
     low_ = Grid<std::int32_t>(low.rows, low.cols, Unfilled{});
-    IsInteger(header.wavelet) ? Run<std::int32_t>(image, header) : Run<float>(image, header);
+    IsInteger(header.wavelet) ? Run<std::int32_t>(image, header, threads)
+                              : Run<float>(image, header, threads);
     header.mean = MeanOf(low_.Samples());
     for (std::int32_t& value : low_.Samples()) value -= header.mean;
     for (int r = 0; r < low_.Rows(); ++r) CutRow(0, r, std::span<const std::int32_t>(low_.Row(r)));
-    header.planes = static_cast<int>(std::bit_width(magnitudes_));
+    header.planes = static_cast<int>(std::bit_width(magnitudes_.load()));
     if (header.planes > kMostContextPlanes) {
       Fail(Errc::kOverflow, "Overflow: a coefficient has " + std::to_string(header.planes) +
                                 " bits; a file can hold " + std::to_string(kMostContextPlanes) +
@@ -77,14 +81,15 @@ class Analysis {
 
  private:
   template <class Sample>
-  void Run(const Image& image, const ContextHeader& header) {
+  void Run(const Image& image, const ContextHeader& header, int threads) {
     constexpr int kUnits = std::is_same_v<Sample, float> ? 16 : 1;
-    ForwardBands<Sample>(image, header, [&](std::size_t band, int r, std::span<const Sample> row) {
-      if (band > 0) return CutRow(band, r, row);
-      std::ranges::transform(row, low_.Row(r).begin(), [](Sample sample) {
-        return static_cast<std::int32_t>(sample * kUnits);
-      });
-    });
+    ForwardBands<Sample>(image, header, threads,
+                         [&](std::size_t band, int r, std::span<const Sample> row) {
+                           if (band > 0) return CutRow(band, r, row);
+                           std::ranges::transform(row, low_.Row(r).begin(), [](Sample sample) {
+                             return static_cast<std::int32_t>(sample * kUnits);
+                           });
+                         });
   }
 
   void CutRow(std::size_t band, int r, std::span<const std::int32_t> row) {
@@ -96,7 +101,7 @@ class Analysis {
 
   const ContextKernels& kernels_;
   Grid<std::int32_t> low_;
-  std::uint32_t magnitudes_ = 0;
+  std::atomic<std::uint32_t> magnitudes_ = 0;
 };
 
 // Which cells of a block lie outside some columns, both included.
@@ -223,7 +228,7 @@ Bytes EncodeContextWith(const ContextKernels& kernels, const Image& image,
                         const ContextOptions& options) {
   CheckOptions(image, options);
   ContextHeader header = HeaderFor(image, options);
-  Analysis analysis(kernels, image, header);
+  Analysis analysis(kernels, image, header, options.threads);
   return Encoding(kernels, options, analysis, header).Run();
 }
 

@@ -1,11 +1,11 @@
 #include "explore/explorer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <utility>
 
 #include "codec/coders.h"
+#include "codec/psnr_search.h"
 #include "explore/similarity.h"
 
 namespace marovia {
@@ -62,6 +62,12 @@ bool Explorer::Code(double rate, const Watch& watch) {
   master_ = std::move(coded->file);
   TakeMaster(coded->passes);
   return true;
+}
+
+void Explorer::SetRegion(const std::optional<Region>& region, float share) {
+  recipe_.region = region;
+  recipe_.share = share;
+  kept_.clear();
 }
 
 // What is kept stays true: a longer master begins as the one before.
@@ -127,18 +133,14 @@ std::optional<CurvePoint> Explorer::PointAt(std::int64_t bytes, const Watch& wat
 }
 
 std::optional<std::int64_t> Explorer::BytesForPsnr(double psnr, const Watch& watch) {
-  constexpr std::int64_t kPrecision = 1000;  // parts of the length
-  std::int64_t low = scale_.Least();
-  std::int64_t high = scale_.most;
-  while (high - low > std::max<std::int64_t>(1, high / kPrecision)) {
-    const auto middle =
-        static_cast<std::int64_t>(std::sqrt(static_cast<double>(low) * static_cast<double>(high)));
-    const auto point = PointAt(std::max(middle, low + 1), watch);
-    if (!point) return std::nullopt;
-    const bool enough = !point->psnr || *point->psnr >= psnr;
-    (enough ? high : low) = std::max(middle, low + 1);
-  }
-  return high;
+  const auto psnrOf = [&](std::int64_t bytes) {
+    const auto look = LookAt(bytes, watch);
+    if (!look) throw Ended{};
+    return PsnrOfPicture(*source_, *look->picture);
+  };
+  return UnlessEnded([&] {
+    return LeastBytesForPsnr(psnr, scale_.Least(), scale_.most, psnrOf).value_or(scale_.most);
+  });
 }
 
 }  // namespace marovia

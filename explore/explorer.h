@@ -1,6 +1,6 @@
 // An embedded file and what each of its lengths is worth.
 //
-//   Explorer explorer(source, {.kind = FileKind::kAwf});
+//   Explorer explorer(source, {.kind = FileKind::kAwh});
 //   explorer.Code(kWholeRate, {});
 //   Look look = *explorer.LookAt(8192, {});   those bytes, and the picture that they decode to
 //   explorer.Measure(look);                   how far that is from the source
@@ -30,11 +30,15 @@ using Watch = std::function<bool(double part)>;
 
 // How a source is coded; unset, as the library thinks best.
 struct Recipe {
-  FileKind kind = FileKind::kAwf;
+  FileKind kind = FileKind::kAwh;
   std::optional<WaveletKind> wavelet = {};
   std::optional<int> levels = {};
   std::optional<Region> region = {};
   float share = 0.9F;
+
+  [[nodiscard]] bool SameMaster(const Recipe& other) const {
+    return kind == other.kind && wavelet == other.wavelet && levels == other.levels;
+  }
 };
 
 // Bits a pixel of a lossy master: as many as the pixels themselves have.
@@ -66,6 +70,9 @@ class Explorer {
   // Codes the source at so many bits a pixel, where the kind has any; what comes after a first
   // quick master of few bits answers alike. False where the watch ended it.
   bool Code(double rate, const Watch& watch);
+
+  // Of a source, whose master stays as it is.
+  void SetRegion(const std::optional<Region>& region, float share);
 
   // The bytes that may be asked for, and of what.
   [[nodiscard]] const RateScale& Scale() const { return scale_; }

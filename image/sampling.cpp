@@ -113,10 +113,14 @@ Image Reduced(const Image& image, int rows, int cols) {
 }
 
 Image ReducedToFit(const Image& image, int size) {
-  const int longest = std::max(image.Rows(), image.Cols());
+  return ReducedToFit(image, image.Rows(), image.Cols(), size);
+}
+
+Image ReducedToFit(const Image& image, int rows, int cols, int size) {
+  const int longest = std::max(rows, cols);
   if (longest <= size) return image;
   const double scale = static_cast<double>(size) / longest;
-  return Reduced(image, Scaled(image.Rows(), scale), Scaled(image.Cols(), scale));
+  return Reduced(image, Scaled(rows, scale), Scaled(cols, scale));
 }
 
 }  // namespace marovia

@@ -28,5 +28,7 @@ Image Reduced(const Image& image, int rows, int cols);
 
 // The same with sides of at most `size`, in the shape of the image; one that fits stays as it is.
 Image ReducedToFit(const Image& image, int size);
+// The same of an image that is a smaller picture of one of rows x cols already, whose shape counts.
+Image ReducedToFit(const Image& image, int rows, int cols, int size);
 
 }  // namespace marovia

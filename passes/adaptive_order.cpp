@@ -48,13 +48,16 @@ std::vector<Stretch> MakeStretches(const BandGrid& grid) {
   return stretches;
 }
 
-// Calls visit(child, place) for the children of the homes from `first` to `last` - 1, those of one
-// level, whose three bands follow one another.
+// Calls visit(child, place) for the children of a share of the homes from `first` to `last` - 1,
+// those of one level, whose three bands follow one another.
 template <class Visit>
-void ForChildren(const Buffer<std::uint32_t>& places, Home first, Home last, Visit visit) {
+void ForChildren(const Buffer<std::uint32_t>& places, Home first, Home last, Share share,
+                 Visit visit) {
   const Home bandSize = (last - first) / 3;
+  const auto parents = share.Of(bandSize);
   for (const auto& walk : kBlockWalks) {
-    for (Home parent = first; parent < first + bandSize; ++parent) {
+    const Home end = first + static_cast<Home>(parents.last);
+    for (Home parent = first + static_cast<Home>(parents.first); parent < end; ++parent) {
       const std::uint32_t corner = 2 * places[parent];
       for (Home i = 0; i < 4; ++i) visit(4 * parent + i, corner + walk[i]);
     }
@@ -81,35 +84,36 @@ AdaptiveOrder::AdaptiveOrder(const BandGrid& grid)
 void AdaptiveOrder::NumberParents() {
   parents_.resize(levels_.back().lastBlock);
   const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
-  ForOrder(fixed_, TheGrid(), 0, [&](Home home, std::uint32_t position) {
+  ForOrder(fixed_, TheGrid(), 0, {}, [&](Home home, std::uint32_t position) {
     parents_[home] = PlaceOf(position / cols, position % cols);
   });
   for (std::size_t i = 0; i + 1 < levels_.size(); ++i) {
-    ForChildren(parents_, levels_[i].firstBlock, levels_[i].lastBlock,
+    ForChildren(parents_, levels_[i].firstBlock, levels_[i].lastBlock, {},
                 [this](Home child, std::uint32_t place) { parents_[child] = place; });
   }
 }
 
 template <class Visit>
-void AdaptiveOrder::ForHomes(Visit visit) const {
-  ForOrder(fixed_, TheGrid(), 0, visit);
+void AdaptiveOrder::ForHomes(Share share, Visit visit) const {
+  ForOrder(fixed_, TheGrid(), 0, share, visit);
   const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
   for (const Level& level : levels_) {
-    ForChildren(parents_, level.firstBlock, level.lastBlock,
+    ForChildren(parents_, level.firstBlock, level.lastBlock, share,
                 [visit, cols](Home child, std::uint32_t place) {
                   visit(child, (place >> 16) * cols + (place & 0xFFFF));
                 });
   }
   const Home banded = levels_.empty() ? 0 : 4 * levels_.back().lastBlock;
-  ForOrder(leftOver_, TheGrid(), banded, visit);
+  ForOrder(leftOver_, TheGrid(), banded, share, visit);
 }
 
-Buffer<float> AdaptiveOrder::Gather(std::span<const float> grid) const {
-  return GatherHomes(*this, grid);
+Buffer<float> AdaptiveOrder::Gather(std::span<const float> grid, int threads) const {
+  return GatherHomes(*this, grid, threads);
 }
 
-void AdaptiveOrder::Scatter(std::span<const float> homes, std::span<float> grid) const {
-  ScatterHomes(*this, homes, grid);
+void AdaptiveOrder::Scatter(std::span<const float> homes, std::span<float> grid,
+                            int threads) const {
+  ScatterHomes(*this, homes, grid, threads);
 }
 
 Walk AdaptiveOrder::Positions() const {
@@ -139,12 +143,15 @@ StretchOrder AdaptiveOrder::OrderOf(std::size_t stretch) {
 void AdaptiveOrder::MakeFirst(Level& level) {
   ScanOrder order;
   AppendLevel(order, TheGrid(), level.number, LevelOrderKind::kRightFirst);
-  Buffer<Home> homeAt(HomeCount());
-  const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
-  ForChildren(parents_, level.firstBlock, level.lastBlock, [&](Home child, std::uint32_t place) {
-    homeAt[(place >> 16) * cols + (place & 0xFFFF)] = child;
-  });
   level.homes = WalkOf(order, TheGrid());
+  const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
+  // As many positions as lie before the end of the level's last band.
+  const std::size_t rows = static_cast<std::size_t>(2 * TheGrid().CornerRows(level.number));
+  Buffer<Home> homeAt(rows * cols);
+  ForChildren(parents_, level.firstBlock, level.lastBlock, {},
+              [&](Home child, std::uint32_t place) {
+                homeAt[(place >> 16) * cols + (place & 0xFFFF)] = child;
+              });
   for (Home& home : level.homes) home = homeAt[home];
   level.made = true;
 }

@@ -22,15 +22,15 @@ class AdaptiveOrder final : public VisitingOrder {
  public:
   explicit AdaptiveOrder(const BandGrid& grid);
 
-  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid) const override;
-  void Scatter(std::span<const float> homes, std::span<float> grid) const override;
+  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid, int threads) const override;
+  void Scatter(std::span<const float> homes, std::span<float> grid, int threads) const override;
   [[nodiscard]] Walk Positions() const override;
   void Rebuild(const HomeSet& found) override;
   StretchOrder OrderOf(std::size_t stretch) override;
 
-  // Calls visit(home, position) for every home.
+  // Calls visit(home, position) for a share of the homes.
   template <class Visit>
-  void ForHomes(Visit visit) const;
+  void ForHomes(Share share, Visit visit) const;
 
  private:
   struct Level {

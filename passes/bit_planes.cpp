@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/bits.h"
+#include "base/parallel.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -34,11 +35,10 @@ std::uint64_t EqualBytes(const std::uint8_t* bytes, std::uint8_t wanted) {
 }
 #endif
 
-// A magnitude in [2^(n-k), 2^(n-k+1)) has the biased exponent n - k + 127.
+// A magnitude in [2^(n-k), 2^(n-k+1)) has the biased exponent n - k + 127; `base` is n + 127.
 MAROVIA_WIDE_VECTORS void FindPasses(std::span<const float> homes, std::int32_t base,
-                                     Buffer<std::uint8_t>& passes) {
+                                     std::uint8_t* __restrict to) {
   const float* __restrict from = homes.data();
-  std::uint8_t* __restrict to = passes.data();
   const std::size_t count = homes.size();
   for (std::size_t home = 0; home < count; ++home) {
     const std::int32_t biased = std::bit_cast<std::int32_t>(from[home]) >> 23 & 0xFF;
@@ -47,25 +47,38 @@ MAROVIA_WIDE_VECTORS void FindPasses(std::span<const float> homes, std::int32_t 
   }
 }
 
-MAROVIA_WIDE_VECTORS void FindEarliest(const Buffer<std::uint8_t>& passes,
-                                       Buffer<std::uint8_t>& earliest) {
-  for (std::size_t word = 0; word < earliest.size(); ++word) {
-    const std::uint8_t* from = &passes[64 * word];
-    std::uint8_t least = kNever;
-    for (std::size_t i = 0; i < 64; ++i) least = std::min(least, from[i]);
-    earliest[word] = least;
-  }
+MAROVIA_WIDE_VECTORS std::uint8_t Earliest(const std::uint8_t* passes) {
+  std::uint8_t least = kNever;
+  for (std::size_t i = 0; i < 64; ++i) least = std::min(least, passes[i]);
+  return least;
 }
 
 }  // namespace
 
-BitPlanes::BitPlanes(Buffer<float> homes, int exponent)
+BitPlanes::BitPlanes(Buffer<float> homes, int exponent, int threads)
     : homes_(std::move(homes)),
       base_(exponent + 127),
-      passes_((homes_.size() / 64 + 1) * 64, kNever),
+      passes_((homes_.size() / 64 + 1) * 64),
       earliest_(passes_.size() / 64) {
-  FindPasses(homes_, base_, passes_);
-  FindEarliest(passes_, earliest_);
+  RunShares(UsefulThreads(threads, homes_.size()), [this](Share share) {
+    // Some words at a time, so that their passes are in the cache for the second look.
+    constexpr std::size_t kWords = 64;
+    const auto words = share.Of(earliest_.size(), kWords);
+    for (std::size_t word = words.first; word < words.last; word += kWords) {
+      FindIn(word, std::min(word + kWords, words.last));
+    }
+  });
+}
+
+void BitPlanes::FindIn(std::size_t firstWord, std::size_t lastWord) {
+  const std::size_t first = 64 * firstWord;
+  const std::size_t last = std::min(64 * lastWord, homes_.size());
+  FindPasses(std::span<const float>(homes_).subspan(first, last - first), base_, &passes_[first]);
+  std::fill(passes_.begin() + static_cast<std::ptrdiff_t>(last),
+            passes_.begin() + static_cast<std::ptrdiff_t>(64 * lastWord), kNever);
+  for (std::size_t word = firstWord; word < lastWord; ++word) {
+    earliest_[word] = Earliest(&passes_[64 * word]);
+  }
 }
 
 void BitPlanes::FoundIn(int pass, HomeSet& homes) const {

@@ -17,7 +17,7 @@ namespace marovia {
 class BitPlanes {
  public:
   // The values of the homes, every magnitude below 2^exponent.
-  BitPlanes(Buffer<float> homes, int exponent);
+  BitPlanes(Buffer<float> homes, int exponent, int threads);
 
   [[nodiscard]] std::size_t HomeCount() const { return homes_.size(); }
   [[nodiscard]] bool Negative(Home home) const { return std::signbit(homes_[home]); }
@@ -38,6 +38,8 @@ class BitPlanes {
   void FoundIn(int pass, HomeSet& homes) const;
 
  private:
+  void FindIn(std::size_t firstWord, std::size_t lastWord);
+
   static constexpr int kMantissaBits = 23;
 
   Buffer<float> homes_;

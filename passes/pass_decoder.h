@@ -5,6 +5,7 @@
 // in a list of pending homes at once.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 
@@ -17,11 +18,13 @@ namespace marovia {
 template <class Symbols>
 class PassDecoder {
  public:
-  PassDecoder(VisitingOrder& order, const Symbols& symbols, std::int64_t budget)
+  // Of the homes, the first `kept` get values.
+  PassDecoder(VisitingOrder& order, std::size_t kept, const Symbols& symbols, std::int64_t budget)
       : order_(order),
         budget_(budget),
         found_(order),
-        values_(order.HomeCount(), 0.0F),
+        kept_(static_cast<Home>(kept)),
+        values_(kept + 1, 0.0F),
         cursor_{symbols} {}
 
   // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
@@ -42,20 +45,25 @@ class PassDecoder {
     std::int64_t visited = 0;
     found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
       for (const Home home : homes) {
-        values_[home] = LastRefinement(values_[home], threshold_, visited++ < refinedCount_);
+        float& value = ValueOf(home);
+        value = LastRefinement(value, threshold_, visited++ < refinedCount_);
       }
       return true;
     });
     for (std::size_t i = 0; i < found_.Now().WordCount(); ++i) {
       for (std::uint64_t bits = found_.Now().Word(i); bits != 0; bits &= bits - 1) {
-        float& value = values_[i * 64 + static_cast<std::size_t>(std::countr_zero(bits))];
+        float& value =
+            ValueOf(static_cast<Home>(i * 64) + static_cast<Home>(std::countr_zero(bits)));
         value = LastRefinement(value, threshold_, true);
       }
     }
   }
 
-  // Every value to its position in the grid, 0 where nothing is found.
-  void Scatter(std::span<float> grid) const { order_.Scatter(values_, grid); }
+  // Every value to its position in a grid, 0 where nothing is found, by an order of the homes that
+  // are kept.
+  void Scatter(const VisitingOrder& kept, std::span<float> grid, int threads) const {
+    kept.Scatter(std::span(values_).first(kept_), grid, threads);
+  }
 
  private:
   // The place in the stream.
@@ -63,6 +71,8 @@ class PassDecoder {
     Symbols symbols;
     std::int64_t run = 0;  // pending homes up to and with the next one found
   };
+
+  MAROVIA_INLINE float& ValueOf(Home home) { return values_[std::min(home, kept_)]; }
 
   void Begin(int pass, float threshold) {
     threshold_ = threshold;
@@ -164,7 +174,7 @@ class PassDecoder {
   MAROVIA_INLINE bool Take(Cursor& at, Home home) {
     bool negative = false;
     if (!at.symbols.ReadSign(negative)) return Ended();
-    values_[home] = steps_[negative ? 3 : 1];
+    ValueOf(home) = steps_[negative ? 3 : 1];
     found_.Take(home);
     return !Spent(at) && ReadRun(at);
   }
@@ -174,7 +184,7 @@ class PassDecoder {
     return found_.ForFoundBefore(order_, refined_, [&](std::span<const Home> homes) {
       const std::size_t count = ReadRefinements(homes.size());
       for (std::size_t i = 0; i < count; ++i) {
-        float& value = values_[homes[i]];
+        float& value = ValueOf(homes[i]);
         const unsigned negative = std::bit_cast<std::uint32_t>(value) >> 31;
         value += steps_[2 * negative + moves_[i]];
       }
@@ -203,9 +213,10 @@ class PassDecoder {
   std::int64_t budget_;
 
   FoundState found_;
-  Buffer<float> values_;
-  HomeList pending_;  // in the blocks of a stretch that may hold found homes
-  HomeList refined_;  // part of what this pass refines
+  Home kept_;
+  Buffer<float> values_;  // and one for all homes that have none
+  HomeList pending_;      // in the blocks of a stretch that may hold found homes
+  HomeList refined_;      // part of what this pass refines
   Buffer<std::uint8_t> moves_;
   std::int64_t refinedCount_ = 0;
   float threshold_ = 0;

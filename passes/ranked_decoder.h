@@ -14,8 +14,10 @@ namespace marovia {
 template <class Symbols>
 class RankedDecoder {
  public:
-  RankedDecoder(const RestingOrder& resting, const Symbols& symbols, std::int64_t budget)
-      : resting_(resting), order_(resting), symbols_(symbols), budget_(budget) {}
+  // Of the homes, the first `kept` get values.
+  RankedDecoder(const RestingOrder& resting, std::size_t kept, const Symbols& symbols,
+                std::int64_t budget)
+      : kept_(kept), order_(resting), symbols_(symbols), budget_(budget) {}
 
   // Pass number `pass`, from 1 without a gap, at its threshold. False where the budget or the
   // stream ended it.
@@ -44,10 +46,13 @@ class RankedDecoder {
     }
   }
 
-  // Every value to its position in the grid, 0 where nothing is found.
-  void Scatter(std::span<float> grid) const {
+  // Every value to its position in a grid, 0 where nothing is found, by an order of the homes that
+  // are kept.
+  void Scatter(const RestingOrder& kept, std::span<float> grid, int /*threads*/) const {
     std::fill(grid.begin(), grid.end(), 0.0F);
-    for (const Found& found : found_) grid[resting_.PositionOf(found.home)] = found.value;
+    for (const Found& found : found_) {
+      if (found.home < kept_) grid[kept.PositionOf(found.home)] = found.value;
+    }
   }
 
  private:
@@ -109,7 +114,7 @@ class RankedDecoder {
     });
   }
 
-  const RestingOrder& resting_;
+  std::size_t kept_;
   RankedOrder order_;
   Symbols symbols_;
   std::int64_t budget_;

@@ -48,23 +48,24 @@ std::uint32_t RestingOrder::TileCorner(const Level& level, unsigned band, Home t
 }
 
 template <class Visit>
-void RestingOrder::ForHomes(Visit visit) const {
-  Home home = 0;
+void RestingOrder::ForHomes(Share share, Visit visit) const {
+  Home first = 0;  // of a band
   for (const Level& level : levels_) {
-    for (unsigned band = home == 0 ? 0 : 1; band < 4; ++band) {
-      for (Home tile = 0; tile < level.bandSize / level.tileSize; ++tile) {
+    const auto tiles = share.Of(level.bandSize / level.tileSize);
+    for (unsigned band = first == 0 ? 0 : 1; band < 4; ++band, first += level.bandSize) {
+      for (auto tile = static_cast<Home>(tiles.first); tile < tiles.last; ++tile) {
         const std::uint32_t corner = TileCorner(level, band, tile);
         for (Home place = 0; place < level.tileSize; ++place) {
-          visit(home++, corner + offsets_[place]);
+          visit(first + tile * level.tileSize + place, corner + offsets_[place]);
         }
       }
     }
   }
-  ForOrder(leftOver_, grid_, banded_, visit);
+  ForOrder(leftOver_, grid_, banded_, share, visit);
 }
 
-Buffer<float> RestingOrder::Gather(std::span<const float> grid) const {
-  return GatherHomes(*this, grid);
+Buffer<float> RestingOrder::Gather(std::span<const float> grid, int threads) const {
+  return GatherHomes(*this, grid, threads);
 }
 
 Walk RestingOrder::Positions() const {

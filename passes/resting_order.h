@@ -32,14 +32,14 @@ class RestingOrder {
 
   [[nodiscard]] std::size_t HomeCount() const { return grid_.Size(); }
   // Every home's value from the grid of positions.
-  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid) const;
+  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid, int threads) const;
   [[nodiscard]] Walk Positions() const;
   [[nodiscard]] std::uint32_t PositionOf(Home home) const;
 
-  // Calls visit(home, position) for every home, in the order of their numbers but for what no band
-  // covers.
+  // Calls visit(home, position) for a share of the homes, in the order of their numbers but for
+  // what no band covers.
   template <class Visit>
-  void ForHomes(Visit visit) const;
+  void ForHomes(Share share, Visit visit) const;
 
   // Calls raise(other, amount) for the homes that a found one makes more probable: its neighbours
   // row by row, its place in the other bands of the level, its children. What no band covers has

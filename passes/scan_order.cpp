@@ -52,7 +52,7 @@ Walk WalkOf(const ScanOrder& order, const BandGrid& grid) {
   std::size_t size = 0;
   for (const BandWalk& band : order) size += band.Size();
   Walk walk(size);
-  ForOrder(order, grid, 0,
+  ForOrder(order, grid, 0, {},
            [&walk](std::uint32_t number, std::uint32_t position) { walk[number] = position; });
   return walk;
 }

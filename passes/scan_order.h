@@ -12,6 +12,8 @@
 
 #include "marovia/grid.h"
 
+#include "base/parallel.h"
+
 namespace marovia {
 
 using Walk = Buffer<std::uint32_t>;  // positions in the order of a visit
@@ -75,9 +77,12 @@ namespace detail {
 
 // Both kinds of rows.
 template <class Visit>
-void ForRows(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+void ForRows(const BandWalk& band, const BandGrid& grid, std::uint32_t start, Share share,
+             Visit visit) {
   const auto cols = static_cast<std::uint32_t>(band.cols);
-  for (int i = 0; i < band.rows; ++i, first += cols) {
+  const auto rows = share.Of(static_cast<std::size_t>(band.rows));
+  for (int i = static_cast<int>(rows.first); i < static_cast<int>(rows.last); ++i) {
+    const std::uint32_t first = start + static_cast<std::uint32_t>(i) * cols;
     const std::uint32_t position = grid.Position(band.row + i, band.col);
     if (band.kind == WalkKind::kRaster || i % 2 == 0) {
       for (std::uint32_t j = 0; j < cols; ++j) visit(first + j, position + j);
@@ -90,8 +95,11 @@ void ForRows(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Vi
 // Calls visit(top, bottom, left, right) for tiles of a band. Without them a column or a diagonal
 // would take a cache line, and in large images a page, for every position.
 template <class Visit>
-void ForTiles(const BandWalk& band, int tileRows, int tileCols, Visit visit) {
-  for (int left = 0; left < band.cols; left += tileCols) {
+void ForTiles(const BandWalk& band, int tileRows, int tileCols, Share share, Visit visit) {
+  const auto cols =
+      share.Of(static_cast<std::size_t>(band.cols), static_cast<std::size_t>(tileCols));
+  for (int left = static_cast<int>(cols.first); left < static_cast<int>(cols.last);
+       left += tileCols) {
     const int right = std::min(left + tileCols, band.cols);
     for (int top = 0; top < band.rows; top += tileRows) {
       visit(top, std::min(top + tileRows, band.rows), left, right);
@@ -100,10 +108,11 @@ void ForTiles(const BandWalk& band, int tileRows, int tileCols, Visit visit) {
 }
 
 template <class Visit>
-void ForColumns(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+void ForColumns(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Share share,
+                Visit visit) {
   const auto rows = static_cast<std::uint32_t>(band.rows);
   // One line wide, and few enough rows high: lines a power of two apart share a place in the cache.
-  ForTiles(band, 8, 16, [&](int top, int bottom, int left, int right) {
+  ForTiles(band, 8, 16, share, [&](int top, int bottom, int left, int right) {
     for (int j = left; j < right; ++j) {
       const std::uint32_t start = first + static_cast<std::uint32_t>(j) * rows;
       for (int i = top; i < bottom; ++i) {
@@ -128,11 +137,12 @@ inline std::vector<std::uint32_t> DiagonalNumbers(const BandWalk& band, std::uin
 }
 
 template <class Visit>
-void ForDiagonals(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+void ForDiagonals(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Share share,
+                  Visit visit) {
   const std::vector<std::uint32_t> numbers = DiagonalNumbers(band, first);
   const std::uint32_t* atRow0 = numbers.data();
   // Large enough for most diagonals of a tile to fill their lines.
-  ForTiles(band, 32, 32, [&](int top, int bottom, int left, int right) {
+  ForTiles(band, 32, 32, share, [&](int top, int bottom, int left, int right) {
     for (int i = top; i < bottom; ++i) {
       const std::uint32_t position = grid.Position(band.row + i, band.col);
       for (int j = left; j < right; ++j) {
@@ -147,24 +157,26 @@ void ForDiagonals(const BandWalk& band, const BandGrid& grid, std::uint32_t firs
 }  // namespace detail
 
 // Calls visit(number, position) for every position of an order, numbered from `first` in the order
-// of visiting; the calls themselves come in the order that memory likes.
+// of visiting; the calls themselves come in the order that memory likes. Or for a share of them.
 template <class Visit>
-void ForWalk(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Visit visit) {
+void ForWalk(const BandWalk& band, const BandGrid& grid, std::uint32_t first, Share share,
+             Visit visit) {
   switch (band.kind) {
     case WalkKind::kRaster:
     case WalkKind::kRowSnake:
-      return detail::ForRows(band, grid, first, visit);
+      return detail::ForRows(band, grid, first, share, visit);
     case WalkKind::kColumnSnake:
-      return detail::ForColumns(band, grid, first, visit);
+      return detail::ForColumns(band, grid, first, share, visit);
     case WalkKind::kZigZag:
-      return detail::ForDiagonals(band, grid, first, visit);
+      return detail::ForDiagonals(band, grid, first, share, visit);
   }
 }
 
 template <class Visit>
-void ForOrder(const ScanOrder& order, const BandGrid& grid, std::uint32_t first, Visit visit) {
+void ForOrder(const ScanOrder& order, const BandGrid& grid, std::uint32_t first, Share share,
+              Visit visit) {
   for (const BandWalk& band : order) {
-    ForWalk(band, grid, first, visit);
+    ForWalk(band, grid, first, share, visit);
     first += static_cast<std::uint32_t>(band.Size());
   }
 }
@@ -172,30 +184,37 @@ void ForOrder(const ScanOrder& order, const BandGrid& grid, std::uint32_t first,
 // The positions themselves.
 Walk WalkOf(const ScanOrder& order, const BandGrid& grid);
 
-// An order of homes calls visit(home, position) for each, as often as ForHomes(visit) is called on
-// it. From that follow every home's value from the grid of positions, the way back, and the
-// positions themselves.
+// An order of homes calls visit(home, position) for a share of them, as often as ForHomes(share,
+// visit) is called on it. From that follow every home's value from the grid of positions, the way
+// back, and the positions themselves.
 template <class Order>
-Buffer<float> GatherHomes(const Order& order, std::span<const float> grid) {
+Buffer<float> GatherHomes(const Order& order, std::span<const float> grid, int threads) {
   Buffer<float> homes(grid.size());
   float* to = homes.data();
   const float* from = grid.data();
-  order.ForHomes([=](std::uint32_t home, std::uint32_t position) { to[home] = from[position]; });
+  RunShares(UsefulThreads(threads, homes.size()), [&order, to, from](Share share) {
+    order.ForHomes(share,
+                   [=](std::uint32_t home, std::uint32_t position) { to[home] = from[position]; });
+  });
   return homes;
 }
 
 template <class Order>
-void ScatterHomes(const Order& order, std::span<const float> homes, std::span<float> grid) {
+void ScatterHomes(const Order& order, std::span<const float> homes, std::span<float> grid,
+                  int threads) {
   float* to = grid.data();
   const float* from = homes.data();
-  order.ForHomes([=](std::uint32_t home, std::uint32_t position) { to[position] = from[home]; });
+  RunShares(UsefulThreads(threads, homes.size()), [&order, to, from](Share share) {
+    order.ForHomes(share,
+                   [=](std::uint32_t home, std::uint32_t position) { to[position] = from[home]; });
+  });
 }
 
 template <class Order>
 Walk PositionsOfHomes(const Order& order) {
   Walk positions(order.HomeCount());
   std::uint32_t* to = positions.data();
-  order.ForHomes([=](std::uint32_t home, std::uint32_t position) { to[home] = position; });
+  order.ForHomes({}, [=](std::uint32_t home, std::uint32_t position) { to[home] = position; });
   return positions;
 }
 

@@ -44,8 +44,8 @@ class VisitingOrder {
   [[nodiscard]] std::span<const Stretch> Stretches() const { return stretches_; }
 
   // Every home's value from the grid of positions, and back.
-  [[nodiscard]] virtual Buffer<float> Gather(std::span<const float> grid) const = 0;
-  virtual void Scatter(std::span<const float> homes, std::span<float> grid) const = 0;
+  [[nodiscard]] virtual Buffer<float> Gather(std::span<const float> grid, int threads) const = 0;
+  virtual void Scatter(std::span<const float> homes, std::span<float> grid, int threads) const = 0;
   // Every home's position.
   [[nodiscard]] virtual Walk Positions() const = 0;
 
@@ -70,19 +70,19 @@ class FixedOrder final : public VisitingOrder {
       : VisitingOrder(grid, {{0, static_cast<Home>(grid.Size()), false}}),
         order_(CreateScanOrderHF(grid)) {}
 
-  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid) const override {
-    return GatherHomes(*this, grid);
+  [[nodiscard]] Buffer<float> Gather(std::span<const float> grid, int threads) const override {
+    return GatherHomes(*this, grid, threads);
   }
-  void Scatter(std::span<const float> homes, std::span<float> grid) const override {
-    ScatterHomes(*this, homes, grid);
+  void Scatter(std::span<const float> homes, std::span<float> grid, int threads) const override {
+    ScatterHomes(*this, homes, grid, threads);
   }
   [[nodiscard]] Walk Positions() const override { return PositionsOfHomes(*this); }
   void Rebuild(const HomeSet&) override {}
   StretchOrder OrderOf(std::size_t) override { return {}; }
 
   template <class Visit>
-  void ForHomes(Visit visit) const {
-    ForOrder(order_, TheGrid(), 0, visit);
+  void ForHomes(Share share, Visit visit) const {
+    ForOrder(order_, TheGrid(), 0, share, visit);
   }
 
  private:

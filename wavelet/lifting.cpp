@@ -1,5 +1,6 @@
 #include "wavelet/lifting.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -244,6 +245,25 @@ void BasicSplitLine<Sample>::Resize(int length) {
   length_ = length;
   lowCount_ = (length + 1) / 2;
   highCount_ = length / 2;
+}
+
+// The last low sample of an odd line stays last, and is looked for as if the length were even.
+template <class Sample>
+void BasicSplitLine<Sample>::StoreInBandOrder(std::span<Sample> line) const {
+  const auto high = std::copy_n(low_.begin() + kMargin, highCount_, line.begin());
+  std::copy_n(high_.begin() + kMargin, highCount_, high);
+  if (lowCount_ > highCount_) line.back() = low_[static_cast<std::size_t>(kMargin + highCount_)];
+}
+
+template <class Sample>
+void BasicSplitLine<Sample>::LoadFromBandOrder(std::span<const Sample> line) {
+  const auto low = Low();
+  if (lowCount_ > highCount_) {
+    for (std::size_t k = 0; k < low.size(); ++k) low[k] = line[2 * k];
+  } else {
+    std::copy_n(line.begin(), lowCount_, low.begin());
+  }
+  std::copy_n(line.begin() + highCount_, highCount_, High().begin());
 }
 
 template <class Sample>

@@ -84,6 +84,11 @@ class BasicSplitLine {
     return std::span(high_).subspan(kMargin, static_cast<std::size_t>(highCount_));
   }
 
+  // To and from the line in band order (all low samples, then all high ones), as PermPlace and
+  // InvPermPlace say.
+  void StoreInBandOrder(std::span<Sample> line) const;
+  void LoadFromBandOrder(std::span<const Sample> line);
+
   // The line's lifting steps, each over the whole line. Lines of one sample are left as they are.
   void Lift(std::span<const LiftingStep> steps, Precision precision);
 

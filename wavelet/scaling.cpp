@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "base/checked.h"
+#include "base/parallel.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/transform.h"
 
@@ -34,10 +35,10 @@ void ForLowBand(Grid<float>& coefficients, int levels, Action action) {
 
 }  // namespace
 
-void ScalingOfWT(Grid<float>& coefficients, int levels, Direction direction) {
+void ScalingOfWT(Grid<float>& coefficients, int levels, Direction direction, int threads) {
   const std::vector<int> rowEnds = ScaledSides(coefficients.Rows(), levels);
   const std::vector<int> colEnds = ScaledSides(coefficients.Cols(), levels);
-  for (int r = 0; r < coefficients.Rows(); ++r) {
+  const auto scaleRow = [&](int r) {
     const auto row = coefficients.Row(r);
     const int most = CountCovering(rowEnds, r);
     // The corners are nested: from the i-th column end on, only i corners cover a column.
@@ -48,7 +49,11 @@ void ScalingOfWT(Grid<float>& coefficients, int levels, Direction direction) {
       const float factor = std::ldexp(1.0F, direction == Direction::kForward ? power : -power);
       for (; first < end; ++first) row[first] *= factor;
     }
-  }
+  };
+  RunShares(UsefulThreads(threads, coefficients.Size()), [&](Share share) {
+    const auto rows = share.Of(static_cast<std::size_t>(coefficients.Rows()));
+    for (std::size_t r = rows.first; r < rows.last; ++r) scaleRow(static_cast<int>(r));
+  });
 }
 
 float SubtractAverage(Grid<float>& coefficients, WaveletKind wavelet, int levels) {

@@ -7,8 +7,8 @@
 #include "base/bits.h"
 #include "base/checked.h"
 #include "wavelet/catalogue.h"
+#include "wavelet/level_lifting.h"
 #include "wavelet/lifting.h"
-#include "wavelet/row_lifter.h"
 
 namespace marovia {
 namespace {
@@ -43,30 +43,8 @@ MAROVIA_WIDE_VECTORS void Interleave(SplitLine& split, std::span<float> line) {
   if (line.size() % 2 != 0) line.back() = low[pairs];
 }
 
-// Between the two bands of a line and the line in band order, as PermPlace and InvPermPlace say.
-void StoreBands(SplitLine& split, std::span<float> line) {
-  const auto low = split.Low();
-  const auto high = split.High();
-  std::copy_n(low.begin(), high.size(), line.begin());
-  std::copy(high.begin(), high.end(), line.begin() + static_cast<std::ptrdiff_t>(high.size()));
-  if (low.size() > high.size()) line.back() = low.back();
-}
-
-void LoadBands(std::span<const float> line, SplitLine& split) {
-  const auto low = split.Low();
-  const auto high = split.High();
-  const std::size_t stride = low.size() > high.size() ? 2 : 1;
-  for (std::size_t k = 0; k < low.size(); ++k) low[k] = line[stride * k];
-  std::copy_n(line.begin() + static_cast<std::ptrdiff_t>(high.size()), high.size(), high.begin());
-}
-
-// One level of a transform works on the corner of `rows` x `cols` of the coefficients.
-struct Corner {
-  int rows;
-  int cols;
-};
-
-Corner CornerOf(const Grid<float>& coefficients, int level) {
+// One level of a transform works on a corner of the coefficients.
+LevelSides CornerOf(const Grid<float>& coefficients, int level) {
   return {coefficients.Rows() >> (level - 1), coefficients.Cols() >> (level - 1)};
 }
 
@@ -74,58 +52,36 @@ Corner CornerOf(const Grid<float>& coefficients, int level) {
 constexpr Precision kForwardPrecision = Precision::kSingle;
 
 template <class T>
-void ForwardLevel(const Grid<T>& source, WaveletKind wavelet, Corner corner,
+void ForwardLevel(const Grid<T>& source, WaveletKind wavelet, LevelSides corner, int threads,
                   Grid<float>& coefficients) {
-  const auto steps = LiftingSteps(wavelet, Direction::kForward);
-  const auto cols = static_cast<std::size_t>(corner.cols);
-  SplitLine split(corner.cols);
-  split.Resize(corner.cols);
-  RowLifter(steps, kForwardPrecision, corner.rows, corner.cols)
-      .Run(
-          [&](Band band, int k, std::span<float> row) {
-            Deinterleave(source.Row(band == Band::kLow ? 2 * k : 2 * k + 1), split);
-            split.Lift(steps, kForwardPrecision);
-            StoreBands(split, row);
-          },
-          [&](Band band, int k, std::span<const float> row) {
-            const int place = PermPlace(band, k, corner.rows);
-            std::copy_n(row.begin(), cols, coefficients.Row(place).begin());
-          });
+  LiftLevel<float>(
+      {LiftingSteps(wavelet, Direction::kForward), kForwardPrecision}, corner, threads,
+      [&](int r, SplitLine& line) { Deinterleave(source.Row(r), line); },
+      [&](Band band, int k, std::span<const float> row) {
+        std::copy(row.begin(), row.end(),
+                  coefficients.Row(PermPlace(band, k, corner.rows)).begin());
+      });
 }
-
-struct Inverse {
-  WaveletKind wavelet;
-  Precision precision;
-};
 
 // `low` is the level's low band, what the coarser levels became; empty, it is as the coefficients
-// have it. Emit takes the finished rows of the level: emit(row number, samples).
+// have it. Emit takes the finished rows of the level: emit(row number, line).
 template <class Emit>
-void InverseLevel(const Grid<float>& coefficients, const Grid<float>& low, Inverse inverse,
-                  Corner corner, Emit emit) {
-  const auto steps = LiftingSteps(inverse.wavelet, Direction::kInverse);
+void InverseLevel(const Grid<float>& coefficients, const Grid<float>& low, const Lifting& inverse,
+                  LevelSides corner, int threads, Emit emit) {
   const auto cols = static_cast<std::size_t>(corner.cols);
-  SplitLine split(corner.cols);
-  split.Resize(corner.cols);
-  std::vector<float> line(cols);
-  RowLifter(steps, inverse.precision, corner.rows, corner.cols)
-      .Run(
-          [&](Band band, int k, std::span<float> row) {
-            const int place = InvPermPlace(band, k, corner.rows);
-            const std::size_t made = place < low.Rows() ? static_cast<std::size_t>(low.Cols()) : 0;
-            if (made > 0) std::copy_n(low.Row(place).begin(), made, row.begin());
-            const auto rest = coefficients.Row(place).subspan(made, cols - made);
-            std::copy(rest.begin(), rest.end(), row.begin() + static_cast<std::ptrdiff_t>(made));
-          },
-          [&](Band band, int k, std::span<const float> row) {
-            LoadBands(row, split);
-            split.Lift(steps, inverse.precision);
-            Interleave(split, line);
-            emit(band == Band::kLow ? 2 * k : 2 * k + 1, std::span<const float>(line));
-          });
+  InvertLevel<float>(
+      inverse, corner, threads,
+      [&](Band band, int k, std::span<float> row) {
+        const int place = InvPermPlace(band, k, corner.rows);
+        const std::size_t made = place < low.Rows() ? static_cast<std::size_t>(low.Cols()) : 0;
+        if (made > 0) std::copy_n(low.Row(place).begin(), made, row.begin());
+        const auto rest = coefficients.Row(place).subspan(made, cols - made);
+        std::copy(rest.begin(), rest.end(), row.begin() + static_cast<std::ptrdiff_t>(made));
+      },
+      emit);
 }
 
-Grid<float> CopyOf(const Grid<float>& coefficients, Corner corner) {
+Grid<float> CopyOf(const Grid<float>& coefficients, LevelSides corner) {
   Grid<float> copy(corner.rows, corner.cols, Unfilled{});
   for (int r = 0; r < corner.rows; ++r) {
     std::copy_n(coefficients.Row(r).begin(), static_cast<std::size_t>(corner.cols),
@@ -134,12 +90,11 @@ Grid<float> CopyOf(const Grid<float>& coefficients, Corner corner) {
   return copy;
 }
 
-Grid<float> NextLowBand(const Grid<float>& coefficients, const Grid<float>& low, Inverse inverse,
-                        Corner corner) {
+Grid<float> NextLowBand(const Grid<float>& coefficients, const Grid<float>& low,
+                        const Lifting& inverse, LevelSides corner, int threads) {
   Grid<float> next(corner.rows, corner.cols, Unfilled{});
-  InverseLevel(coefficients, low, inverse, corner, [&](int r, std::span<const float> samples) {
-    std::copy(samples.begin(), samples.end(), next.Row(r).begin());
-  });
+  InverseLevel(coefficients, low, inverse, corner, threads,
+               [&](int r, SplitLine& line) { Interleave(line, next.Row(r)); });
   return next;
 }
 
@@ -185,41 +140,48 @@ MAROVIA_WIDE_VECTORS bool RoundToPixels(std::span<const float> values,
   return tooLarge >= 0;
 }
 
-void ForwardLevels(const Image& image, WaveletKind wavelet, int levels, Grid<float>& coefficients) {
+void ForwardLevels(const Image& image, WaveletKind wavelet, int levels, int threads,
+                   Grid<float>& coefficients) {
   if (levels == 0) {
     std::copy(image.Samples().begin(), image.Samples().end(), coefficients.Samples().begin());
     return;
   }
-  ForwardLevel(image, wavelet, CornerOf(coefficients, 1), coefficients);
+  ForwardLevel(image, wavelet, CornerOf(coefficients, 1), threads, coefficients);
   for (int level = 2; level <= levels; ++level) {
-    const Corner corner = CornerOf(coefficients, level);
-    ForwardLevel(CopyOf(coefficients, corner), wavelet, corner, coefficients);
+    const LevelSides corner = CornerOf(coefficients, level);
+    ForwardLevel(CopyOf(coefficients, corner), wavelet, corner, threads, coefficients);
   }
 }
 
 }  // namespace
 
-Grid<float> TransformTheImage(const Image& image, WaveletKind wavelet, int levels) {
+Grid<float> TransformTheImage(const Image& image, WaveletKind wavelet, int levels, int threads) {
   Grid<float> coefficients(image.Rows(), image.Cols(), Unfilled{});
-  ForwardLevels(image, wavelet, levels, coefficients);
-  if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kForward);
+  ForwardLevels(image, wavelet, levels, threads, coefficients);
+  if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kForward, threads);
   return coefficients;
 }
 
-Image InvertTheTransformQuant(Grid<float>& coefficients, WaveletKind wavelet, int levels) {
-  if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kInverse);
+Image InvertTheTransformQuant(Grid<float>& coefficients, WaveletKind wavelet, int levels,
+                              int threads) {
+  if (IsInteger(wavelet)) ScalingOfWT(coefficients, levels, Direction::kInverse, threads);
   Image image(coefficients.Rows(), coefficients.Cols(), Unfilled{});
   if (levels == 0) {
     ToPixels(coefficients.Samples(), image.Samples());
     return image;
   }
-  const Inverse inverse{wavelet, InversePrecision(coefficients.Samples(), wavelet, levels)};
+  const Lifting inverse{LiftingSteps(wavelet, Direction::kInverse),
+                        InversePrecision(coefficients.Samples(), wavelet, levels)};
   Grid<float> low;
   for (int level = levels; level > 1; --level) {
-    low = NextLowBand(coefficients, low, inverse, CornerOf(coefficients, level));
+    low = NextLowBand(coefficients, low, inverse, CornerOf(coefficients, level), threads);
   }
-  InverseLevel(coefficients, low, inverse, CornerOf(coefficients, 1),
-               [&](int r, std::span<const float> samples) { ToPixels(samples, image.Row(r)); });
+  InverseLevel(coefficients, low, inverse, CornerOf(coefficients, 1), threads,
+               [&](int r, SplitLine& line) {
+                 Buffer<float> samples(image.Row(r).size());
+                 Interleave(line, samples);
+                 ToPixels(samples, image.Row(r));
+               });
   return image;
 }
 

@@ -77,6 +77,8 @@ class FormWindow : public MainWindow, private Desktop {
   }
   void Repaint(const Control& control) override { binds_.Repaint(control); }
   void SetFocus(const Control& control) override { binds_.SetFocus(control); }
+  void Work(const std::function<void()>& work) override { WorkBeside(work); }
+  void Tell(const std::function<void()>& news) override { TellThread(*this, news); }
   void ShowStudio(const StudioRequest& request) override { OpenInStudio(request); }
   void ShowHelp(const std::filesystem::path& file, int) override { ShowHelpWindow(file, this); }
   [[nodiscard]] std::filesystem::path ProgramFolder() const override {

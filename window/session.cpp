@@ -15,6 +15,7 @@ namespace {
 // Above this many pixels a first master of few bits comes long before the whole one.
 constexpr std::int64_t kManyPixels = 1 << 21;
 constexpr double kQuickRate = 1;
+constexpr int kUntold = 150;  // ms
 
 double Milliseconds(const QElapsedTimer& timer) {
   return static_cast<double>(timer.nsecsElapsed()) / 1e6;
@@ -58,12 +59,18 @@ void Session::Deliver(int epoch, Told news) {
   QMetaObject::invokeMethod(this, told, Qt::QueuedConnection);
 }
 
+// Only of what takes its time is it told how far it has come.
 Worker::Work Session::Guarded(Worker::Work work) {
   return [this, epoch = epoch_, work = std::move(work)](const Watch& watch) {
+    QElapsedTimer untold;
+    untold.start();
     bool done = true;
     try {
       done = work([&](double part) {
-        Deliver(epoch, [this, part] { onProgress(std::min(part, 0.99)); });
+        if (untold.hasExpired(kUntold)) {
+          Deliver(epoch, [this, part] { onProgress(std::min(part, 0.99)); });
+          untold.start();
+        }
         return watch(part);
       });
     } catch (const std::exception& error) {
@@ -74,20 +81,40 @@ Worker::Work Session::Guarded(Worker::Work work) {
   };
 }
 
-void Session::Open(std::function<Subject()> read) {
+void Session::Open(const std::function<Subject()>& read) {
+  asked_ = 0;
+  Start(read);
+}
+
+void Session::Start(const std::function<Subject()>& read) {
   ++epoch_;
   worker_.Drop();
-  worker_.Wish(Worker::kOpen,
-               Guarded([this, read = std::move(read), epoch = epoch_](const Watch& watch) {
-                 return Prepare(read(), epoch, watch);
-               }));
+  const auto work = [this, read, epoch = epoch_](const Watch& watch) {
+    return Prepare(read(), epoch, watch);
+  };
+  worker_.Wish(Worker::kOpen, Guarded(work));
 }
 
 void Session::Recode(const Recipe& recipe) {
   if (!subject_.source) return;
+  const bool sameMaster = explorer_ && subject_.file.empty() && recipe.SameMaster(subject_.recipe);
   subject_.recipe = recipe;
   subject_.file.clear();
-  Open([subject = subject_] { return subject; });
+  sameMaster ? SetRegion() : Start([subject = subject_] { return subject; });
+}
+
+// In a copy of the explorer: what is at work still has the one before.
+void Session::SetRegion() {
+  ++epoch_;
+  worker_.Drop();
+  const auto work = [this, before = explorer_, epoch = epoch_, master = master_,
+                     recipe = subject_.recipe](const Watch&) {
+    const auto explorer = std::make_shared<Explorer>(*before);
+    explorer->SetRegion(recipe.region, recipe.share);
+    Deliver(epoch, [=, this] { TakeMaster(master, explorer); });
+    return true;
+  };
+  worker_.Wish(Worker::kOpen, Guarded(work));
 }
 
 bool Session::Prepare(const Subject& subject, int epoch, const Watch& watch) {
@@ -100,8 +127,8 @@ bool Session::Prepare(const Subject& subject, int epoch, const Watch& watch) {
   Deliver(epoch, [=, this, kept = explorer->Source()] { TakeSource(subject, kept, source); });
   const bool quick = subject.file.empty() && std::ssize(subject.source->Samples()) > kManyPixels;
   if (subject.file.empty() && !explorer->Code(quick ? kQuickRate : kWholeRate, watch)) return false;
-  const Master master{explorer->Scale(), explorer->Info(), Milliseconds(timer)};
-  Deliver(epoch, [=, this] { TakeMaster(master, explorer, !quick); });
+  const Master master{explorer->Scale(), explorer->Info(), Milliseconds(timer), !quick};
+  Deliver(epoch, [=, this] { TakeMaster(master, explorer); });
   return true;
 }
 
@@ -115,12 +142,12 @@ void Session::TakeSource(const Subject& subject, const SharedImage& kept, const 
   onSource();
 }
 
-void Session::TakeMaster(const Master& master, const SharedExplorer& explorer, bool whole) {
+void Session::TakeMaster(const Master& master, const SharedExplorer& explorer) {
   master_ = master;
   explorer_ = explorer;
   shown_ = -1;
   onMaster();
-  whole ? DrawCurves() : CodeWhole();
+  master.whole ? DrawCurves() : CodeWhole();
 }
 
 void Session::CodeWhole() {
@@ -128,8 +155,8 @@ void Session::CodeWhole() {
     QElapsedTimer timer;
     timer.start();
     if (!explorer->Code(kWholeRate, watch)) return false;
-    const Master master{explorer->Scale(), explorer->Info(), Milliseconds(timer)};
-    Deliver(epoch, [=, this] { TakeMaster(master, explorer, true); });
+    const Master master{explorer->Scale(), explorer->Info(), Milliseconds(timer), true};
+    Deliver(epoch, [=, this] { TakeMaster(master, explorer); });
     return true;
   };
   worker_.Wish(Worker::kWhole, Guarded(work));

@@ -1,6 +1,8 @@
 #include "window/settle.h"
 
 #include <QtWidgets>
+#include <exception>
+#include <thread>
 
 namespace marovia {
 namespace {
@@ -13,6 +15,7 @@ class InputDropper : public QObject {
 
   bool eventFilter(QObject*, QEvent* event) override {
     switch (event->type()) {
+      case QEvent::Close:
       case QEvent::MouseButtonPress:
       case QEvent::MouseButtonRelease:
       case QEvent::MouseButtonDblClick:
@@ -36,6 +39,37 @@ class InputDropper : public QObject {
 };
 
 }  // namespace
+
+void WorkBeside(const std::function<void()>& work) {
+  const InputDropper dropper;
+  QEventLoop loop;
+  std::exception_ptr failure;
+  std::thread beside([&] {
+    try {
+      work();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+  });
+  loop.exec();
+  beside.join();
+  if (failure) std::rethrow_exception(failure);
+}
+
+void TellThread(QObject& receiver, const std::function<void()>& news) {
+  if (receiver.thread() == QThread::currentThread()) return news();
+  std::exception_ptr failure;
+  const auto guarded = [&] {
+    try {
+      news();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  };
+  QMetaObject::invokeMethod(&receiver, guarded, Qt::BlockingQueuedConnection);
+  if (failure) std::rethrow_exception(failure);
+}
 
 void Settle() {
   const InputDropper dropper;

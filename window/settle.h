@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
 namespace marovia {
 
@@ -11,5 +12,12 @@ void Settle();
 
 // The same once the window has come back to the front from behind a dialog.
 void SettleInFront(const QWidget& window);
+
+// Does the work on another thread while this one paints, and drops all input. What the work throws
+// is thrown here.
+void WorkBeside(const std::function<void()>& work);
+
+// On the thread of the receiver, once that paints. What it throws is thrown here.
+void TellThread(QObject& receiver, const std::function<void()>& news);
 
 }  // namespace marovia

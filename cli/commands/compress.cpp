@@ -60,7 +60,8 @@ void CheckWavelet(const CompressArguments& arguments) {
 
 void CheckPad(const CompressArguments& arguments, FileKind kind) {
   if (kind == FileKind::kAwh && !arguments.pad)
-    Fail(Errc::kInvalidArgument, "--pad never is not for .awh files, which always pad");
+    Fail(Errc::kInvalidArgument,
+         "--pad never is not for .awh files, which always pad; --method aswdr takes it");
 }
 
 void TakeWavelet(const std::string& text, CompressArguments& arguments) {
@@ -79,13 +80,10 @@ bool MakesLossy(const CompressArguments& arguments, FileKind kind) {
 // contradicts is left to OutputName, which refuses it.
 CompressArguments WithKindOf(const std::string& output, CompressArguments arguments) {
   const auto kind = KindNamed(output);
-  if (!kind || (arguments.lossless && *kind != FileKind::kAwh)) return arguments;
-  if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) {
-    arguments.lossless = true;
-  } else {
-    arguments.method = arguments.method.value_or(MethodOf(*kind));
-    arguments.coding = arguments.coding.value_or(CodingOf(*kind));
-  }
+  if (!kind || (arguments.lossless && !CanBeLossless(*kind))) return arguments;
+  if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) arguments.lossless = true;
+  arguments.method = arguments.method.value_or(MethodOf(*kind));
+  arguments.coding = arguments.coding.value_or(CodingOf(*kind));
   return arguments;
 }
 
@@ -105,6 +103,7 @@ CompressOptions OptionsOf(const CompressArguments& arguments) {
   options.region = arguments.region;
   options.share = arguments.share.value_or(options.share);
   options.pad = arguments.pad;
+  options.threads = arguments.files.ThreadsOfAFile();
   return options;
 }
 
@@ -140,7 +139,7 @@ void AddNameOption(CLI::App& command, const std::string& option,
 
 void AddCodingOptions(CLI::App& command, CompressArguments& arguments) {
   AddNameOption(command, "--method", MethodNames(), arguments.method,
-                "How positions are coded (by OUT, else aswdr)");
+                "How positions are coded (by OUT, else context)");
   AddNameOption(command, "--coding", CodingNames(), arguments.coding,
                 "How symbols are written (by OUT, else arithmetic)");
   AddParsedOption(
@@ -224,6 +223,7 @@ void NoticeLevels(const CompressArguments& arguments, const Image& image,
 bool DecodesWell(const Image& image, const CompressOptions& coding, const Bytes& file) {
   DecompressOptions options;
   options.maxPixels = std::numeric_limits<std::int64_t>::max();  // padding may pass the limit
+  options.threads = coding.threads;
   const DecompressResult back = Decompress(file, coding.kind, options);
   if (back.truncated || !back.image.SameShape(image)) return false;
   return !coding.lossless || back.image == image;
@@ -311,20 +311,20 @@ ExitStatus RunCompress(const CompressArguments& arguments, Console& console) {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia compress photo.pgm photo.awf  0.5 bits per pixel\n"
+    "  marovia compress photo.pgm photo.awh  0.5 bits per pixel\n"
     "  marovia compress photo.bmp photo --bytes 20000  at most 20000 bytes\n"
     "  marovia compress photo.bmp photo --psnr 40  as good as that, and no more\n"
-    "  marovia compress scan.pgm scan.awg  every pixel as it was\n"
-    "  marovia compress photo.pgm face.awf --region 80,200,210,310  most bits for one part\n"
+    "  marovia compress scan.pgm scan.awh --lossless  every pixel as it was\n"
+    "  marovia compress photo.pgm face.awh --region 80,200,210,310  most bits for one part\n"
     "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n";
 
 constexpr const char* kKindsNote =
-    "WDR with raw bits is the simplest to decode, ASWDR with arithmetic coding gives the\n"
-    "best pictures at a given size, and its second version nearly the same with raw bits.\n"
-    "Context coding is better still, and any start of such a file is a file.\n"
+    "Context coding gives the best pictures at a given size, and any start of such a file\n"
+    "is a file. Of the others ASWDR with arithmetic coding is the best, its second version\n"
+    "nearly as good with raw bits, and WDR with raw bits the simplest to decode.\n"
     "\n"
     "IN and OUT may be - for standard input and output; what is written is then\n"
-    "an .awf unless options say otherwise.\n";
+    "an .awh unless options say otherwise.\n";
 
 std::string FooterText() {
   std::string text = std::string(kExamples) +

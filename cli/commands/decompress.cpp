@@ -17,20 +17,22 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia decompress photo.awf photo.pgm  all that the file holds\n"
-    "  marovia decompress photo.awf small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
-    "  marovia decompress - - --format awf,pgm <photo.awf  from pipe to pipe\n"
-    "  marovia decompress *.awf --output-dir pictures -j 4  four files at a time\n"
+    "  marovia decompress photo.awh photo.pgm  all that the file holds\n"
+    "  marovia decompress photo.awh small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
+    "  marovia decompress photo.awh quarter.pgm --reduce 2  sides a quarter as long\n"
+    "  marovia decompress - - <photo.awh  from pipe to pipe\n"
+    "  marovia decompress *.awh --output-dir pictures -j 4  four files at a time\n"
     "\n"
     "A file cut short gives the picture that is left of it, and exit status 3. Any start\n"
     "of an .awh file is a file; it is known by its first bytes, whatever its name.\n"
     "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
-    "--format says what else.\n";
+    "--format says what else, and what IN is it must say of any file but an .awh.\n";
 
 struct DecompressArguments {
   CommonOptions common;
   FileArguments files;
   std::optional<double> rate;
+  int reduce = 0;
   Formats formats;
 };
 
@@ -46,10 +48,18 @@ void NoticeRate(const DecompressArguments& arguments, const DecompressResult& re
     console.Notice("lossless, so decoded whole whatever --rate says (see marovia truncate)");
   } else if (result.rateHeld) {
     const double held =
-        static_cast<double>(BitsOf(result.info)) / static_cast<double>(result.image.Size());
+        static_cast<double>(BitsOf(result.info)) / result.info.rows / result.info.cols;
     console.Notice("made with " + TrimmedNumberText(static_cast<float>(held)) +
                    " bits per pixel, so not decoded at " + TrimmedNumberText(*arguments.rate));
   }
+}
+
+int ParseReduce(const std::string& text) {
+  constexpr int kMost = 16;
+  const auto levels = WholeNumber<int>(text);
+  if (!levels || *levels < 0 || *levels > kMost)
+    RefuseValue("--reduce", text, "a number from 0 to 16");
+  return *levels;
 }
 
 void ReportResult(const DecompressArguments& arguments, const FileTask& task,
@@ -73,6 +83,8 @@ DecompressResult Decode(const DecompressArguments& arguments, const std::string&
   DecompressOptions options;
   options.rate = arguments.rate;
   options.maxPixels = arguments.common.maxPixels;
+  options.threads = arguments.files.ThreadsOfAFile();
+  options.reduce = arguments.reduce;
   if (console.IsVerbose()) {
     const FileInfo info = Inspect(file, kind, arguments.common.maxPixels);
     options.onPass = [&console, info](const PassReport& report) {
@@ -124,6 +136,12 @@ void AddDecompress(CLI::App& tool, Action& action) {
   AddFileArguments(command, arguments->files, "The compressed file",
                    "The image: " + WrittenExtensions());
   AddRateOption(command, arguments->rate, "Bits per pixel to decode (all)")->group("General");
+  AddParsedOption(command, "--reduce", "N",
+                  "A picture 2^N times smaller, in a fraction of the time",
+                  [arguments = arguments.get()](const std::string& text) {
+                    arguments->reduce = ParseReduce(text);
+                  })
+      ->group("General");
   AddFormatOption(command, arguments->formats, true);
   AddCommonOptions(command, arguments->common);
   command.footer(std::string(kExamples) + "\n" + kManyFilesNote);

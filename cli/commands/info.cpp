@@ -21,8 +21,8 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia info photo.awf\n"
-    "  marovia info --json photo.awf\n"
+    "  marovia info photo.awh\n"
+    "  marovia info --json photo.awh\n"
     "\n"
     "Reads the header of a compressed file without decoding it. FILE may be - for\n"
     "standard input; --format then says what it holds.\n";

@@ -21,8 +21,8 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia thumbnail photo.awf photo.png\n"
-    "  marovia thumbnail photo.awf photo.png --size 512\n"
+    "  marovia thumbnail photo.awh photo.png\n"
+    "  marovia thumbnail photo.awh photo.png --size 512\n"
     "\n"
     "OUT is a PNG, unless its name ends as that of another image that is written. Neither\n"
     "side is longer than N, and no picture is made larger. Only the start of IN is decoded.\n"
@@ -50,6 +50,14 @@ double RateFor(const FileInfo& info, int size) {
   return kBitsPerPixel * scale * scale;
 }
 
+// The levels that can be left out of an image that becomes smaller anyway: what is left is still
+// four times as long, so that pixels at its border that lie beyond the image count little.
+int LevelsToSpare(const FileInfo& info, int size) {
+  int levels = 0;
+  while (std::max(info.rows, info.cols) >> (levels + 1) >= 4 * size) ++levels;
+  return levels;
+}
+
 // As much of a file as is read at a rate.
 std::int64_t BytesFor(FileInfo info, double rate) {
   const double bits = rate * info.rows * info.cols;
@@ -58,7 +66,7 @@ std::int64_t BytesFor(FileInfo info, double rate) {
   return UsefulBytes(info);
 }
 
-Image DecodeFor(const ThumbnailArguments& arguments, InputFile& input) {
+DecompressResult DecodeFor(const ThumbnailArguments& arguments, InputFile& input) {
   const std::int64_t maxPixels = arguments.common.maxPixels;
   Bytes file = input.Read(kMostHeaderBytes);
   const FileKind kind = KindOfInput(file, arguments.input, arguments.formats.kind);
@@ -67,10 +75,15 @@ Image DecodeFor(const ThumbnailArguments& arguments, InputFile& input) {
   const double rate = RateFor(info, arguments.size);
   const Bytes stream = input.Read(BytesFor(info, rate));
   file.insert(file.end(), stream.begin(), stream.end());
-  if (info.budget) return Decompress(file, kind, {rate, maxPixels, {}}).image;
+  DecompressOptions options{
+      .maxPixels = maxPixels, .threads = 0, .reduce = LevelsToSpare(info, arguments.size)};
+  if (info.budget) {
+    options.rate = rate;
+    return Decompress(file, kind, options);
+  }
   // A file without a rate of its own has one once it is cut.
   const TruncateResult start = Truncate(std::move(file), kind, {rate, {}, maxPixels});
-  return Decompress(start.file, start.kind, {{}, maxPixels, {}}).image;
+  return Decompress(start.file, start.kind, options);
 }
 
 int ParseSize(const std::string& text) {
@@ -95,7 +108,9 @@ ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
   CheckJsonHasRoom(arguments.common, output);
   console.SetInput(arguments.input);
   InputFile file(arguments.input, arguments.common.maxPixels);
-  const Image picture = ReducedToFit(DecodeFor(arguments, file), arguments.size);
+  const DecompressResult decoded = DecodeFor(arguments, file);
+  const Image picture =
+      ReducedToFit(decoded.image, decoded.info.rows, decoded.info.cols, arguments.size);
   console.SetOutput(arguments.output);
   output.Put(writer.write(picture));
   if (arguments.common.json)

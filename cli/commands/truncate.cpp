@@ -16,12 +16,12 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia truncate photo.awf small.awf --rate 0.1\n"
-    "  marovia truncate master.awg web.awf --bytes 30000\n"
+    "  marovia truncate photo.awh small.awh --rate 0.1\n"
+    "  marovia truncate master.awh web.awh --bytes 30000\n"
     "\n"
-    "OUT decodes just as IN would at that rate; nothing is coded again. A lossless\n"
-    "file (.awg) becomes a lossy one (.awf), so that one lossless master gives every\n"
-    "rate; of an .awh OUT is the start. IN and OUT may be - for standard input and output.\n";
+    "OUT decodes just as IN would at that rate; nothing is coded again, so that one\n"
+    "lossless master gives every rate. Of an .awh OUT is the start; of an .awg, which is\n"
+    "lossless, it is an .awf. IN and OUT may be - for standard input and output.\n";
 
 struct TruncateArguments {
   CommonOptions common;

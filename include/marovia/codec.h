@@ -2,7 +2,7 @@
 //
 //   marovia::Image image = marovia::ReadImage(bytes).image;
 //   marovia::CompressResult packed = marovia::Compress(image, {.rate = 0.5});
-//   marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwf);
+//   marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwh);
 //
 // A file is embedded: decompressed at any lower rate, or cut short, it gives the picture that those
 // bits hold. Every function may be called from several threads at once; nothing is shared.
@@ -26,7 +26,7 @@ namespace marovia {
 MAROVIA_API std::optional<FileKind> KindOfContent(ByteView start);
 
 struct CompressOptions {
-  FileKind kind = FileKind::kAwf;
+  FileKind kind = FileKind::kAwh;
   // Unset: 9/7, and 2+2,2 where lossless, which needs an integer one.
   std::optional<WaveletKind> wavelet = {};
   // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long
@@ -61,6 +61,9 @@ struct CompressOptions {
   bool bestWavelet = false;
   // Every pixel, in place of a rate: of kAwh, and of kAwg, which is so in any case.
   bool lossless = false;
+  // On as many threads as help, at most so many; 0: as many as the machine has processors. The file
+  // is the same on any number.
+  int threads = 1;
 };
 
 struct CompressResult {
@@ -115,6 +118,11 @@ struct DecompressOptions {
   std::optional<double> rate = {};
   std::int64_t maxPixels = kDefaultMaxPixels;
   PassListener onPass = {};
+  // As in CompressOptions.
+  int threads = 1;
+  // A picture whose sides are 2^reduce smaller, rounded up, in a fraction of the time and memory:
+  // the low band of that many levels. Held to the levels of the file; the info tells the full size.
+  int reduce = 0;
 };
 
 struct DecompressResult {

@@ -109,7 +109,7 @@ typedef int32_t (*marovia_listener)(void* context, const marovia_pass* pass);
 
 typedef struct marovia_compress_options {
   size_t size;
-  int32_t kind;    /* MAROVIA_AWF */
+  int32_t kind;    /* MAROVIA_AWH */
   int32_t wavelet; /* 0: MAROVIA_DAUB_97, where lossless MAROVIA_INTEGER_22 */
   int32_t levels;  /* of the transform; 0: as the size of the image suggests */
   int32_t pad;     /* 1: sides of any size come back; 0: code them as they are. MAROVIA_AWH always
@@ -123,7 +123,8 @@ typedef struct marovia_compress_options {
   double psnr;           /* the least PSNR in decibels, in place of the rate; 0: by the rate */
   int32_t lossless;      /* 1: every pixel, in place of a rate, bytes or a PSNR: of MAROVIA_AWH, and
                             of MAROVIA_AWG, which is so in any case. A MAROVIA_AWH then has no region */
-  int32_t reserved;      /* 0 */
+  int32_t threads;       /* at most, as many as help; 0: as many as the machine has processors. The
+                            file is the same on any number. 1 */
   marovia_listener listener; /* or NULL */
   void* context;             /* for the listener */
 } marovia_compress_options;
@@ -134,6 +135,9 @@ typedef struct marovia_decompress_options {
   int64_t max_pixels;        /* larger images are refused before anything is allocated; 0: 2^26 */
   marovia_listener listener; /* or NULL */
   void* context;             /* for the listener */
+  int32_t threads;           /* as in marovia_compress_options */
+  int32_t reduce; /* a picture whose sides are 2^reduce smaller, rounded up, in a fraction
+                     of the time: 0. Held to the levels of the file */
 } marovia_decompress_options;
 
 typedef struct marovia_truncate_options {

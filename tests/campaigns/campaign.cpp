@@ -8,6 +8,9 @@
 //   campaign digest COUNT FIRST [small] a digest of each of COUNT batches, of the files of every
 //                                       kind and wavelet, their pictures, and the coefficients of
 //                                       the floating-point wavelet; the same on every machine
+//   campaign threads COUNT FIRST        codes and decodes seeded images on 1, 2 and 8 threads:
+//   files
+//                                       and pictures must be the same
 //   campaign images COUNT FOLDER        writes seeded images, FOLDER/00000.pgm and on
 #include <algorithm>
 #include <bit>
@@ -177,6 +180,34 @@ void Digest(const Words& words) {
   }
 }
 
+// Large enough for several threads to have work.
+void Threads(const Words& words) {
+  const unsigned long first = std::stoul(words.at(1));
+  const unsigned long count = std::stoul(words.at(0));
+  for (unsigned long seed = first; seed < first + count; ++seed) {
+    std::mt19937 random(static_cast<std::uint32_t>(seed));
+    const int rows = 500 + RandomBelow(random, 700);
+    const Image image = test::RandomImage(random, rows, 500 + RandomBelow(random, 700));
+    CompressOptions options{.kind = AllKinds()[seed % AllKinds().size()]};
+    options.wavelet = kWaveletsAsListed[seed / 7 % 3];
+    if (options.kind == FileKind::kAwg)
+      options.wavelet = seed / 7 % 2 == 0 ? kInteger53 : kInteger22;
+    options.rate = 0.1 + 0.1 * RandomBelow(random, 20);
+    options.pad = options.kind == FileKind::kAwh || seed % 5 != 0;
+    if (seed % 4 == 0) options.region = Region{20, 30, 300, 200};
+    DecompressOptions decoding{.reduce = seed % 3 == 0 ? 1 : 0};
+    const Bytes file = Compress(image, options).file;
+    const Image picture = Decompress(file, options.kind, decoding).image;
+    for (const int threads : {2, 8}) {
+      options.threads = decoding.threads = threads;
+      Require(Compress(image, options).file == file &&
+                  Decompress(file, options.kind, decoding).image == picture,
+              "seed " + std::to_string(seed) + " differs on " + std::to_string(threads));
+    }
+  }
+  std::printf("%lu images: the same on 1, 2 and 8 threads\n", count);
+}
+
 void Images(const Words& words) {
   const auto count = static_cast<std::uint32_t>(std::stoul(words.at(0)));
   for (std::uint32_t i = 0; i < count; ++i) {
@@ -191,7 +222,11 @@ void Images(const Words& words) {
 }
 
 constexpr std::pair<std::string_view, void (*)(const Words&)> kCampaigns[] = {
-    {"lossless", Lossless}, {"damage", Damage}, {"digest", Digest}, {"images", Images}};
+    {"lossless", Lossless},
+    {"damage", Damage},
+    {"digest", Digest},
+    {"threads", Threads},
+    {"images", Images}};
 
 }  // namespace
 }  // namespace marovia
@@ -208,6 +243,6 @@ int main(int argc, char** argv) {
       return 1;
     }
   }
-  std::fputs("usage: campaign lossless|damage|digest|images ...\n", stderr);
+  std::fputs("usage: campaign lossless|damage|digest|threads|images ...\n", stderr);
   return 2;
 }

@@ -50,13 +50,13 @@ echo "Python alone works"
 # The packages alone, with what they say they need.
 inside "$install /tmp/*.deb >/tmp/log 2>&1" || fail "$(tail "$bare/tmp/log")"
 inside 'cd /tmp
-  marovia compress /usr/share/marovia/Images/camera.pgm camera.awf
-  marovia decompress camera.awf camera.pgm
+  marovia compress /usr/share/marovia/Images/camera.pgm camera.awh
+  marovia decompress camera.awh camera.pgm
   marovia measure /usr/share/marovia/Images/camera.pgm camera.pgm
   QT_QPA_PLATFORM=offscreen marovia-window --version'
 # The window itself, for as long as it takes to show that it stays.
 status=0
-inside 'QT_QPA_PLATFORM=offscreen timeout 5 marovia-window /tmp/camera.awf' 2>/dev/null || status=$?
+inside 'QT_QPA_PLATFORM=offscreen timeout 5 marovia-window /tmp/camera.awh' 2>/dev/null || status=$?
 [ "$status" -eq 124 ] || fail "the window ends by itself, with status $status"
 [ -L "$bare/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/libmarovia.so" ] ||
   fail "there is no library to link with"

@@ -109,6 +109,17 @@ static void OptionsReachTheCodec(void) {
   options.lossless = 1;
   CHECK(marovia_compress(&image, &options, &file, NULL) == MAROVIA_OK);
   CHECK(marovia_kind_of_content(file.data, file.size) == MAROVIA_AWH);
+  marovia_decompress_options half;
+  marovia_picture back = {.size = sizeof back};
+  marovia_decompress_options_init(&half, sizeof half);
+  half.reduce = 1;
+  half.threads = 2;
+  CHECK(marovia_decompress(file.data, file.size, MAROVIA_AWH, &half, &back, NULL) == MAROVIA_OK);
+  CHECK(back.rows == (image.rows + 1) / 2 && back.cols == (image.cols + 1) / 2);
+  marovia_free(back.samples);
+  half.reduce = -1;
+  CHECK(marovia_decompress(file.data, file.size, MAROVIA_AWH, &half, &back, NULL) ==
+        MAROVIA_INVALID_ARGUMENT);
   CHECK(marovia_kind_of_content(file.data, 3) == -1 && marovia_kind_of_content(NULL, 9) == -1);
   marovia_free(file.data);
   CHECK(strcmp(marovia_extension(MAROVIA_AWH), "awh") == 0);

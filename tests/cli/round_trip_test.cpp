@@ -27,7 +27,8 @@ class Tool : public ToolTest {
 TEST_F(Tool, TakesEveryOptionOfTheCoders) {
   for (const char* wavelet : {"9/7", "5/3", "2+2,2"}) {
     Done({"compress", "in.pgm", "out.awa", "-f", "--wavelet", wavelet, "--levels", "2", "--rate",
-          "1.5", "--share", "0.7", "--region", "9,9,30,40", "--verify", "--pad", "auto"});
+          "1.5", "--share", "0.7", "--region", "9,9,30,40", "--verify", "--pad", "auto", "-T",
+          "2"});
     const Json info = Record({"info", "out.awa"});
     EXPECT_EQ(info["wavelet"], wavelet);
     EXPECT_EQ(info["levels"], 2);
@@ -35,16 +36,18 @@ TEST_F(Tool, TakesEveryOptionOfTheCoders) {
     EXPECT_EQ(info["columns"], 83);
     Done({"decompress", "out.awa", "out.pgm", "-f"});
     EXPECT_GT(Record({"measure", "in.pgm", "out.pgm"})["psnr"], 30) << wavelet;
+    const std::string small = Done({"decompress", "out.awa", "-", "--reduce", "1", "-T", "2"});
+    EXPECT_TRUE(small.starts_with("P5\n42 30\n")) << small.substr(0, 10);
   }
 }
 
 TEST_F(Tool, PassesImagesAndFilesThroughStandardStreams) {
   const std::string source = folder_.Read("in.pgm");
   const std::string lossless = Done({"compress", "-", "-", "--lossless", "--verify"}, source);
-  EXPECT_EQ(Done({"decompress", "-", "-", "--format", "awg"}, lossless), source);
+  EXPECT_EQ(Done({"decompress", "-", "-"}, lossless), source);
   Done({"compress", "in.pgm", "out.awf"});
   const std::string lossy = folder_.Read("out.awf");
-  EXPECT_EQ(Done({"compress", "-", "-"}, source), lossy);
+  EXPECT_EQ(Done({"compress", "-", "-", "--method", "aswdr"}, source), lossy);
   Done({"decompress", "out.awf", "out.bmp"});
   EXPECT_EQ(Done({"decompress", "-", "-", "--format", "awf,bmp"}, lossy), folder_.Read("out.bmp"));
   EXPECT_EQ(Done({"info", "-", "--format", "awf"}, lossy), Done({"info", "out.awf"}));
@@ -52,7 +55,7 @@ TEST_F(Tool, PassesImagesAndFilesThroughStandardStreams) {
 
 TEST_F(Tool, ReportsAndMeasuresInTheWordsOfTheForm) {
   const ToolResult compressed =
-      folder_.Run({"compress", "in.pgm", "out", "--rate", "1", "-v", "--json"});
+      folder_.Run({"compress", "in.pgm", "out.awf", "--rate", "1", "-v", "--json"});
   const Json passes = Json::parse(compressed.out)["passes"];
   EXPECT_TRUE(compressed.err.starts_with("Pass  1.  Threshold = ")) << compressed.err;
   EXPECT_NE(compressed.err.find("\nNumber of significant values encoded:   " +
@@ -73,10 +76,10 @@ TEST_F(Tool, ReportsAndMeasuresInTheWordsOfTheForm) {
 }
 
 TEST_F(Tool, SaysWhatItChangedAndOtherwiseNothing) {
-  EXPECT_EQ(folder_.Run({"compress", "in.pgm", "out"}).err, "");
+  EXPECT_EQ(folder_.Run({"compress", "in.pgm", "out.awf"}).err, "");
   const std::pair<Words, std::string> cases[] = {
-      {{"compress", "in.pgm", "out", "-f", "--levels", "9"}, "9 levels asked for, 4 used"},
-      {{"compress", "in.pgm", "odd", "--pad", "never", "--lossless"}, "does not come back"},
+      {{"compress", "in.pgm", "out.awf", "-f", "--levels", "9"}, "9 levels asked for, 4 used"},
+      {{"compress", "in.pgm", "odd.awg", "--pad", "never", "--lossless"}, "does not come back"},
       {{"decompress", "out.awf", "out.pgm", "--rate", "3"}, "made with 0.5"},
       {{"truncate", "out.awf", "same", "--rate", "3"}, "stays as it is"}};
   for (auto [words, part] : cases) {
@@ -93,9 +96,11 @@ TEST_F(Tool, TakesTheCoderOfTheNameWhereNoOptionChoosesOne) {
                                                       {{"b", "--method", "wdr"}, "b.awa"},
                                                       {{"b", "--coding", "binary"}, "b.awd"},
                                                       {{"b", "--method", "aswdr2"}, "b.awc"},
-                                                      {{"b", "--method", "context"}, "b.awh"},
-                                                      {{"b"}, "b.awf"},
-                                                      {{"b", "--lossless"}, "b.awg"}};
+                                                      {{"f", "--method", "context"}, "f.awh"},
+                                                      {{"b"}, "b.awh"},
+                                                      {{"c", "--coding", "arithmetic"}, "c.awh"},
+                                                      {{"d", "--lossless"}, "d.awh"},
+                                                      {{"e.awg", "--lossless"}, "e.awg"}};
   for (const FileKind kind : AllKinds()) {
     const std::string name = "a." + std::string(Extension(kind));
     cases.push_back({{name}, name});
@@ -105,7 +110,7 @@ TEST_F(Tool, TakesTheCoderOfTheNameWhereNoOptionChoosesOne) {
     const Json json = Record(words);
     EXPECT_EQ(json["output"], file);
     EXPECT_EQ(Record({"info", file})["kind"], json["kind"]);
-    EXPECT_EQ(json["lossless"], json["kind"] == "awg");
+    EXPECT_EQ(json["lossless"], words.back() == "--lossless" || json["kind"] == "awg");
   }
 }
 
@@ -142,7 +147,7 @@ TEST_F(Tool, RecordsWhatReadingChanged) {
 
 TEST_F(Tool, HelpsWhoKnowsNothing) {
   const std::string help = Done({"help"});
-  EXPECT_NE(help.find("compress photo.pgm photo.awf"), std::string::npos);
+  EXPECT_NE(help.find("compress photo.pgm photo.awh"), std::string::npos);
   const ToolResult alone = folder_.Run({});
   EXPECT_EQ(alone.status, 1);
   EXPECT_EQ(alone.out, help);

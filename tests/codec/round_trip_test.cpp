@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "marovia/codec.h"
+#include "marovia/measures.h"
 
 #include "tests/support/code_of.h"
 #include "tests/support/plain_codec.h"
@@ -80,6 +81,42 @@ TEST(Files, KeepTheSizeWhenCutAndThePictureWithATail) {
   }
 }
 
+// What a block of 2^levels x 2^levels pixels is on average, less where the image ends in it.
+Image Averaged(const Image& image, int levels) {
+  const int side = 1 << levels;
+  Image small((image.Rows() + side - 1) / side, (image.Cols() + side - 1) / side);
+  for (int r = 0; r < small.Rows(); ++r) {
+    for (int c = 0; c < small.Cols(); ++c) {
+      int sum = 0;
+      int count = 0;
+      for (int i = r * side; i < std::min((r + 1) * side, image.Rows()); ++i) {
+        for (int j = c * side; j < std::min((c + 1) * side, image.Cols()); ++j, ++count) {
+          sum += image(i, j);
+        }
+      }
+      small(r, c) = static_cast<std::uint8_t>(sum / count);
+    }
+  }
+  return small;
+}
+
+TEST(Reduced, PicturesAreTheImageMadeSmaller) {
+  const Image image = test::NamedImage("blobs", 93, 138);
+  for (const FileKind kind : AllKinds()) {
+    for (const WaveletKind wavelet : {kDaub97, kInteger53, kInteger22}) {
+      if (kind == FileKind::kAwg && wavelet == kDaub97) continue;
+      const Bytes file = Compress(image, {kind, wavelet, 3, 3}).file;
+      for (const int reduce : {1, 2, 3, 9}) {
+        const Image small = Decompress(file, kind, {.reduce = reduce}).image;
+        const Image expected = Averaged(image, std::min(reduce, 3));
+        ASSERT_TRUE(small.SameShape(expected)) << Extension(kind) << " " << reduce;
+        EXPECT_GT(Measure(expected, small).psnr.value_or(100), 20)
+            << Extension(kind) << ", wavelet " << static_cast<int>(wavelet) << ", " << reduce;
+      }
+    }
+  }
+}
+
 TEST(Wavelet, IsTheBetterOneOfTheKindUnlessTold) {
   EXPECT_EQ(Compress(Image(8, 8)).wavelet, kDaub97);
   EXPECT_EQ(Compress(Image(8, 8), {.kind = FileKind::kAwg}).wavelet, kInteger22);
@@ -129,11 +166,10 @@ TEST(Compress, RefusesWhatMakesNoSense) {
   for (const auto& c : cases)
     EXPECT_EQ(CodeOf([&] { Compress(Image(20, 30), c.options); }), c.code);
   EXPECT_EQ(CodeOf([] { Compress(Image(), {}); }), Errc::kInvalidArgument);
-  EXPECT_EQ(CodeOf([] { Compress(Image(32768, 6), {}); }), Errc::kLimit);
+  EXPECT_EQ(CodeOf([] { Compress(Image(32768, 6), {kAwf}); }), Errc::kLimit);
   // This side holds, but not when it is padded.
   EXPECT_EQ(CodeOf([] { Compress(Image(32767, 6), {kAwf, kDaub97, 1}); }), Errc::kLimit);
-  CompressOptions bare;
-  bare.pad = false;
+  const CompressOptions bare{.kind = kAwf, .pad = false};
   EXPECT_EQ(CodeOf([&] { Compress(Image(2, 9), bare); }), Errc::kInvalidArgument);
 }
 

@@ -68,8 +68,9 @@ TEST(Explorer, CodesEachLengthAnewForARegionAndMeasuresIt) {
   for (const Coder& coder : AllCoders()) {
     SCOPED_TRACE(coder.extension);
     Explorer plain(source, {.kind = coder.kind});
-    Explorer explorer(source, {.kind = coder.kind, .region = region, .share = 0.8F});
-    ASSERT_TRUE(plain.Code(kWholeRate, {}) && explorer.Code(kWholeRate, {}));
+    ASSERT_TRUE(plain.Code(kWholeRate, {}) && plain.LookAt(1500, {}));
+    Explorer explorer = plain;
+    explorer.SetRegion(region, 0.8F);
     const TruncateResult file = explorer.FileOf(1500);
     EXPECT_LE(file.file.size(), 1500U);
     const Look look = Measured(explorer, 1500);

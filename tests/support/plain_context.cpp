@@ -231,7 +231,7 @@ constexpr int kUnits = std::is_same_v<Sample, float> ? 16 : 1;
 
 template <class Sample>
 void Transform(const Image& image, const ContextHeader& header, Cells& cells) {
-  ForwardBands<Sample>(image, header, [&](std::size_t band, int r, std::span<const Sample> row) {
+  ForwardBands<Sample>(image, header, 1, [&](std::size_t band, int r, std::span<const Sample> row) {
     const auto to = cells.bands[band].cells.Row(r);
     for (std::size_t c = 0; c < row.size(); ++c) {
       to[c].v = static_cast<std::int32_t>(row[c] * kUnits<Sample>);
@@ -241,7 +241,7 @@ void Transform(const Image& image, const ContextHeader& header, Cells& cells) {
 
 template <class Sample>
 Image Picture(const ContextHeader& header, Cells& cells) {
-  return InvertBands<Sample>(header, [&](std::size_t i, int r, std::span<Sample> row) {
+  return InvertBands<Sample>(header, {}, [&](std::size_t i, int r, std::span<Sample> row) {
     BandCells& band = cells.bands[i];
     for (std::size_t c = 0; c < row.size(); ++c) {
       const Cell& cell = band.cells.Row(r)[c];
