@@ -28,6 +28,7 @@ std::vector<std::optional<float>> MeasureCurve(const Image& image, const Compres
   const Bytes file = Compress(image, AtRate(options, *std::ranges::max_element(rates))).file;
   DecompressOptions decompress;
   decompress.maxPixels = std::numeric_limits<std::int64_t>::max();
+  decompress.threads = options.threads;
   decompress.onPass = TryListener<PassReport>(options);
   for (const double rate : rates) {
     decompress.rate = rate;

@@ -101,6 +101,7 @@ def _compress_options(
     region: Optional[Sequence[int]],
     share: float,
     pad: bool,
+    threads: int,
 ) -> _library.CompressOptions:
     if (rate is not None) + (bytes is not None) + (psnr is not None) + bool(lossless) > 1:
         raise InvalidArgument("Only one of rate, bytes, psnr and lossless can be met.")
@@ -110,6 +111,7 @@ def _compress_options(
         share=_positive("share", share),
         rate=0.5 if rate is None else _positive("rate", rate),
         lossless=bool(lossless),
+        threads=_whole("threads", threads, 0, 32),
     )
     if bytes is not None:
         options.bytes = _whole("bytes", bytes, 1, 64)
@@ -137,6 +139,7 @@ def encode(
     region: Optional[Sequence[int]] = None,
     share: float = 0.9,
     pad: bool = True,
+    threads: int = 1,
     progress: Optional[Progress] = None,
 ) -> Coded:
     """Codes a grey image: a two-dimensional array of uint8, or what makes one.
@@ -144,11 +147,11 @@ def encode(
     At most one of `rate` (bits per pixel, 0.5 unless told), `bytes` (the most that the file may
     have), `psnr` (the least that it may decode to, in decibels) and `lossless` says how long the
     file is to be. `region` is (row1, col1, row2, col2), all included, and gets `share` of the bits.
-    `progress` is called with a Pass after each; an exception in it ends the run.
+    On more `threads` (0: as many as there are processors) it is the same file, earlier. `progress` is called with a Pass after each; an exception in it ends the run.
     """
     array = _arrays.grey(image)
     options = _compress_options(
-        kind, rate, bytes, psnr, lossless, wavelet, levels, region, share, pad
+        kind, rate, bytes, psnr, lossless, wavelet, levels, region, share, pad, threads
     )
     watch = _Watch(progress)
     options.listener = watch.listener
@@ -165,14 +168,18 @@ def _coded(file: _library.Buffer, kind: int) -> Coded:
 def decode(
     data: Any,
     rate: Optional[float] = None,
+    reduce: int = 0,
     *,
     kind: Optional[str] = None,
     out: Optional[Grey] = None,
     max_pixels: Optional[int] = None,
+    threads: int = 1,
     progress: Optional[Progress] = None,
 ) -> Grey:
     """The picture of a file in memory (bytes, an array, a map of a file), or of its first bits.
 
+    With `reduce` its sides are 2**reduce smaller, rounded up, in a fraction of the time; at most by
+    the levels of the file.
     `kind` is needed where neither the bytes nor what holds them tell it. The picture goes into
     `out` where that is given. A file that was cut short gives what is left of it, and a
     TruncatedWarning. Images of more than `max_pixels` (2**26 unless told) are refused.
@@ -181,10 +188,17 @@ def decode(
     number = _kind_of(data, view, kind)
     limit = 0 if max_pixels is None else _whole("max_pixels", max_pixels, 1, 64)
     watch = _Watch(progress)
-    options = _library.DecompressOptions(max_pixels=limit, listener=watch.listener)
+    options = _library.DecompressOptions(
+        max_pixels=limit,
+        threads=_whole("threads", threads, 0, 32),
+        reduce=_whole("reduce", reduce, 0, 32),
+        listener=watch.listener,
+    )
     if rate is not None:
         options.rate = _positive("rate", rate)
-    array = _arrays.canvas(out, _inspected(view, number, limit).shape)
+    found = _inspected(view, number, limit)
+    step = 1 << min(options.reduce, found.levels)
+    array = _arrays.canvas(out, (-(-found.rows // step), -(-found.cols // step)))
     picture = _library.Picture()
     watch.call(
         "marovia_decompress_into",
@@ -272,6 +286,7 @@ def curve(
     *,
     wavelet: Optional[str] = None,
     levels: Optional[int] = None,
+    threads: int = 1,
     progress: Optional[Progress] = None,
 ) -> list[Point]:
     """How the quality of an image grows with its bits per pixel.
@@ -282,7 +297,9 @@ def curve(
     asked = np.geomspace(0.05, 2, 33) if rates is None else [_positive("A rate", r) for r in rates]
     points = np.array(asked, np.float64)
     found = np.empty(points.size, np.float64)
-    options = _compress_options(kind, None, None, None, False, wavelet, levels, None, 0.9, True)
+    options = _compress_options(
+        kind, None, None, None, False, wavelet, levels, None, 0.9, True, threads
+    )
     watch = _Watch(progress)
     options.listener = watch.listener
     doubles = ctypes.POINTER(ctypes.c_double)

@@ -66,7 +66,7 @@ class CompressOptions(Sized):
         ("region", Region),
         ("psnr", c_double),
         ("lossless", c_int32),
-        ("reserved", c_int32),
+        ("threads", c_int32),
         ("listener", LISTENER),
         ("context", c_void_p),
     ]
@@ -78,6 +78,8 @@ class DecompressOptions(Sized):
         ("max_pixels", c_int64),
         ("listener", LISTENER),
         ("context", c_void_p),
+        ("threads", c_int32),
+        ("reduce", c_int32),
     ]
 
 

@@ -20,7 +20,7 @@ from marovia._library import kind_of_content
 _ANY_SIZE = 2**63 - 1  # Pillow has a limit of its own
 _HEADER_BYTES = 16  # no kind has more
 _MODE = "_mode" if isinstance(getattr(Image.Image, "mode", None), property) else "mode"
-_OPTIONS = ("rate", "bytes", "psnr", "lossless", "wavelet", "levels", "region", "share")
+_OPTIONS = ("rate", "bytes", "psnr", "lossless", "wavelet", "levels", "region", "share", "threads")
 
 
 class MaroviaImageFile(ImageFile.ImageFile):
@@ -44,12 +44,23 @@ class MaroviaImageFile(ImageFile.ImageFile):
         self._size = header.cols, header.rows
         setattr(self, _MODE, "L")
         self.info.update(wavelet=header.wavelet, levels=header.levels)
-        self._coded = True
+        self._coded, self._reduce = True, 0
+
+    def draft(self, mode: Any, size: Any) -> Any:
+        """Decodes the least picture that is not below this size, as thumbnail() asks for."""
+        if not self._coded or self._reduce or not size:
+            return None
+        width, height = self.size
+        smaller = (-(-width // 2), -(-height // 2))
+        while self._reduce < self.info["levels"] and smaller[0] >= size[0] and smaller[1] >= size[1]:
+            self._reduce, self._size = self._reduce + 1, smaller
+            smaller = (-(-smaller[0] // 2), -(-smaller[1] // 2))
+        return self.mode, (0, 0, width / 2**self._reduce, height / 2**self._reduce)
 
     def _decoded(self) -> Any:
         self.fp.seek(0)
         kind = str(self.format).lower()
-        return marovia.decode(self.fp.read(), kind=kind, max_pixels=_ANY_SIZE)
+        return marovia.decode(self.fp.read(), None, self._reduce, kind=kind, max_pixels=_ANY_SIZE)
 
     def load(self) -> Any:
         if self._coded:

@@ -81,6 +81,9 @@ def test_files_of_every_kind_are_coded_cut_measured_and_told_apart(camera):
         assert marovia.info(file)[:4] == (kind, "5/3", 3, 512) and file != bytes(file) + b"0"
         cut = marovia.truncate(file, bytes=3000)
         assert len(cut) <= 3000
+        for reduce, shape in ((1, (256, 256)), (2, (128, 128)), (9, (64, 64))):
+            assert marovia.decode(file, None, reduce, threads=0).shape == shape
+        assert marovia.encode(camera, kind, wavelet="5/3", levels=3, threads=2) == file
         half = marovia.measure(camera, marovia.decode(cut))
         assert 20 < half.psnr < marovia.measure(camera, marovia.decode(file)).psnr
         seen = []
@@ -123,7 +126,7 @@ def test_an_exception_in_the_progress_ends_the_run(camera):
     [{"rate": 0}, {"rate": float("nan")}, {"bytes": 0}, {"bytes": 2**63}, {"psnr": -1}]
     + [{"rate": 1, "bytes": 1}, {"kind": "png"}, {"wavelet": "haar"}, {"levels": 0}]
     + [{"region": (0, 0, 9, 512)}, {"region": (1, 2, 3)}, {"region": (0, 0, 9, 2**32)}]
-    + [{"rate": "much"}, {"levels": 1.5}, {"bytes": 8}, {"kind": "awf", "lossless": True}],
+    + [{"threads": -1}, {"rate": "much"}, {"levels": 1.5}, {"bytes": 8}, {"kind": "awf", "lossless": True}],
 )
 def test_choices_that_make_no_sense_are_refused(camera, choice):
     with pytest.raises(marovia.Error) as caught:

@@ -58,3 +58,12 @@ def test_what_cannot_be_saved_says_so_and_leaves_no_file(camera, tmp_path):
         with pytest.raises(OSError, match="mode RGB|above 0"):
             refused.save(tmp_path / "refused.awf", **options)
         assert not (tmp_path / "refused.awf").exists()
+
+
+def test_a_thumbnail_is_decoded_small(camera):
+    with Image.open(io.BytesIO(marovia.encode(camera))) as opened:
+        opened.draft("L", (100, 100))
+        assert opened.size == (128, 128) == opened.convert("RGB").size
+    with Image.open(io.BytesIO(marovia.encode(camera))) as opened:
+        opened.thumbnail((100, 100))
+        assert opened.size == (100, 100)
