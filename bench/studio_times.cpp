@@ -16,6 +16,7 @@
 namespace {
 
 constexpr int kMoves = 11;
+constexpr int kPatience = 30000;
 
 double Milliseconds(const QElapsedTimer& timer) {
   return static_cast<double>(timer.nsecsElapsed()) / 1e6;
@@ -73,7 +74,8 @@ class Stopwatch {
     QElapsedTimer timer;
     timer.start();
     act();
-    while (stage_->accessibleDescription() == before) QCoreApplication::processEvents();
+    while (stage_->accessibleDescription() == before && !timer.hasExpired(kPatience))
+      QCoreApplication::processEvents();
     stage_->repaint();
     return Milliseconds(timer);
   }
@@ -91,7 +93,7 @@ class Stopwatch {
   void Choose(marovia::FileKind kind) {
     auto* kinds = studio_.findChild<QComboBox*>("Kind");
     kinds->setCurrentIndex(static_cast<int>(kind));
-    UntilPicture([&] { Q_EMIT kinds->activated(kinds->currentIndex()); });
+    Q_EMIT kinds->activated(kinds->currentIndex());
     Settle();
   }
 
@@ -124,6 +126,7 @@ int main(int argc, char** argv) {
   const Heartbeat heart;
   std::printf("4000 x 3000 JPEG to picture: %.0f\n",
               watch.UntilPicture([&] { marovia::OpenInStudio(jpeg); }));
+  std::fflush(stdout);
   watch.Settle();
   for (const auto& [rows, cols] : {std::pair{512, 512}, {2048, 2048}, {6000, 8000}}) {
     const QString file = folder.filePath(QString("%1.pgm").arg(rows));

@@ -81,7 +81,7 @@ if(TARGET marovia-window)
     "${coder_text}
 
 This package has a window for it: a region drawn by mouse, error measures,
-and both images compared at full resolution.")
+and a studio that shows what every byte buys.")
   set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS "marovia ${same_version}, ${same_library}")
   marovia_package(
     qtplugin marovia-qt6-imageformat "wavelet image codec - plugin for Qt 6"

@@ -179,10 +179,10 @@ if [ "${QT_SCALE_FACTOR:-1}-${POINTS:-9}" = 1-9 ]; then
   xdotool type --delay 5 8000
   xdotool key Return
 fi
-for view in 2 5; do
-  xdotool key "alt+$view"
+for view in 2:wipe 5:heat; do
+  xdotool key "alt+${view%:*}"
   wait_for is_idle
-  shoot "studio_view$view"
+  shoot "studio_${view#*:}"
 done
 xdotool key alt+1 alt+d
 wait_for is_idle
