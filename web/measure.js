@@ -35,9 +35,10 @@ function tellSizes() {
 async function servePackage() {
   const types = { js: "text/javascript", wasm: "application/wasm", pgm: "image/x-portable-graymap" };
   const server = createServer(({ url }, response) => {
-    const home = url.endsWith(".pgm") ? new URL("../Images/", here) : new URL("codec/dist/", here);
-    response.setHeader("content-type", types[url.split(".").pop()] ?? "text/html");
-    response.end(url === "/" ? "" : readFileSync(new URL(`.${url}`, home)));
+    const type = types[url.split(".").pop()];
+    const home = new URL(url.endsWith(".pgm") ? "../Images/" : "codec/dist/", here);
+    response.setHeader("content-type", type ?? "text/html");
+    response.end(type ? readFileSync(new URL(`.${url}`, home)) : "");
   });
   await new Promise((ready) => server.listen(0, "127.0.0.1", ready));
   return { server, address: `http://127.0.0.1:${server.address().port}/` };
