@@ -13,8 +13,8 @@ namespace marovia::bench {
 // next to none of them. The source must outlive the run.
 void RegisterCodecs(const Source& source);
 
-// The same of a few codecs of ours, for images as large as one likes.
-void RegisterLarge(const Source& source);
+// The same of a few codecs for a large image, made of a tile by which they are chosen and tried.
+void RegisterLarge(const Source& tile, const Source& large);
 
 // "stage/...": the parts of a compression and a decompression of the source.
 void RegisterStages(const Source& source);

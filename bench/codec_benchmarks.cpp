@@ -1,7 +1,10 @@
+#include <algorithm>
+#include <array>
 #include <benchmark/benchmark.h>
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "bench/benchmarks.h"
@@ -68,19 +71,12 @@ void RegisterCodecs(const Source& source) {
   for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf}) RegisterParts(kind, source);
 }
 
-void RegisterLarge(const Source& source) {
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg}) {
-    CompressOptions options{.kind = kind};
-    std::string name(Extension(kind));
-    if (kind == FileKind::kAwg) {
-      options.wavelet = WaveletKind::kInteger53;
-    } else {
-      name += "/0.5";
-    }
-    RegisterBoth(
-        {name, options.rate, [=](const Image& image) { return Compress(image, options).file; },
-         [=](ByteView file) { return Decompress(file, kind).image; }},
-        source);
+void RegisterLarge(const Source& tile, const Source& large) {
+  constexpr std::array<std::string_view, 8> kNames = {"awb/0.5",      "awf/0.5",          "awg",
+                                                      "awc/0.5",      "awh/0.5",          "awh",
+                                                      "openjpeg/0.5", "openjpeg/lossless"};
+  for (const Contestant& contestant : ContestantsFor(tile.image)) {
+    if (std::ranges::find(kNames, contestant.name) != kNames.end()) RegisterBoth(contestant, large);
   }
 }
 

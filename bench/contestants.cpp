@@ -18,7 +18,8 @@ constexpr double kMostOff = 0.06;
 using Contestants = std::vector<Contestant>;
 
 void AddOurs(Contestants& contestants) {
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf}) {
+  for (const FileKind kind : AllKinds()) {
+    if (kind == FileKind::kAwg) continue;
     for (const double rate : kRates) {
       contestants.push_back(
           {std::string(Extension(kind)) + "/" + RateText(rate), rate,
@@ -26,12 +27,13 @@ void AddOurs(Contestants& contestants) {
            [=](ByteView file) { return Decompress(file, kind).image; }});
     }
   }
-  contestants.push_back(
-      {"awg", 0,
-       [](const Image& image) {
-         return Compress(image, {.kind = FileKind::kAwg, .wavelet = WaveletKind::kInteger53}).file;
-       },
-       [](ByteView file) { return Decompress(file, FileKind::kAwg).image; }});
+  for (const FileKind kind : {FileKind::kAwg, FileKind::kAwh}) {
+    const CompressOptions options{
+        .kind = kind, .wavelet = WaveletKind::kInteger53, .lossless = true};
+    contestants.push_back({std::string(Extension(kind)), 0,
+                           [=](const Image& image) { return Compress(image, options).file; },
+                           [=](ByteView file) { return Decompress(file, kind).image; }});
+  }
 }
 
 #ifdef MAROVIA_HAVE_OPENJPEG

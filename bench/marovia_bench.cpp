@@ -72,8 +72,8 @@ void RunBenchmarks(const Choices& choices) {
   for (const Source& source : sources) RegisterCodecs(source);
   const Source middle = Repeated(sources.front(), kMiddleSide);
   const Source large = Repeated(sources.front(), kLargeSide);
-  RegisterLarge(middle);
-  RegisterLarge(large);
+  RegisterLarge(sources.front(), middle);
+  RegisterLarge(sources.front(), large);
   RegisterStages(sources.front());
   MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -79,7 +79,7 @@ std::string MemoryTable(const std::string& imageFile, int side) {
                              return Bytes{source.image(side - 1, side - 1)};
                            }).peak;
   std::string text = MarkdownHead({"codec", "compress (goal 24)", "decompress (goal 20)"});
-  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg}) {
+  for (const FileKind kind : {FileKind::kAwb, FileKind::kAwf, FileKind::kAwg, FileKind::kAwh}) {
     CompressOptions options{.kind = kind};
     if (kind == FileKind::kAwg) options.wavelet = WaveletKind::kInteger53;
     const Outcome packed =

@@ -16,6 +16,10 @@ Image DecompressOpenJpeg(ByteView file);
 Bytes CompressCharls(const Image& image);
 Image DecompressCharls(ByteView file);
 
+// JPEG XL, lossless, with an effort from 1 to 9.
+Bytes CompressJpegXl(const Image& image, int effort);
+Image DecompressJpegXl(ByteView file);
+
 // Baseline JPEG with optimised tables.
 Bytes CompressJpeg(const Image& image, int quality);
 Image DecompressJpeg(ByteView file);

@@ -44,8 +44,8 @@ void AddLossy(const Source& source, double rate, std::vector<Row>& rows) {
   bytes = static_cast<std::int64_t>(file.size());
   peers.push_back(RowOf(source, "OpenJPEG", "9/7", RateText(rate), file, DecompressOpenJpeg(file)));
 #endif
-  for (const FileKind kind :
-       {FileKind::kAwb, FileKind::kAwa, FileKind::kAwd, FileKind::kAwf, FileKind::kAwh}) {
+  for (const FileKind kind : AllKinds()) {
+    if (kind == FileKind::kAwg) continue;
     rows.push_back(OurRow(source, {.kind = kind, .bytes = bytes}, "9/7", RateText(rate)));
   }
   rows.insert(rows.end(), peers.begin(), peers.end());
@@ -75,6 +75,12 @@ void AddLossless(const Source& source, std::vector<Row>& rows) {
 #ifdef MAROVIA_HAVE_OPENJPEG
   const Bytes openJpeg = CompressOpenJpegLossless(source.image);
   add("OpenJPEG", "5/3", openJpeg, DecompressOpenJpeg(openJpeg));
+#endif
+#ifdef MAROVIA_HAVE_JXL
+  for (const int effort : {3, 7}) {
+    const Bytes jxl = CompressJpegXl(source.image, effort);
+    add("JPEG XL e" + std::to_string(effort), "-", jxl, DecompressJpegXl(jxl));
+  }
 #endif
 }
 

@@ -33,7 +33,7 @@ constexpr std::array kWavelets = {NamedWavelet{"9/7", WaveletKind::kDaub97},
 struct Choices {
   std::vector<std::string> files;
   std::vector<double> rates = {0.25, 0.5, 1};
-  std::vector<std::string> kinds = {"awf", "awg"};
+  std::vector<std::string> kinds = {"awh", "awg"};
   std::vector<std::string> wavelets = {"9/7", "5/3"};
   int repeat = 1;
   bool tabs = false;

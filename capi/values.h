@@ -12,7 +12,7 @@ namespace marovia::capi {
 
 inline constexpr marovia_compress_options kCompressDefaults = {
     .size = sizeof(marovia_compress_options),
-    .kind = MAROVIA_AWF,
+    .kind = MAROVIA_AWH,
     .wavelet = 0,
     .levels = 0,
     .pad = 1,

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <numbers>
 #include <string_view>
 
 namespace marovia {
@@ -25,8 +26,8 @@ constexpr std::size_t kMarksOfACurve = 8;
 
 // Of about the same weight on white and on black, and apart for eyes that do not tell red from
 // green.
-constexpr std::array<std::string_view, kChartColours> kColours = {"#2b83ba", "#d7611c", "#1b9e77",
-                                                                  "#a968b4", "#b8860b", "#7b7b7b"};
+constexpr std::array<std::string_view, kChartColours> kColours = {
+    "#2b83ba", "#d7611c", "#1b9e77", "#a968b4", "#b8860b", "#7b7b7b", "#d6336c"};
 constexpr std::array<std::string_view, kChartDashes> kDashes = {"", "9 5", "2 4", "12 4 2 4"};
 
 constexpr std::string_view kStyle =
@@ -90,7 +91,22 @@ std::string PathOf(const std::vector<ChartPoint>& points, const Curve& curve) {
          (dash.empty() ? "" : " stroke-dasharray=\"" + std::string(dash) + "\"") + "/>\n";
 }
 
-// Disc, square, triangle, diamond, triangle upside down; a disc for any other.
+// Turned by an angle.
+std::vector<ChartPoint> Cross(double angle) {
+  constexpr double kArm = 1.3;
+  constexpr double kHalfWidth = 0.42;
+  std::vector<ChartPoint> corners;
+  for (int arm = 0; arm < 4; ++arm) {
+    const double c = std::cos(angle + arm * std::numbers::pi / 2);
+    const double s = std::sin(angle + arm * std::numbers::pi / 2);
+    for (const auto& [x, y] : {std::pair(kHalfWidth, kHalfWidth), std::pair(kArm, kHalfWidth),
+                               std::pair(kArm, -kHalfWidth)})
+      corners.push_back({c * x + s * y, s * x - c * y});
+  }
+  return corners;
+}
+
+// Disc, square, triangle, diamond, triangle upside down, upright and slanting cross.
 std::string MarkAt(ChartPoint at, const Curve& curve) {
   const std::string colour = ColourOf(curve);
   const std::string paint = " fill=\"" + colour + "\"/>\n";
@@ -109,6 +125,10 @@ std::string MarkAt(ChartPoint at, const Curve& curve) {
       return polygon({{0, -1.35}, {1.2, 0}, {0, 1.35}, {-1.2, 0}});
     case 4:
       return polygon({{0, 1.25}, {1.15, -0.85}, {-1.15, -0.85}});
+    case 5:
+      return polygon(Cross(0));
+    case 6:
+      return polygon(Cross(std::numbers::pi / 4));
     default:
       return "<circle cx=\"" + Px(at.x) + "\" cy=\"" + Px(at.y) + "\" r=\"" + Px(kMark) + "\"" +
              paint;

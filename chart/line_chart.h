@@ -25,7 +25,7 @@ struct LineChart {
   std::vector<Curve> curves;
 };
 
-inline constexpr int kChartColours = 6;
+inline constexpr int kChartColours = 7;
 inline constexpr int kChartDashes = 4;
 
 std::string SvgOf(const LineChart& chart);

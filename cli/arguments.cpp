@@ -93,6 +93,7 @@ void AddFormatOption(CLI::App& command, Formats& formats, bool imagesToo) {
       ->delimiter(',')
       ->expected(1)
       ->take_all()
+      ->allow_extra_args(false)
       ->option_text(Joined(FormatNames(imagesToo), "|"))
       ->group(kGeneral);
 }

@@ -9,7 +9,8 @@
 namespace marovia::cli {
 namespace {
 
-constexpr const char* kBestMethod = "aswdr";
+constexpr const char* kBestMethod = "context";
+constexpr const char* kBestOfRawBits = "aswdr";
 constexpr const char* kBestCoding = "arithmetic";
 
 // Each once, in the order of the table.
@@ -24,6 +25,10 @@ std::vector<std::string> CodingsOf(const std::string& method) {
   std::vector<FileKind> kinds = LossyKinds();
   std::erase_if(kinds, [&](FileKind kind) { return MethodOf(kind) != method; });
   return Distinct(CodingOf, kinds);
+}
+
+std::string DefaultMethod(const std::optional<std::string>& coding) {
+  return coding.value_or(kBestCoding) == kBestCoding ? kBestMethod : kBestOfRawBits;
 }
 
 std::string DefaultCoding(const std::string& method) {
@@ -90,7 +95,7 @@ std::optional<FileKind> KindWith(const std::string& method, const std::string& c
 
 FileKind ChosenKind(const std::optional<std::string>& method,
                     const std::optional<std::string>& coding, bool lossless) {
-  const std::string one = method.value_or(kBestMethod);
+  const std::string one = method.value_or(DefaultMethod(coding));
   if (const auto kind = KindWith(one, coding.value_or(DefaultCoding(one)), lossless)) return *kind;
   if (lossless) RefuseLossless();
   RefuseCoding(one);

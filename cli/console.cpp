@@ -14,13 +14,6 @@
 namespace marovia::cli {
 namespace {
 
-// A file name may hold line breaks and terminal codes; a message stays one plain line.
-std::string OneLine(std::string text) {
-  std::ranges::replace_if(
-      text, [](unsigned char c) { return c < ' ' || c == 127; }, '?');
-  return text;
-}
-
 // The reports end their lines as text boxes want them; a terminal wants the bare line feed.
 std::string WithPlainLineEnds(std::string text) {
   std::erase(text, '\r');
@@ -28,6 +21,12 @@ std::string WithPlainLineEnds(std::string text) {
 }
 
 }  // namespace
+
+std::string OneLine(std::string text) {
+  std::ranges::replace_if(
+      text, [](unsigned char c) { return c < ' ' || c == 127; }, '?');
+  return text;
+}
 
 ExitStatus StatusOf(Errc code) {
   switch (code) {
@@ -64,6 +63,10 @@ void Console::SetOutput(const std::string& name) {
 }
 
 void Console::Print(const std::string& text) {
+  if (record_ != nullptr) {
+    record_->text += text;
+    return;
+  }
   errno = 0;
   if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0)
     return;

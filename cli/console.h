@@ -22,6 +22,9 @@ enum class ExitStatus {
 
 ExitStatus StatusOf(Errc code);
 
+// A file name may hold line breaks and terminal codes; in a message it is one plain line.
+std::string OneLine(std::string text);
+
 using Json = nlohmann::ordered_json;
 
 // Indented, or all in one line, and ended by a line feed; what is not UTF-8 in a file name is
@@ -36,6 +39,7 @@ struct Record {
   Json result;
   std::string lines;      // for standard error
   std::string complaint;  // the last of them, without the name of the file
+  std::string text;       // for standard output
 };
 
 class Console {

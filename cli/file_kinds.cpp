@@ -80,6 +80,16 @@ FileKind KindOfOtherHeader(FileKind kind) {
   return *std::ranges::find(AllKinds(), lossless, IsLossless);
 }
 
+// As much as tells what it holds; empty where it cannot be read.
+Bytes StartOf(const std::string& name) {
+  constexpr std::int64_t kStartBytes = 64;
+  try {
+    return InputFile(name, kDefaultMaxPixels).Read(kStartBytes);
+  } catch (const Error&) {
+    return {};
+  }
+}
+
 // Any four bytes may begin a file of ours, as its budget, but hardly those of another kind with a
 // size that makes sense of them.
 bool IsForeign(const Signature& signature, const std::optional<FileInfo>& info) {
@@ -121,7 +131,7 @@ Formats ParseFormats(const std::vector<std::string>& texts, bool imagesToo) {
 }
 
 std::optional<FileKind> KindNamed(const std::string& name) {
-  return IsStream(name) ? std::nullopt : KindOfExtension(ExtensionOf(name));
+  return KindOfExtension(ExtensionOf(name));
 }
 
 FileKind InputKind(const std::string& name, const std::optional<FileKind>& told) {
@@ -159,7 +169,8 @@ std::string NameIn(const std::string& folder, const std::string& input,
   if (input == kStandardStream || name.empty() || name == "." || name == "..")
     Fail(Errc::kInvalidArgument, "has no name that an output in a folder could be named after");
   if (IsRead(ExtensionOf(name))) name = name.stem();
-  return (std::filesystem::path(folder) / name).string() + "." + std::string(extension);
+  const std::string end = extension.empty() ? "" : "." + std::string(extension);
+  return (std::filesystem::path(folder) / name).string() + end;
 }
 
 const PictureWriter& WriterFor(const std::string& name, const PictureWriter* told) {
@@ -173,7 +184,16 @@ const PictureWriter& WriterFor(const std::string& name, const PictureWriter* tol
 }
 
 const PictureWriter* WriterNamed(const std::string& name) {
-  return IsStream(name) ? nullptr : WriterOfExtension(ExtensionOf(name));
+  return WriterOfExtension(ExtensionOf(name));
+}
+
+bool IsImageFile(const std::string& name) {
+  const auto images = ReadExtensions();
+  return std::ranges::find(images, ExtensionOf(name)) != images.end() || IsPicture(StartOf(name));
+}
+
+bool IsCompressedFile(const std::string& name) {
+  return KindNamed(name).has_value() || KindOfContent(StartOf(name)).has_value();
 }
 
 void CheckIsOfKind(ByteView file, FileKind kind, std::int64_t maxPixels) {

@@ -48,7 +48,8 @@ FileKind KindOfInput(ByteView start, const std::string& name, const std::optiona
 std::string OutputName(const std::string& name, FileKind kind);
 
 // The name of what becomes of `input` in a folder: an extension that is read here gives way to
-// another, any other stays. Error kInvalidArgument where the input has no name.
+// another (or to none, where that is empty), any other stays. Error kInvalidArgument where the
+// input has no name.
 std::string NameIn(const std::string& folder, const std::string& input, std::string_view extension);
 
 // What writes the image `name`: by its extension, else as told; a stream or a device gets a PGM.
@@ -56,6 +57,10 @@ std::string NameIn(const std::string& folder, const std::string& input, std::str
 const PictureWriter& WriterFor(const std::string& name, const PictureWriter* told);
 // By the extension alone, null where it names none.
 const PictureWriter* WriterNamed(const std::string& name);
+
+// Whether a command takes the file where it finds it in a folder: by its name or by its content.
+bool IsImageFile(const std::string& name);
+bool IsCompressedFile(const std::string& name);
 
 // `file` may be all of a compressed file or a start of it that holds its header. Throws Error where
 // that cannot be a file of that kind and it is known what it is: kUnsupported for an image or

@@ -25,8 +25,8 @@ using Words = std::vector<std::string>;
 
 constexpr const char* kFooter =
     "Start with:\n"
-    "  marovia compress photo.pgm photo.awf\n"
-    "  marovia decompress photo.awf decoded.pgm\n"
+    "  marovia compress photo.pgm photo.awh\n"
+    "  marovia decompress photo.awh decoded.pgm\n"
     "  marovia measure photo.pgm decoded.pgm\n"
     "\n"
     "'marovia help COMMAND' and 'marovia COMMAND --help' tell what a command does.\n"
@@ -92,7 +92,7 @@ ExitStatus PrintHelpOfNoCommand(const CLI::App& tool, Console& console) {
 
 ExitStatus RefuseNoCommand(const CLI::App& tool, Console& console) {
   console.Complain("'--' is not a command (see marovia --help)");
-  console.PassOn({{}, HelpForms().Usage(tool, tool.get_name()), {}});
+  console.PassOn({{}, HelpForms().Usage(tool, tool.get_name()), {}, {}});
   return ExitStatus::kUsage;
 }
 

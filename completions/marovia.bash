@@ -68,7 +68,7 @@ _marovia() {
     help=$("$1" "$command" --help 2>/dev/null)
     case $word,$before in
       -*) words=$(_marovia_options "$help") ;;
-      *,--output-dir)
+      *,--output-dir | *,--mirror | *,--against)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$word")
         return

@@ -67,7 +67,7 @@ end
 function __marovia_values
     set -l option (commandline -opc)[-1]
     switch "$option"
-        case --output-dir
+        case --output-dir --mirror --against
             __fish_complete_directories
         case --files0-from
             __fish_complete_path (commandline -ct)

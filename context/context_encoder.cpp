@@ -37,6 +37,8 @@ ContextHeader HeaderFor(const Image& image, const ContextOptions& options) {
   const int levels =
       options.levels.value_or(IsInteger(options.wavelet) ? kDefaultIntegerLevels : kDefaultLevels);
   header.levels = std::min(levels, ContextLevelLimit(header.rows, header.cols));
+  // An image that a file can just hold may not bear the padding of more.
+  while (header.levels > 0 && header.Cells() > kMostContextCells) --header.levels;
   CheckContextSides(header);
   return header;
 }

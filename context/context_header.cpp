@@ -67,11 +67,10 @@ void CheckContextSides(const ContextHeader& header) {
     Fail(Errc::kLimit, "A side of " + std::to_string(longest) + " exceeds " +
                            std::to_string(kMostContextSide) + ", the most that a file can hold.");
   }
-  const std::int64_t cells = std::int64_t{header.PaddedRows()} * header.PaddedCols();
-  if (cells > kMostContextCells) {
-    Fail(Errc::kLimit, "The image of " + SidesText(header) + " has " + std::to_string(cells) +
-                           " coefficients; a file can hold " + std::to_string(kMostContextCells) +
-                           ".");
+  if (header.Cells() > kMostContextCells) {
+    Fail(Errc::kLimit, "The image of " + SidesText(header) + " has " +
+                           std::to_string(header.Cells()) + " coefficients; an awh can hold " +
+                           std::to_string(kMostContextCells) + ".");
   }
 }
 

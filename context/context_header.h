@@ -34,6 +34,7 @@ struct ContextHeader {
   // The sides rounded up to multiples of 2^levels.
   [[nodiscard]] int PaddedRows() const { return Padded(rows); }
   [[nodiscard]] int PaddedCols() const { return Padded(cols); }
+  [[nodiscard]] std::int64_t Cells() const { return std::int64_t{PaddedRows()} * PaddedCols(); }
 
  private:
   [[nodiscard]] int Padded(int side) const { return ((side - 1) | ((1 << levels) - 1)) + 1; }

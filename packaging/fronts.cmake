@@ -3,6 +3,8 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/Images
         DESTINATION ${CMAKE_INSTALL_DATADIR}/marovia COMPONENT tool)
 install(FILES marovia-mime.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages COMPONENT tool)
+install(FILES marovia.magic
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/marovia COMPONENT tool)
 install(FILES marovia.svg
         DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT tool)
 install(FILES marovia.png

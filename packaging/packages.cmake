@@ -92,6 +92,21 @@ With this package installed, image viewers on Qt 6 open such files.")
   set(CPACK_DEBIAN_QTPLUGIN_PACKAGE_RECOMMENDS marovia)
 endif()
 
+if(MAROVIA_WHEEL_PYTHON)
+  marovia_package(
+    python python3-marovia "wavelet image codec - Python 3 package"
+    "${coder_text}
+
+This package has the codec for numpy arrays, and a plugin for Pillow.")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+      "python3, python3-numpy, ${library} (>= ${package_version})")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS python3-pil)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+      "${CMAKE_CURRENT_SOURCE_DIR}/debian/python/postinst;${CMAKE_CURRENT_SOURCE_DIR}/debian/python/prerm")
+endif()
+
 string(TIMESTAMP build_time "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(debian/changelog.in debian_changelog @ONLY)
 set(CPACK_MAROVIA_CHANGELOG ${CMAKE_CURRENT_BINARY_DIR}/debian_changelog)

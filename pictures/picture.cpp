@@ -79,6 +79,12 @@ Picture ReadPicture(ByteView file, const PictureOptions& options) {
   return {std::move(loaded.image), std::move(loaded.alteration), {}};
 }
 
+bool IsPicture(ByteView start) {
+  const Signature signature = SignatureOf(start);
+  return signature.isRead ||
+         std::ranges::find(kReaders, signature.name, &Reader::signature) != kReaders.end();
+}
+
 std::string ReadFormatNames(std::string_view beforeLast) {
   std::vector<std::string_view> names(kOwnNames.begin(), kOwnNames.end());
   for (const Reader& reader : kReaders) names.push_back(reader.name);

@@ -31,6 +31,9 @@ struct Picture {
 // image of more than maxPixels pixels, and a library gets no more memory than such an image needs.
 Picture ReadPicture(ByteView file, const PictureOptions& options = {});
 
+// Whether a file that begins so is one that ReadPicture reads, as far as that tells.
+bool IsPicture(ByteView start);
+
 // "PGM, BMP and PNG": the formats that this build reads, with `beforeLast` before the last.
 std::string ReadFormatNames(std::string_view beforeLast);
 // Their usual extensions, in lower case without a point.

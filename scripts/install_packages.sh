@@ -10,11 +10,13 @@ set -euo pipefail
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev
   libpng-dev libtiff-dev libjpeg62-turbo-dev fonts-dejavu-core)
 test_packages=(libgtest-dev xvfb openbox xdotool imagemagick desktop-file-utils libxml2-utils
-  locales valgrind parallel appstream pkg-config python3 mandoc zsh fish)
+  locales valgrind parallel appstream pkg-config python3 mandoc zsh fish file
+  python3-numpy python3-pil python3-pytest python3-distributed mypy)
 check_packages=(clang-format clang-tidy cppcheck)
-package_packages=(dpkg-dev file lintian debootstrap)
+package_packages=(dpkg-dev file lintian debootstrap python3)
 # The peers are measured where they are installed.
-bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev)
+bench_packages=(libbenchmark-dev pkg-config libopenjp2-7-dev libcharls-dev libjpeg62-turbo-dev
+  libjxl-dev)
 fuzz_packages=(clang)
 # Other processors: compilers for them, an emulator, and the test library to build for them.
 cross_packages=(g++-aarch64-linux-gnu g++-s390x-linux-gnu qemu-user googletest)

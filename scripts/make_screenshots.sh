@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Pictures of the window on a screen of 1280 x 800, from the steps of the end-to-end run: as it is
-# (..._1), at twice the scale (_2), and with letters of 18 points (_18). Those that docs/screenshots
+# (..._1), at twice the scale (_2), with letters of 18 points (_18), and dark (_dark). Those that docs/screenshots
 # has are replaced there.
 #
 #   scripts/make_screenshots.sh PROGRAM FOLDER     such as build/run/window/marovia-window shots
@@ -22,6 +22,7 @@ take() {
 take 1 QT_SCALE_FACTOR=1
 take 2 QT_SCALE_FACTOR=2
 take 18 QT_SCALE_FACTOR=1 POINTS=18
+take dark QT_SCALE_FACTOR=1 THEME=Dark
 
 for kept in "$root"/docs/screenshots/*.png; do
   cp "$folder/$(basename "$kept")" "$kept"

@@ -90,7 +90,8 @@ void CurveView::PaintGrid(QPainter& painter, const Axis& axis) const {
     painter.setPen(line);
     painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     painter.setPen(text);
-    painter.drawText(QRectF(0, y - letter, area.left() - 4, 2 * letter),
+    const double raised = psnr == axis.low ? letter / 2 : 0;  // above the other axis
+    painter.drawText(QRectF(0, y - letter - raised, area.left() - 4, 2 * letter),
                      Qt::AlignRight | Qt::AlignVCenter, QString::number(psnr));
   }
   for (const double rate : {0.01, 0.03, 0.1, 0.3, 1.0, 3.0, 10.0}) {

@@ -81,13 +81,18 @@ Worker::Work Session::Guarded(Worker::Work work) {
   };
 }
 
-void Session::Open(std::function<Subject()> read) {
+void Session::Open(const std::function<Subject()>& read) {
+  asked_ = 0;
+  Start(read);
+}
+
+void Session::Start(const std::function<Subject()>& read) {
   ++epoch_;
   worker_.Drop();
-  worker_.Wish(Worker::kOpen,
-               Guarded([this, read = std::move(read), epoch = epoch_](const Watch& watch) {
-                 return Prepare(read(), epoch, watch);
-               }));
+  const auto work = [this, read, epoch = epoch_](const Watch& watch) {
+    return Prepare(read(), epoch, watch);
+  };
+  worker_.Wish(Worker::kOpen, Guarded(work));
 }
 
 void Session::Recode(const Recipe& recipe) {
@@ -95,7 +100,7 @@ void Session::Recode(const Recipe& recipe) {
   const bool sameMaster = explorer_ && subject_.file.empty() && recipe.SameMaster(subject_.recipe);
   subject_.recipe = recipe;
   subject_.file.clear();
-  sameMaster ? SetRegion() : Open([subject = subject_] { return subject; });
+  sameMaster ? SetRegion() : Start([subject = subject_] { return subject; });
 }
 
 // In a copy of the explorer: what is at work still has the one before.

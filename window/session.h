@@ -18,7 +18,7 @@ struct Subject {
   SharedImage source;
   Recipe recipe;
   Bytes file = {};         // empty where the source is to be coded
-  std::int64_t bytes = 0;  // to look at first; 0: as the user did last
+  std::int64_t bytes = 0;  // to look at first, if not 0
   QString note = {};       // what of its file the image does not hold
 };
 
@@ -53,7 +53,7 @@ class Session : public QObject {
   std::function<void(double part)> onProgress;
 
   // In place of all before. Reads on the other thread; an Error is told.
-  void Open(std::function<Subject()> read);
+  void Open(const std::function<Subject()>& read);
   // The same source, coded otherwise.
   void Recode(const Recipe& recipe);
   void LookAt(std::int64_t bytes);
@@ -87,6 +87,7 @@ class Session : public QObject {
 
   [[nodiscard]] Worker::Work Guarded(Worker::Work work);
   void Deliver(int epoch, Told news);
+  void Start(const std::function<Subject()>& read);
   bool Prepare(const Subject& subject, int epoch, const Watch& watch);
   void TakeSource(const Subject& subject, const SharedImage& kept, const Pyramid& source);
   void TakeMaster(const Master& master, const SharedExplorer& explorer);

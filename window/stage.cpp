@@ -143,6 +143,7 @@ void Stage::paintEvent(QPaintEvent*) {
   } else if (canCompare && mode_ == View::kSideBySide) {
     PaintPane(painter, pane, source_, false);
     PaintCaption(painter, pane, sourceCaption);
+    PaintRegion(painter, pane);
     pane = Pane(1);
     PaintPane(painter, pane, picture_, false);
     PaintCaption(painter, pane, caption_);

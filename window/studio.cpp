@@ -51,12 +51,13 @@ class Studio : public QMainWindow {
   void Connect();
   void Restore();
 
+  Recipe RecipeWithoutRegion();
   void AskOpen();
   void ListRecent();
   void Remember(const QString& file);
   void Take(const QMimeData* data);
-  void AskSave(const QString& title, const QString& filter, const QString& name,
-               const std::function<void(const QString&)>& write);
+  QString AskSave(const QString& title, const QString& filter, const QString& name);
+  [[nodiscard]] QString FileName() const;
   void SaveFile();
   void SavePicture();
   void DragFile();
@@ -84,6 +85,7 @@ class Studio : public QMainWindow {
   QList<QAction*> needPicture_;
   QTemporaryDir dragged_;
   View view_ = View::kPicture;
+  double rate_ = kFirstRate;  // chosen last
 };
 
 Studio::Studio() {
@@ -98,7 +100,13 @@ Studio::Studio() {
   MakeBar();
   auto* left = Column({stage_, RateBar()});
   static_cast<QBoxLayout*>(left->layout())->setStretch(0, 1);
-  setCentralWidget(Row({left, panel_}));
+  auto* panel = Make<QScrollArea>();
+  panel->setWidget(panel_);
+  panel->setWidgetResizable(true);
+  panel->setFrameShape(QFrame::NoFrame);
+  panel->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  panel->setFixedWidth(panel_->width() + panel->verticalScrollBar()->sizeHint().width());
+  setCentralWidget(Row({left, panel}));
   static_cast<QBoxLayout*>(centralWidget()->layout())->setStretch(0, 1);
   centralWidget()->layout()->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   readout_->setObjectName("Readout");
@@ -272,25 +280,30 @@ void Studio::Restore() {
   const auto kind = KindOfExtension(settings.value("kind").toString().toStdString());
   recipe.kind = kind.value_or(recipe.kind);
   panel_->SetRecipe(recipe);
+  rate_ = std::max(settings.value("rate", kFirstRate).toDouble(), RateScale::kLeastRate);
   for (QAction* action : needPicture_) action->setEnabled(false);
-  resize(1200, 760);
+  resize(QSize(1280, 800).boundedTo(RoomOnScreen(*this)));
   restoreGeometry(settings.value("geometry").toByteArray());
 }
 
 void Studio::closeEvent(QCloseEvent* event) {
   QSettings settings = Settings();
   settings.setValue("geometry", saveGeometry());
+  settings.setValue("rate", rate_);
   settings.setValue("kind", Text(Extension(panel_->TheRecipe().kind)));
   QMainWindow::closeEvent(event);
 }
 
 void Studio::OpenFile(const QString& file) {
   Remember(file);
-  Recipe recipe = panel_->TheRecipe();
-  recipe.region.reset();
+  session_.Open([file, recipe = RecipeWithoutRegion()] { return ReadSubject(file, recipe); });
+}
+
+// For another image.
+Recipe Studio::RecipeWithoutRegion() {
   panel_->SetRegion({});
   stage_->SetRegion({});
-  session_.Open([file, recipe] { return ReadSubject(file, recipe); });
+  return panel_->TheRecipe();
 }
 
 void Studio::OpenRequest(const StudioRequest& request) {
@@ -349,7 +362,7 @@ void Studio::Take(const QMimeData* offered) {
     return OpenFile(offered->urls().front().toLocalFile());
   const auto picture = offered->imageData().value<QImage>();
   if (picture.isNull()) return Tell(tr("There is no image on the clipboard."));
-  session_.Open([picture, recipe = panel_->TheRecipe(), name = tr("Pasted image")] {
+  session_.Open([picture, recipe = RecipeWithoutRegion(), name = tr("Pasted image")] {
     return Subject{.name = name,
                    .source = std::make_shared<const Image>(GreyOf(picture)),
                    .recipe = recipe,
@@ -357,20 +370,19 @@ void Studio::Take(const QMimeData* offered) {
   });
 }
 
-void Studio::AskSave(const QString& title, const QString& filter, const QString& name,
-                     const std::function<void(const QString&)>& write) {
-  const QString folder = Settings().value("folder").toString();
-  QFileDialog dialog(this, title, folder, filter);
+// A name that may be written; empty where there is to be none.
+QString Studio::AskSave(const QString& title, const QString& filter, const QString& name) {
+  QFileDialog dialog(this, title, Settings().value("folder").toString(), filter);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(QFileInfo(name).suffix());
   dialog.selectFile(name);
   connect(&dialog, &QFileDialog::filterSelected, [&](const QString& chosen) {
     dialog.setDefaultSuffix(chosen.section("*.", 1).section(QRegularExpression("[ )]"), 0, 0));
   });
-  if (dialog.exec() != QDialog::Accepted) return;
+  if (dialog.exec() != QDialog::Accepted) return {};
   const QString file = dialog.selectedFiles().value(0);
   Settings().setValue("folder", QFileInfo(file).absolutePath());
-  Write(file, [=] { write(file); });
+  return file;
 }
 
 // Beside all else: a file system may take its time.
@@ -388,28 +400,29 @@ void Studio::Write(const QString& file, const std::function<void()>& write) {
   });
 }
 
+QString Studio::FileName() const {
+  return QFileInfo(session_.TheSubject().name).completeBaseName() + "." +
+         Text(Extension(session_.TheSight().look.file.kind));
+}
+
 void Studio::SaveFile() {
-  const TruncateResult file = session_.TheSight().look.file;
-  const QString extension = Text(Extension(file.kind));
-  const QString name = QFileInfo(session_.TheSubject().name).completeBaseName() + "." + extension;
-  AskSave(tr("Save compressed file"), tr("Compressed file (*.%1)").arg(extension), name,
-          [bytes = file.file](const QString& to) { WriteBytes(to, bytes); });
+  const QString filter = tr("Compressed file (*.%1)").arg(QFileInfo(FileName()).suffix());
+  const QString to = AskSave(tr("Save compressed file"), filter, FileName());
+  if (to.isEmpty()) return;
+  Write(to, [to, bytes = session_.TheSight().look.file.file] { WriteBytes(to, bytes); });
 }
 
 void Studio::SavePicture() {
   const QString name = QFileInfo(session_.TheSubject().name).completeBaseName() + "_decoded.png";
-  AskSave(tr("Save picture"), PictureFilter(), name,
-          [picture = session_.TheSight().look.picture](const QString& to) {
-            marovia::WritePicture(to, *picture);
-          });
+  const QString to = AskSave(tr("Save picture"), PictureFilter(), name);
+  if (to.isEmpty()) return;
+  Write(to, [to, picture = session_.TheSight().look.picture] { WritePicture(to, *picture); });
 }
 
 void Studio::DragFile() {
   const TruncateResult& file = session_.TheSight().look.file;
   if (file.file.empty()) return;
-  const QString name =
-      QFileInfo(session_.TheSubject().name).completeBaseName() + "." + Text(Extension(file.kind));
-  const QString path = dragged_.filePath(name);
+  const QString path = dragged_.filePath(FileName());
   WriteBytes(path, file.file);
   auto* urls = Make<QMimeData>();
   urls->setUrls({QUrl::fromLocalFile(path)});
@@ -420,6 +433,7 @@ void Studio::DragFile() {
 
 void Studio::SetBytes(std::int64_t bytes) {
   session_.LookAt(bytes);
+  rate_ = session_.Scale().RateOf(session_.Asked());
   const QSignalBlocker quiet(slider_);
   slider_->setValue(qRound(session_.Scale().PartOf(session_.Asked()) * kSliderSteps));
   panel_->ShowBytes();
@@ -449,7 +463,7 @@ void Studio::ShowMaster() {
   const std::int64_t wanted = session_.TheSubject().bytes;
   SetBytes(session_.Asked() > 0 ? session_.Asked()
            : wanted > 0         ? wanted
-                                : scale.BytesOfRate(kFirstRate));
+                                : scale.BytesOfRate(rate_));
 }
 
 void Studio::ShowPicture() {

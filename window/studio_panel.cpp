@@ -92,6 +92,7 @@ QWidget* StudioPanel::Coding() {
   kind_->setObjectName("Kind");
   for (const Coder& coder : AllCoders())
     kind_->addItem(Text(coder.extension) + " - " + Text(coder.name), static_cast<int>(coder.kind));
+  kind_->view()->setTextElideMode(Qt::ElideNone);
   kind_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   wavelet_ = Make<QComboBox>();
   wavelet_->setObjectName("Wavelet");

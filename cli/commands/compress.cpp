@@ -60,7 +60,8 @@ void CheckWavelet(const CompressArguments& arguments) {
 
 void CheckPad(const CompressArguments& arguments, FileKind kind) {
   if (kind == FileKind::kAwh && !arguments.pad)
-    Fail(Errc::kInvalidArgument, "--pad never is not for .awh files, which always pad");
+    Fail(Errc::kInvalidArgument,
+         "--pad never is not for .awh files, which always pad; --method aswdr takes it");
 }
 
 void TakeWavelet(const std::string& text, CompressArguments& arguments) {
@@ -79,13 +80,10 @@ bool MakesLossy(const CompressArguments& arguments, FileKind kind) {
 // contradicts is left to OutputName, which refuses it.
 CompressArguments WithKindOf(const std::string& output, CompressArguments arguments) {
   const auto kind = KindNamed(output);
-  if (!kind || (arguments.lossless && *kind != FileKind::kAwh)) return arguments;
-  if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) {
-    arguments.lossless = true;
-  } else {
-    arguments.method = arguments.method.value_or(MethodOf(*kind));
-    arguments.coding = arguments.coding.value_or(CodingOf(*kind));
-  }
+  if (!kind || (arguments.lossless && !CanBeLossless(*kind))) return arguments;
+  if (IsLossless(*kind) && !MakesLossy(arguments, *kind)) arguments.lossless = true;
+  arguments.method = arguments.method.value_or(MethodOf(*kind));
+  arguments.coding = arguments.coding.value_or(CodingOf(*kind));
   return arguments;
 }
 
@@ -140,7 +138,7 @@ void AddNameOption(CLI::App& command, const std::string& option,
 
 void AddCodingOptions(CLI::App& command, CompressArguments& arguments) {
   AddNameOption(command, "--method", MethodNames(), arguments.method,
-                "How positions are coded (by OUT, else aswdr)");
+                "How positions are coded (by OUT, else context)");
   AddNameOption(command, "--coding", CodingNames(), arguments.coding,
                 "How symbols are written (by OUT, else arithmetic)");
   AddParsedOption(
@@ -266,7 +264,7 @@ ExitStatus CompressFile(const CompressArguments& arguments, const FileTask& task
                         Console& console) {
   CompressOptions options = OptionsOf(arguments);
   console.SetOutput(task.output);
-  const OutputFile output(task.output, arguments.files.force);
+  const OutputFile output(task.output, arguments.files.MayReplace());
   CheckJsonHasRoom(arguments.common, output);
 
   const Picture source = ReadSource(arguments, task.input, console);
@@ -292,13 +290,14 @@ ExitStatus CompressMany(const CompressArguments& arguments, Console& console) {
   const FileWork work = [&](const FileTask& task, Console& voice) {
     return CompressFile(arguments, task, voice);
   };
-  return RunManyFiles(arguments.files, arguments.common, Extension(OptionsOf(arguments).kind), work,
-                      console);
+  const std::string extension(Extension(OptionsOf(arguments).kind));
+  const ManyFiles many{work, IsImageFile, [&](const std::string&) { return extension; }};
+  return RunManyFiles(arguments.files, arguments.common, many, console);
 }
 
 ExitStatus RunCompress(const CompressArguments& arguments, Console& console) {
   CheckFileArguments(arguments.files);
-  if (arguments.files.outputDir) return CompressMany(arguments, console);
+  if (arguments.files.folder) return CompressMany(arguments, console);
   const std::string& output = arguments.files.names[1];
   const CompressArguments whole = WithKindOf(output, arguments);
   const FileKind kind = OptionsOf(whole).kind;
@@ -311,20 +310,21 @@ ExitStatus RunCompress(const CompressArguments& arguments, Console& console) {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia compress photo.pgm photo.awf  0.5 bits per pixel\n"
+    "  marovia compress photo.pgm photo.awh  0.5 bits per pixel\n"
     "  marovia compress photo.bmp photo --bytes 20000  at most 20000 bytes\n"
     "  marovia compress photo.bmp photo --psnr 40  as good as that, and no more\n"
-    "  marovia compress scan.pgm scan.awg  every pixel as it was\n"
-    "  marovia compress photo.pgm face.awf --region 80,200,210,310  most bits for one part\n"
-    "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n";
+    "  marovia compress scan.pgm scan.awh --lossless  every pixel as it was\n"
+    "  marovia compress photo.pgm face.awh --region 80,200,210,310  most bits for one part\n"
+    "  marovia compress *.pgm --output-dir packed -j 4  four files at a time\n"
+    "  marovia compress -r photos --output-dir packed --mirror photos  with its folders\n";
 
 constexpr const char* kKindsNote =
-    "WDR with raw bits is the simplest to decode, ASWDR with arithmetic coding gives the\n"
-    "best pictures at a given size, and its second version nearly the same with raw bits.\n"
-    "Context coding is better still, and any start of such a file is a file.\n"
+    "Context coding gives the best pictures at a given size, and any start of such a file\n"
+    "is a file. Of the others ASWDR with arithmetic coding is the best, its second version\n"
+    "nearly as good with raw bits, and WDR with raw bits the simplest to decode.\n"
     "\n"
     "IN and OUT may be - for standard input and output; what is written is then\n"
-    "an .awf unless options say otherwise.\n";
+    "an .awh unless options say otherwise.\n";
 
 std::string FooterText() {
   std::string text = std::string(kExamples) +

@@ -134,7 +134,7 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  marovia curve photo.pgm  a table on standard output\n"
     "  marovia curve photo.pgm curve.svg curve.tsv  a picture, and the table\n"
-    "  marovia curve photo.pgm c.svg --coders awf --wavelets 9/7,5/3 --rates 0.1:4\n"
+    "  marovia curve photo.pgm c.svg --coders awh --wavelets 9/7,5/3 --rates 0.1:4\n"
     "\n"
     "Draws how the PSNR grows with the bits per pixel. The image is compressed once for\n"
     "each coder and wavelet; every lower rate is a start of that file. OUT ends in .svg\n"

@@ -17,15 +17,15 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia decompress photo.awf photo.pgm  all that the file holds\n"
-    "  marovia decompress photo.awf small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
-    "  marovia decompress - - --format awf,pgm <photo.awf  from pipe to pipe\n"
-    "  marovia decompress *.awf --output-dir pictures -j 4  four files at a time\n"
+    "  marovia decompress photo.awh photo.pgm  all that the file holds\n"
+    "  marovia decompress photo.awh small.bmp --rate 0.1  as of 0.1 bits per pixel\n"
+    "  marovia decompress - - <photo.awh  from pipe to pipe\n"
+    "  marovia decompress *.awh --output-dir pictures -j 4  four files at a time\n"
     "\n"
     "A file cut short gives the picture that is left of it, and exit status 3. Any start\n"
     "of an .awh file is a file; it is known by its first bytes, whatever its name.\n"
     "IN and OUT may be - for standard input and output; OUT is then a PGM unless\n"
-    "--format says what else.\n";
+    "--format says what else, and what IN is it must say of any file but an .awh.\n";
 
 struct DecompressArguments {
   CommonOptions common;
@@ -88,7 +88,7 @@ ExitStatus DecompressFile(const DecompressArguments& arguments, const FileTask& 
                           Console& console) {
   console.SetOutput(task.output);
   const PictureWriter& writer = WriterFor(task.output, arguments.formats.image);
-  const OutputFile output(task.output, arguments.files.force);
+  const OutputFile output(task.output, arguments.files.MayReplace());
   CheckJsonHasRoom(arguments.common, output);
 
   const DecompressResult result = Decode(arguments, task.input, console);
@@ -107,10 +107,12 @@ ExitStatus RunDecompress(const DecompressArguments& arguments, Console& console)
   const FileWork work = [&](const FileTask& task, Console& voice) {
     return DecompressFile(arguments, task, voice);
   };
-  if (arguments.files.outputDir) {
+  if (arguments.files.folder) {
     const PictureWriter* const told = arguments.formats.image;
     const PictureWriter& writer = told == nullptr ? PictureWriters().front() : *told;
-    return RunManyFiles(arguments.files, arguments.common, writer.extension, work, console);
+    const ManyFiles many{work, IsCompressedFile,
+                         [&](const std::string&) { return std::string(writer.extension); }};
+    return RunManyFiles(arguments.files, arguments.common, many, console);
   }
   const std::vector<std::string>& names = arguments.files.names;
   return RunOneFile(arguments.files, {names[0], names[1]}, work, console);

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdint>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,6 +14,8 @@
 #include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/file_kinds.h"
+#include "cli/help.h"
+#include "cli/many_files.h"
 #include "cli/values.h"
 #include "files/input_file.h"
 
@@ -21,17 +24,19 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia info photo.awf\n"
-    "  marovia info --json photo.awf\n"
+    "  marovia info photo.awh\n"
+    "  marovia info --json photo.awh\n"
+    "  marovia info -r .  of all files in a folder and in its folders\n"
     "\n"
     "Reads the header of a compressed file without decoding it. FILE may be - for\n"
-    "standard input; --format then says what it holds.\n";
+    "standard input; --format then says what it holds. Of several files each comes under\n"
+    "its name, or with --json as one line, and one that fails stops no other.\n";
 
 constexpr std::size_t kNameWidth = 17;
 
 struct InfoArguments {
   CommonOptions common;
-  std::string file;
+  FileArguments files;
   Formats formats;
 };
 
@@ -75,22 +80,32 @@ std::string TextOf(const FileInfo& info) {
   return text;
 }
 
-ExitStatus RunInfo(const InfoArguments& arguments, Console& console) {
-  console.SetInput(arguments.file);
-  InputFile file(arguments.file, arguments.common.maxPixels);
+ExitStatus InfoOf(const InfoArguments& arguments, const std::string& name, bool isOfMany,
+                  Console& console) {
+  console.SetInput(name);
+  InputFile file(name, arguments.common.maxPixels);
   const Bytes start = file.Read(kMostHeaderBytes);
-  const FileKind kind = KindOfInput(start, arguments.file, arguments.formats.kind);
+  const FileKind kind = KindOfInput(start, name, arguments.formats.kind);
   CheckIsOfKind(start, kind, arguments.common.maxPixels);
   const std::int64_t bytes = std::ssize(start) + file.CountRest();
   const FileInfo info = InspectStart(start, bytes, kind, arguments.common.maxPixels);
   if (!arguments.common.json) {
-    console.Print(TextOf(info));
+    console.Print((isOfMany ? TitleOf(name) : "") + TextOf(info));
     return ExitStatus::kDone;
   }
-  Json json = {{"file", arguments.file}, {"bytes", bytes}};
+  Json json = {{"file", name}, {"bytes", bytes}};
   json.update(JsonOf(info));
   console.Print(json);
   return ExitStatus::kDone;
+}
+
+ExitStatus RunInfo(const InfoArguments& arguments, Console& console) {
+  const FileArguments& files = arguments.files;
+  if (IsOneName(files)) return InfoOf(arguments, files.names[0], false, console);
+  const FileWork work = [&](const FileTask& task, Console& voice) {
+    return InfoOf(arguments, task.input, true, voice);
+  };
+  return RunManyFiles(files, arguments.common, {work, IsCompressedFile, {}}, console);
 }
 
 }  // namespace
@@ -98,9 +113,12 @@ ExitStatus RunInfo(const InfoArguments& arguments, Console& console) {
 void AddInfo(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<InfoArguments>();
   CLI::App& command = AddCommand(tool, "info", "Tell what a compressed file holds");
-  AddFile(command, "FILE", arguments->file, "The compressed file");
+  AddName(command, arguments->files, "FILE", "The compressed file, or several");
+  AddMoreNames(command, arguments->files);
+  AddInputOptions(command, arguments->files, nullptr);
   AddFormatOption(command, arguments->formats, false);
   AddCommonOptions(command, arguments->common);
+  command.formatter(std::make_shared<HelpFormatter>(std::vector<std::string>{"[OPTIONS] FILE..."}));
   command.footer(kExamples);
   SetAction<InfoArguments>(command, action, arguments, &RunInfo);
 }

@@ -11,6 +11,7 @@
 #include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/file_kinds.h"
+#include "cli/many_files.h"
 #include "cli/values.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
@@ -21,8 +22,8 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia thumbnail photo.awf photo.png\n"
-    "  marovia thumbnail photo.awf photo.png --size 512\n"
+    "  marovia thumbnail photo.awh photo.png\n"
+    "  marovia thumbnail photo.awh photo.png --size 512\n"
     "\n"
     "OUT is a PNG, unless its name ends as that of another image that is written. Neither\n"
     "side is longer than N, and no picture is made larger. Only the start of IN is decoded.\n"
@@ -36,9 +37,7 @@ constexpr double kBitsPerPixel = 20;
 
 struct ThumbnailArguments {
   CommonOptions common;
-  std::string input;
-  std::string output;
-  bool force = false;
+  FileArguments files;
   int size = kDefaultSize;
   Formats formats;
 };
@@ -58,10 +57,10 @@ std::int64_t BytesFor(FileInfo info, double rate) {
   return UsefulBytes(info);
 }
 
-Image DecodeFor(const ThumbnailArguments& arguments, InputFile& input) {
+Image DecodeFor(const ThumbnailArguments& arguments, const std::string& name, InputFile& input) {
   const std::int64_t maxPixels = arguments.common.maxPixels;
   Bytes file = input.Read(kMostHeaderBytes);
-  const FileKind kind = KindOfInput(file, arguments.input, arguments.formats.kind);
+  const FileKind kind = KindOfInput(file, name, arguments.formats.kind);
   CheckIsOfKind(file, kind, maxPixels);
   const FileInfo info = InspectStart(file, std::ssize(file), kind, maxPixels);
   const double rate = RateFor(info, arguments.size);
@@ -88,22 +87,36 @@ const PictureWriter& WriterOfThumbnail(const std::string& name) {
   return *png;
 }
 
-ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
-  console.SetOutput(arguments.output);
-  const PictureWriter& writer = WriterOfThumbnail(arguments.output);
-  const OutputFile output(arguments.output, arguments.force);
+ExitStatus MakeThumbnail(const ThumbnailArguments& arguments, const FileTask& task,
+                         Console& console) {
+  console.SetOutput(task.output);
+  const PictureWriter& writer = WriterOfThumbnail(task.output);
+  const OutputFile output(task.output, arguments.files.MayReplace());
   CheckJsonHasRoom(arguments.common, output);
-  console.SetInput(arguments.input);
-  InputFile file(arguments.input, arguments.common.maxPixels);
-  const Image picture = ReducedToFit(DecodeFor(arguments, file), arguments.size);
-  console.SetOutput(arguments.output);
+  console.SetInput(task.input);
+  InputFile file(task.input, arguments.common.maxPixels);
+  const Image picture = ReducedToFit(DecodeFor(arguments, task.input, file), arguments.size);
+  console.SetOutput(task.output);
   output.Put(writer.write(picture));
   if (arguments.common.json)
-    console.Print(Json{{"input", arguments.input},
-                       {"output", arguments.output},
+    console.Print(Json{{"input", task.input},
+                       {"output", task.output},
                        {"rows", picture.Rows()},
                        {"columns", picture.Cols()}});
   return ExitStatus::kDone;
+}
+
+ExitStatus RunThumbnail(const ThumbnailArguments& arguments, Console& console) {
+  CheckFileArguments(arguments.files);
+  const FileWork work = [&](const FileTask& task, Console& voice) {
+    return MakeThumbnail(arguments, task, voice);
+  };
+  const std::vector<std::string>& names = arguments.files.names;
+  if (!arguments.files.folder)
+    return RunOneFile(arguments.files, {names[0], names[1]}, work, console);
+  const std::string extension(WriterOfThumbnail("").extension);
+  const ManyFiles many{work, IsCompressedFile, [&](const std::string&) { return extension; }};
+  return RunManyFiles(arguments.files, arguments.common, many, console);
 }
 
 void AddSizeOption(CLI::App& command, ThumbnailArguments& arguments) {
@@ -117,13 +130,11 @@ void AddSizeOption(CLI::App& command, ThumbnailArguments& arguments) {
 void AddThumbnail(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<ThumbnailArguments>();
   CLI::App& command = AddCommand(tool, "thumbnail", "Make a small picture of a compressed file");
-  AddFile(command, "IN", arguments->input, "The compressed file");
-  AddFile(command, "OUT", arguments->output, "The picture, a PNG");
+  AddFileArguments(command, arguments->files, "The compressed file", "The picture, a PNG");
   AddSizeOption(command, *arguments);
   AddFormatOption(command, arguments->formats, false);
-  AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
-  command.footer(kExamples);
+  command.footer(std::string(kExamples) + "\n" + kManyFilesNote);
   SetAction<ThumbnailArguments>(command, action, arguments, &RunThumbnail);
 }
 

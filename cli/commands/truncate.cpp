@@ -7,6 +7,7 @@
 #include "cli/console.h"
 #include "cli/file_kinds.h"
 #include "cli/help.h"
+#include "cli/many_files.h"
 #include "cli/values.h"
 #include "files/input_file.h"
 #include "files/output_file.h"
@@ -16,38 +17,37 @@ namespace {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  marovia truncate photo.awf small.awf --rate 0.1\n"
-    "  marovia truncate master.awg web.awf --bytes 30000\n"
+    "  marovia truncate photo.awh small.awh --rate 0.1\n"
+    "  marovia truncate master.awh web.awh --bytes 30000\n"
     "\n"
-    "OUT decodes just as IN would at that rate; nothing is coded again. A lossless\n"
-    "file (.awg) becomes a lossy one (.awf), so that one lossless master gives every\n"
-    "rate; of an .awh OUT is the start. IN and OUT may be - for standard input and output.\n";
+    "OUT decodes just as IN would at that rate; nothing is coded again, so that one\n"
+    "lossless master gives every rate. Of an .awh OUT is the start; of an .awg, which is\n"
+    "lossless, it is an .awf. IN and OUT may be - for standard input and output.\n";
 
 struct TruncateArguments {
   CommonOptions common;
-  std::string input;
-  std::string output;
-  bool force = false;
+  FileArguments files;
   std::optional<double> rate;
   std::optional<std::int64_t> bytes;
   Formats formats;
 };
 
-void ReportResult(const TruncateArguments& arguments, const std::string& output,
-                  const TruncateResult& result, Console& console) {
+void ReportResult(const TruncateArguments& arguments, const std::string& input,
+                  const std::string& output, const TruncateResult& result, Console& console) {
   console.Tell("Compressed file: " + output + "\n" + std::to_string(result.file.size()) +
                " bytes\n");
   if (!arguments.common.json) return;
-  Json json = {{"input", arguments.input}, {"output", output}, {"bytes", result.file.size()}};
+  Json json = {{"input", input}, {"output", output}, {"bytes", result.file.size()}};
   json.update(JsonOf(Inspect(result.file, result.kind, arguments.common.maxPixels)));
   json["rateHeld"] = result.rateHeld;
   console.Print(json);
 }
 
-TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
-  console.SetInput(arguments.input);
-  Bytes file = ReadInput(arguments.input, arguments.common.maxPixels);
-  const FileKind kind = KindOfInput(file, arguments.input, arguments.formats.kind);
+TruncateResult Shorten(const TruncateArguments& arguments, const std::string& input,
+                       Console& console) {
+  console.SetInput(input);
+  Bytes file = ReadInput(input, arguments.common.maxPixels);
+  const FileKind kind = KindOfInput(file, input, arguments.formats.kind);
   CheckIsOfKind(file, kind, arguments.common.maxPixels);
   TruncateResult result = Truncate(
       std::move(file), kind,
@@ -56,20 +56,42 @@ TruncateResult Shorten(const TruncateArguments& arguments, Console& console) {
   return result;
 }
 
+ExitStatus TruncateFile(const TruncateArguments& arguments, const FileTask& task,
+                        Console& console) {
+  const TruncateResult result = Shorten(arguments, task.input, console);
+
+  // Only now is it known whether a lossless file became a lossy one.
+  console.SetOutput(task.output);
+  const std::string name = OutputName(task.output, result.kind);
+  console.SetOutput(name);
+  const OutputFile output(name, arguments.files.MayReplace());
+  CheckJsonHasRoom(arguments.common, output);
+  output.Put(result.file);
+  ReportResult(arguments, task.input, name, result, console);
+  return ExitStatus::kDone;
+}
+
+// That of the shorter file, by the name of the long one; what a file without one holds is seen when
+// it is read.
+std::string ExtensionAfter(const TruncateArguments& arguments, const std::string& input) {
+  const auto named = arguments.formats.kind ? arguments.formats.kind : KindNamed(input);
+  const FileKind kind = named.value_or(FileKind::kAwf);
+  return std::string(Extension(kind == FileKind::kAwg ? FileKind::kAwf : kind));
+}
+
 ExitStatus RunTruncate(const TruncateArguments& arguments, Console& console) {
   if (arguments.rate.has_value() == arguments.bytes.has_value())
     Fail(Errc::kInvalidArgument, "truncate needs --rate or --bytes (see marovia truncate --help)");
-  const TruncateResult result = Shorten(arguments, console);
-
-  // Only now is it known whether a lossless file became a lossy one.
-  console.SetOutput(arguments.output);
-  const std::string name = OutputName(arguments.output, result.kind);
-  console.SetOutput(name);
-  const OutputFile output(name, arguments.force);
-  CheckJsonHasRoom(arguments.common, output);
-  output.Put(result.file);
-  ReportResult(arguments, name, result, console);
-  return ExitStatus::kDone;
+  CheckFileArguments(arguments.files);
+  const FileWork work = [&](const FileTask& task, Console& voice) {
+    return TruncateFile(arguments, task, voice);
+  };
+  const std::vector<std::string>& names = arguments.files.names;
+  if (!arguments.files.folder)
+    return RunOneFile(arguments.files, {names[0], names[1]}, work, console);
+  const ManyFiles many{work, IsCompressedFile,
+                       [&](const std::string& input) { return ExtensionAfter(arguments, input); }};
+  return RunManyFiles(arguments.files, arguments.common, many, console);
 }
 
 }  // namespace
@@ -77,19 +99,18 @@ ExitStatus RunTruncate(const TruncateArguments& arguments, Console& console) {
 void AddTruncate(CLI::App& tool, Action& action) {
   auto arguments = std::make_shared<TruncateArguments>();
   CLI::App& command = AddCommand(tool, "truncate", "Make a shorter file of a compressed one");
-  AddFile(command, "IN", arguments->input, "The compressed file");
-  AddFile(command, "OUT", arguments->output, "The shorter file");
+  AddFileArguments(command, arguments->files, "The compressed file", "The shorter file");
   CLI::Option* rate =
       AddRateOption(command, arguments->rate, "Bits per pixel to keep")->group("Size");
   AddBytesOption(command, arguments->bytes, "The most bytes that OUT may have")
       ->excludes(rate)
       ->group("Size");
   AddFormatOption(command, arguments->formats, false);
-  AddForceOption(command, arguments->force);
   AddCommonOptions(command, arguments->common);
   command.formatter(std::make_shared<HelpFormatter>(
-      std::vector<std::string>{"[OPTIONS] IN OUT --rate BPP", "[OPTIONS] IN OUT --bytes N"}));
-  command.footer(kExamples);
+      std::vector<std::string>{"[OPTIONS] IN OUT --rate BPP", "[OPTIONS] IN OUT --bytes N",
+                               "[OPTIONS] IN... --output-dir DIR --rate BPP"}));
+  command.footer(std::string(kExamples) + "\n" + kManyFilesNote);
   SetAction<TruncateArguments>(command, action, arguments, &RunTruncate);
 }
 

@@ -14,7 +14,7 @@ int main(int count, char** words) try {
   const marovia::Bytes bytes(std::istreambuf_iterator<char>(in), {});
   const marovia::Image image = marovia::ReadImage(bytes).image;
   const marovia::CompressResult packed = marovia::Compress(image, {.rate = 0.5});
-  const marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwf);
+  const marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwh);
   std::cout << packed.file.size() << " bytes, PSNR "
             << marovia::Measure(image, back.image).psnr.value_or(0) << '\n';
 } catch (const marovia::Error& error) {

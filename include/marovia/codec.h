@@ -2,7 +2,7 @@
 //
 //   marovia::Image image = marovia::ReadImage(bytes).image;
 //   marovia::CompressResult packed = marovia::Compress(image, {.rate = 0.5});
-//   marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwf);
+//   marovia::DecompressResult back = marovia::Decompress(packed.file, marovia::FileKind::kAwh);
 //
 // A file is embedded: decompressed at any lower rate, or cut short, it gives the picture that those
 // bits hold. Every function may be called from several threads at once; nothing is shared.
@@ -26,7 +26,7 @@ namespace marovia {
 MAROVIA_API std::optional<FileKind> KindOfContent(ByteView start);
 
 struct CompressOptions {
-  FileKind kind = FileKind::kAwf;
+  FileKind kind = FileKind::kAwh;
   // Unset: 9/7, and 2+2,2 where lossless, which needs an integer one.
   std::optional<WaveletKind> wavelet = {};
   // Levels of the transform, held to what the sides allow. Unset: as many as help (up to 6) as long

@@ -109,7 +109,7 @@ typedef int32_t (*marovia_listener)(void* context, const marovia_pass* pass);
 
 typedef struct marovia_compress_options {
   size_t size;
-  int32_t kind;    /* MAROVIA_AWF */
+  int32_t kind;    /* MAROVIA_AWH */
   int32_t wavelet; /* 0: MAROVIA_DAUB_97, where lossless MAROVIA_INTEGER_22 */
   int32_t levels;  /* of the transform; 0: as the size of the image suggests */
   int32_t pad;     /* 1: sides of any size come back; 0: code them as they are. MAROVIA_AWH always

@@ -162,7 +162,8 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestionAndSetsTheOptionsToItsOwn) {
   }
   // Of a budget that is no round rate nothing is left out, and the image does not take it away.
   WriteFile(Path("c.pgm"), WriteFormPgm(source));
-  const Bytes odd = marovia::Compress(Photograph(50, 33), {.bytes = 777}).file;
+  const Bytes odd =
+      marovia::Compress(Photograph(50, 33), {.kind = FileKind::kAwf, .bytes = 777}).file;
   WriteFile(Path("d.AWF"), odd);
   form.OpenFiles({Path("d.AWF"), Path("c.pgm")});
   EXPECT_EQ(*form.state.SourceImage, source);

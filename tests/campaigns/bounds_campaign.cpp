@@ -15,6 +15,8 @@
 #include <new>
 #include <random>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "marovia/codec.h"
 
@@ -165,8 +167,8 @@ void AddContextFiles(Table& table, int rows, int cols) {
 }  // namespace marovia
 
 int main(int argc, char** argv) {
-  if (argc != 4) {
-    std::fputs("usage: bounds_campaign ROWS COLS TIMES\n", stderr);
+  if (argc < 4) {
+    std::fputs("usage: bounds_campaign ROWS COLS TIMES [KIND...]\n", stderr);
     return 2;
   }
   const int rows = std::stoi(argv[1]);
@@ -174,7 +176,9 @@ int main(int argc, char** argv) {
   marovia::Table table{static_cast<double>(rows), static_cast<double>(cols), std::stod(argv[3])};
   std::puts(
       "| File | Bytes | ms | of the allowed | MiB | of the allowed |\n|---|---|---|---|---|---|");
+  const std::vector<std::string_view> chosen(argv + 4, argv + argc);
   for (const marovia::FileKind kind : marovia::AllKinds()) {
+    if (!chosen.empty() && std::ranges::count(chosen, marovia::Extension(kind)) == 0) continue;
     kind == marovia::FileKind::kAwh ? marovia::AddContextFiles(table, rows, cols)
                                     : marovia::AddFiles(table, kind, rows, cols);
   }

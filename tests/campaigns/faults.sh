@@ -113,9 +113,9 @@ full_disks() {
   check_names tiny flat.pgm old.awf
   # A file system with room but no inode left.
   touch tiny/{1,2,3,4,5}
-  check 4 'tiny/new.awf: cannot be written: No space left' "$tool" compress tiny/flat.pgm tiny/new
+  check 4 'tiny/new.awf: cannot be written: No space left' "$tool" compress tiny/flat.pgm tiny/new.awf
   check 4 'tiny/old.awf: cannot be written: No space left' \
-    "$tool" compress tiny/flat.pgm tiny/old -f
+    "$tool" compress tiny/flat.pgm tiny/old.awf -f
   check_same tiny/old.awf
   check_names tiny 1 2 3 4 5 flat.pgm old.awf
 }
@@ -125,9 +125,9 @@ read_only_file_system() {
   cp data/flat.awf sealed/old.awf
   mount -o remount,ro sealed
   keep sealed/old.awf
-  check 4 'sealed/new.awf: cannot be written: Read-only' "$tool" compress data/flat.pgm sealed/new
+  check 4 'sealed/new.awf: cannot be written: Read-only' "$tool" compress data/flat.pgm sealed/new.awf
   check 4 'sealed/old.awf: cannot be written: Read-only' \
-    "$tool" compress data/flat.pgm sealed/old -f
+    "$tool" compress data/flat.pgm sealed/old.awf -f
   check 4 'sealed/new.pgm: cannot be written: Read-only' \
     "$tool" decompress sealed/old.awf sealed/new.pgm
   check_same sealed/old.awf
@@ -139,9 +139,9 @@ without_proc() {
   mkdir unmapped
   [ "$MAROVIA_OWN_MOUNTS" != none ] || return 0
   mount -t tmpfs tmpfs /proc
-  check 0 '' "$tool" compress data/flat.pgm unmapped/new
-  check 0 '' "$tool" compress data/flat.pgm unmapped/new -f
-  check 4 'unmapped/new.awf: already exists' "$tool" compress data/flat.pgm unmapped/new
+  check 0 '' "$tool" compress data/flat.pgm unmapped/new.awf
+  check 0 '' "$tool" compress data/flat.pgm unmapped/new.awf -f
+  check 4 'unmapped/new.awf: already exists' "$tool" compress data/flat.pgm unmapped/new.awf
   umount /proc
   cmp unmapped/new.awf data/flat.awf || fail "another file without /proc"
   check_names unmapped new.awf
@@ -154,7 +154,7 @@ replaced_as() {
   chown "$1" shared/old.awf
   chmod "$2" shared/old.awf
   check 0 '' setpriv --reuid 1234 --regid 1234 --groups 5678 \
-    "$tool" compress data/flat.pgm shared/old -f
+    "$tool" compress data/flat.pgm shared/old.awf -f
   cases=$((cases + 1))
   [ "$(stat -c '%u:%g %a' shared/old.awf)" = "$3" ] ||
     fail "of $1 $2 became $(stat -c '%u:%g %a' shared/old.awf)"
@@ -186,9 +186,9 @@ forbidden_folders() {
   chmod 555 closed
   chmod 666 closed/old.awf
   check 4 'closed/new.awf: cannot be written: Permission denied' \
-    "${powerless[@]}" "$tool" compress data/flat.pgm closed/new
+    "${powerless[@]}" "$tool" compress data/flat.pgm closed/new.awf
   check 4 'closed/old.awf: cannot be written: Permission denied' \
-    "${powerless[@]}" "$tool" compress data/flat.pgm closed/old -f
+    "${powerless[@]}" "$tool" compress data/flat.pgm closed/old.awf -f
   check_same closed/old.awf
   check_names closed old.awf
   chmod 000 closed/old.awf
@@ -196,7 +196,7 @@ forbidden_folders() {
     "${powerless[@]}" "$tool" info closed/old.awf
   chmod 000 closed
   check 4 'closed/old.awf: cannot be written: Permission denied' \
-    "${powerless[@]}" "$tool" compress data/flat.pgm closed/old -f
+    "${powerless[@]}" "$tool" compress data/flat.pgm closed/old.awf -f
   chmod 755 closed
 }
 
@@ -214,7 +214,7 @@ odd_names() {
   # The longest name that there can be leaves no room for a longer one beside it.
   check 0 '' "$tool" compress data/flat.pgm "names/$most"
   check 0 '' "$tool" compress data/flat.pgm "names/$most" -f
-  check_names names "$most.awf"
+  check_names names "$most.awh"
 }
 
 # Where several names lead to one file, the one given stays what it is.

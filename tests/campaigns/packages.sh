@@ -35,16 +35,28 @@ cp "$packages"/*.deb "$bare/tmp/"
 echo "A bare system is there"
 install="apt-get install -y -qq --no-install-recommends"
 
+# The Python package alone codes arrays, and brings no desktop.
+inside "apt-get update -qq && $install /tmp/libmarovia0*.deb /tmp/python3-marovia_*.deb >/tmp/log 2>&1" ||
+  fail "$(tail "$bare/tmp/log")"
+inside 'python3 - <<END
+import marovia, numpy
+image = numpy.eye(99, dtype=numpy.uint8)
+assert (marovia.decode(marovia.encode(image, lossless=True)) == image).all()
+END'
+! inside 'dpkg-query -Wf "\${Package}\n"' | grep -E '^(libqt|libx11|libwayland|libgl|x11)' ||
+  fail "the Python package brings a desktop"
+echo "Python alone works"
+
 # The packages alone, with what they say they need.
-inside "apt-get update -qq && $install /tmp/*.deb >/tmp/log 2>&1" || fail "$(tail "$bare/tmp/log")"
+inside "$install /tmp/*.deb >/tmp/log 2>&1" || fail "$(tail "$bare/tmp/log")"
 inside 'cd /tmp
-  marovia compress /usr/share/marovia/Images/camera.pgm camera.awf
-  marovia decompress camera.awf camera.pgm
+  marovia compress /usr/share/marovia/Images/camera.pgm camera.awh
+  marovia decompress camera.awh camera.pgm
   marovia measure /usr/share/marovia/Images/camera.pgm camera.pgm
   QT_QPA_PLATFORM=offscreen marovia-window --version'
 # The window itself, for as long as it takes to show that it stays.
 status=0
-inside 'QT_QPA_PLATFORM=offscreen timeout 5 marovia-window /tmp/camera.awf' 2>/dev/null || status=$?
+inside 'QT_QPA_PLATFORM=offscreen timeout 5 marovia-window /tmp/camera.awh' 2>/dev/null || status=$?
 [ "$status" -eq 124 ] || fail "the window ends by itself, with status $status"
 [ -L "$bare/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/libmarovia.so" ] ||
   fail "there is no library to link with"
@@ -52,13 +64,13 @@ grep -q image/x-marovia "$bare/usr/share/mime/globs" ||
   fail "the file types are not registered"
 echo "Installed and used"
 
-# What others build on it: a program, a man page read, Python.
-inside "$install g++ pkg-config python3 man-db >/tmp/log 2>&1" || fail "$(tail "$bare/tmp/log")"
+# What others build on it: a program, a man page read, Pillow.
+inside "$install g++ pkg-config python3-pil man-db >/tmp/log 2>&1" || fail "$(tail "$bare/tmp/log")"
 cp -r "$root/examples" "$bare/tmp/"
 inside 'cd /tmp
   c++ -std=c++20 examples/consumer/consumer.cpp -o consumer $(pkg-config --cflags --libs marovia)
   ./consumer /usr/share/marovia/Images/camera.pgm
-  python3 examples/round_trip.py /usr/share/marovia/Images/coffee.pgm
+  python3 -c "import marovia.pillow; from PIL import Image; print(Image.open(\"camera.awf\"))"
   man marovia-compress | grep -q "compress an image"'
 echo "Built upon"
 

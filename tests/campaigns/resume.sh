@@ -21,7 +21,7 @@ mkdir images
 "$campaign" images "$count" images
 find images -name '*.pgm' -print0 >list
 run() { "$tool" compress --files0-from list --output-dir "$1" -j 2 --skip-existing; }
-done_in() { find "$1" -name '*.awf' | wc -l; }
+done_in() { find "$1" -name '*.awh' | wc -l; }
 
 run undisturbed
 
@@ -31,7 +31,7 @@ interrupt() {
   "$tool" compress --files0-from list --output-dir killed -j 2 --skip-existing &
   local process=$!
   local there=()
-  until [ ${#there[@]} -ge $(($2 * count / 8)) ]; do there=(killed/*.awf); done
+  until [ ${#there[@]} -ge $(($2 * count / 8)) ]; do there=(killed/*.awh); done
   kill "-$1" "$process" || fail "the run ended before it could be struck"
   wait "$process" 2>/dev/null && fail "the kill came too late"
   echo "$1 with $(done_in killed) of $count files there"

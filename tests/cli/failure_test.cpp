@@ -56,7 +56,7 @@ TEST_F(Failures, OfUsageEndWithTwo) {
                  {"needs a value", "o --rate"},
                  {"only once", "o --rate 1 --rate 2"},
                  {"before the command", "marovia --json info ok.awf"},
-                 {"one name too many", "marovia info ok.awf ok.awg"},
+                 {"one name too many", "marovia difference in.pgm in.pgm o.pgm o.bmp"},
                  {"OUT is an empty name", "''"},
                  {"excludes", "o --rate 1 --bytes 9"},
                  {"'inf'", "o --rate inf"},
@@ -75,7 +75,7 @@ TEST_F(Failures, OfUsageEndWithTwo) {
                  {"written is .awh", "o.awf --method context"},
                  {"--coding binary only", "o --method aswdr2 --coding arithmetic"},
                  {"written is .awd", "o.awb --method aswdr"},
-                 {"written is .awg", "o.awf --lossless"},
+                 {"written is .awh", "o.awf --lossless"},
                  {"written is .awf", "o.awg --rate 1"},
                  {".bmp", "marovia decompress ok.awf o.gif"},
                  {"--bytes", "marovia truncate ok.awf o.awf"},
@@ -103,8 +103,8 @@ TEST_F(Failures, OfReadingAndWritingEndWithFour) {
                  {"folder", "marovia decompress folder.awf o.pgm"},
                  {"folder", "folder"},
                  {"folder", "folder.awf -f"},
-                 {"nowhere/o.awf", "nowhere/o"},
-                 {"ok.awf: already exists", "ok"},
+                 {"nowhere/o.awh", "nowhere/o"},
+                 {"ok.awf: already exists", "ok.awf"},
                  {"/dev/full", "/dev/full"},
                  {"in.pgm: already exists", "marovia decompress ok.awf in.pgm"}});
   for (const Words& words : {Words{"info", "ok.awf"}, {"decompress", "ok.awf", "-"}, {"--help"}}) {

@@ -34,8 +34,8 @@ TEST_F(ManyFiles, BecomeTheSameBytesOneByOneAndInParallel) {
     EXPECT_EQ(packed.status, 0);
     EXPECT_EQ(packed.err, "marovia: 9 of 9 files done\n");
     for (const std::string& name : inputs_) {
-      Done({"compress", name, "one.awf", "-f"});
-      EXPECT_EQ(folder_.Read("out/" + name.substr(0, 3) + ".awf"), folder_.Read("one.awf"));
+      Done({"compress", name, "one.awh", "-f"});
+      EXPECT_EQ(folder_.Read("out/" + name.substr(0, 3) + ".awh"), folder_.Read("one.awh"));
     }
   }
 }
@@ -45,7 +45,7 @@ TEST_F(ManyFiles, GoOnAfterOneThatFailsAndTellWhichDid) {
   const ToolResult result =
       Compress({"in0.pgm", "bad.pgm", "gone.pgm", "in1.pgm"}, {"-j", "2", "--json"});
   EXPECT_EQ(result.status, 1);  // of failures that differ
-  EXPECT_EQ(folder_.Names("out"), (Words{"in0.awf", "in1.awf"}));
+  EXPECT_EQ(folder_.Names("out"), (Words{"in0.awh", "in1.awh"}));
   EXPECT_EQ(LinesIn(result.err), 3) << result.err;
   EXPECT_TRUE(
       result.err.ends_with("2 of 4 files done, 1 could not be read or written (exit status "
@@ -64,8 +64,9 @@ TEST_F(ManyFiles, GoOnAfterOneThatFailsAndTellWhichDid) {
 
   EXPECT_EQ(Compress({"in0.pgm", "bad.pgm"}, {"-f"}).status, 5);
   EXPECT_EQ(Compress({"in0.pgm", "bad.pgm"}, {}).status, 1);
-  folder_.Write("cut.awf", folder_.Read("out/in0.awf").substr(0, 40));
-  EXPECT_EQ(folder_.Run({"decompress", "--output-dir", "back", "out/in1.awf", "cut.awf"}).status,
+  Done({"compress", "in0.pgm", "cut.awf"});
+  folder_.Write("cut.awf", folder_.Read("cut.awf").substr(0, 40));
+  EXPECT_EQ(folder_.Run({"decompress", "--output-dir", "back", "out/in1.awh", "cut.awf"}).status,
             3);
   EXPECT_EQ(folder_.Names("back").size(), 2U);
 }
@@ -75,7 +76,7 @@ TEST_F(ManyFiles, AreRefusedBeforeAnythingRunsWhereTwoWouldHaveOneOutput) {
   folder_.Write("sub/in1.pgm", folder_.Read("in1.pgm"));
   const ToolResult result = Compress({"in0.pgm", "in1.pgm", "sub/in1.pgm"}, {"--shard", "1/9"});
   EXPECT_EQ(result.status, 2);
-  EXPECT_NE(result.err.find("both in1.pgm and sub/in1.pgm would be written to out/in1.awf"),
+  EXPECT_NE(result.err.find("both in1.pgm and sub/in1.pgm would be written to out/in1.awh"),
             std::string::npos)
       << result.err;
   EXPECT_FALSE(std::filesystem::exists(folder_.Path("out")));
@@ -83,11 +84,11 @@ TEST_F(ManyFiles, AreRefusedBeforeAnythingRunsWhereTwoWouldHaveOneOutput) {
 
 TEST_F(ManyFiles, ThatAreDoneAreSkipped) {
   ASSERT_EQ(Compress({inputs_[0], inputs_[4]}, {}).status, 0);
-  folder_.Write("out/in4.awf", "kept");
+  folder_.Write("out/in4.awh", "kept");
   const ToolResult rest = Compress(inputs_, {"--skip-existing"});
   EXPECT_EQ(rest.status, 0);
   EXPECT_EQ(rest.err, "marovia: 7 of 9 files done, 2 skipped\n");
-  EXPECT_EQ(folder_.Read("out/in4.awf"), "kept");
+  EXPECT_EQ(folder_.Read("out/in4.awh"), "kept");
   EXPECT_EQ(folder_.Names("out").size(), 9U);
   Done({"compress", "gone.pgm", "out/in4", "--skip-existing"});
 }
@@ -116,7 +117,7 @@ TEST_F(ManyFiles, EndInGoodOrderWhereNobodyReadsTheResults) {
   EXPECT_EQ(result.status, 4);
   EXPECT_EQ(LinesIn(result.err), 1) << result.err;
   EXPECT_NE(result.err.find("standard output"), std::string::npos) << result.err;
-  EXPECT_EQ(folder_.Names("out"), Words{"in0.awf"});
+  EXPECT_EQ(folder_.Names("out"), Words{"in0.awh"});
 }
 
 }  // namespace

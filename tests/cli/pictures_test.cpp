@@ -74,7 +74,7 @@ TEST_F(Pictures, ThumbnailIsCalledByTheDesktopAsItsEntrySays) {
   std::istringstream rest(line.substr(line.find(' ')));
   Words words;
   for (std::string word; rest >> word;)
-    words.push_back(word == "%s" ? "48" : word == "%i" ? "in.awf" : word == "%o" ? "out" : word);
+    words.push_back(word == "%s" ? "48" : word == "%i" ? "in.awh" : word == "%o" ? "out" : word);
   folder_.Write("in.pgm", PgmText(NamedImage("blobs", 96, 64)));
   folder_.Write("out", "");
   Done({"compress", "in.pgm", "in"});

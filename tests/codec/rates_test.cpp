@@ -27,7 +27,8 @@ DecompressResult DecodedAt(ByteView file, FileKind kind, double rate) {
 TEST(Rates, AreMetToTheBitWhateverTheSides) {
   for (const auto& [rows, cols] : {std::pair(1, 5000), {5000, 1}, {150, 200}, {61, 83}}) {
     const double bits = 0.05 * rows * cols;
-    const Bytes file = Compress(test::NamedImage("lcgnoise", rows, cols), {.rate = 0.05}).file;
+    const Bytes file =
+        Compress(test::NamedImage("lcgnoise", rows, cols), {.kind = kAwf, .rate = 0.05}).file;
     EXPECT_EQ(Inspect(file, kAwf).budget, std::lround(bits));
     EXPECT_NEAR(static_cast<double>(file.size()), bits / 8, 12);
   }

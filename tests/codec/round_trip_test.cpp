@@ -129,11 +129,10 @@ TEST(Compress, RefusesWhatMakesNoSense) {
   for (const auto& c : cases)
     EXPECT_EQ(CodeOf([&] { Compress(Image(20, 30), c.options); }), c.code);
   EXPECT_EQ(CodeOf([] { Compress(Image(), {}); }), Errc::kInvalidArgument);
-  EXPECT_EQ(CodeOf([] { Compress(Image(32768, 6), {}); }), Errc::kLimit);
+  EXPECT_EQ(CodeOf([] { Compress(Image(32768, 6), {kAwf}); }), Errc::kLimit);
   // This side holds, but not when it is padded.
   EXPECT_EQ(CodeOf([] { Compress(Image(32767, 6), {kAwf, kDaub97, 1}); }), Errc::kLimit);
-  CompressOptions bare;
-  bare.pad = false;
+  const CompressOptions bare{.kind = kAwf, .pad = false};
   EXPECT_EQ(CodeOf([&] { Compress(Image(2, 9), bare); }), Errc::kInvalidArgument);
 }
 

@@ -13,14 +13,19 @@ pool=$folder/pool
 mkdir "$pool"
 cp "$root/Images/camera.pgm" "$pool/photo.pgm"
 cp "$root/Images/coffee.pgm" "$pool/scan.pgm"
-"$tool" compress "$pool/photo.pgm" "$pool/photo.awf"
-"$tool" compress "$pool/scan.pgm" "$pool/master.awg" --lossless
+"$tool" compress "$pool/photo.pgm" "$pool/photo.awh"
+"$tool" compress "$pool/scan.pgm" "$pool/master.awh" --lossless
 for name in photo scan; do
   "$tool" compress "$pool/$name.pgm" "$folder/$name.awg" --lossless
   "$tool" decompress "$folder/$name.awg" "$pool/$name.bmp"
 done
-"$tool" decompress "$pool/photo.awf" "$pool/decoded.pgm"
+"$tool" decompress "$pool/photo.awh" "$pool/decoded.pgm"
 "$tool" decompress "$folder/photo.awg" "$pool/photo.png"
+for tree in photos decoded; do
+  mkdir -p "$pool/$tree/"{a,b}
+  cp "$pool/decoded.pgm" "$pool/$tree/a/one.pgm"
+  cp "$pool/decoded.pgm" "$pool/$tree/b/one.pgm"
+done
 
 # The files are there from the start, so those that an example writes are replaced.
 marovia() {

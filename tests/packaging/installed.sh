@@ -33,8 +33,13 @@ sed -nE '/@@MAROVIA_[0-9.]+$/s/^(marovia::)?([A-Za-z_:]+).*/\2/p' "$folder/all" 
 diff "$folder/public" "$folder/shown" >&2 || fail "the library shows other symbols than its headers"
 ! grep -vE 'marovia.*@@|^MAROVIA_' "$folder/all" >&2 || fail "the library shows what is not its own"
 
-"$marovia" compress "$sample" "$folder/camera.awf"
-"$marovia" decompress "$folder/camera.awf" "$folder/camera.pgm"
+"$marovia" compress "$sample" "$folder/camera.awh"
+"$marovia" decompress "$folder/camera.awh" "$folder/camera.pgm"
+if command -v file >/dev/null; then
+  file -m "$prefix/share/marovia/marovia.magic" "$folder/camera.awh" |
+    grep -q ': Marovia compressed image, version 1, 512 x 512, 9/7 wavelet$' ||
+    fail "file does not know what the tool writes"
+fi
 "$marovia" measure "$sample" "$folder/camera.pgm" | grep -q 'PSNR error:  3[0-9]' ||
   fail "the installed tool does not give the picture back"
 
@@ -73,7 +78,7 @@ done
 use_consumer() {
   "$1" "$sample" | grep -q '^1638[0-9] bytes, PSNR 3' || fail "$1 does not round-trip"
   status=0
-  error=$("$1" "$folder/camera.awf" 2>&1) || status=$?
+  error=$("$1" "$folder/camera.awh" 2>&1) || status=$?
   [ "$status" -eq 1 ] && [ -n "$error" ] || fail "$1 does not catch the library's error"
 }
 

@@ -4,7 +4,7 @@
 #
 #   end_to_end.sh PROGRAM ROOT [SHOTS]    SHOTS: a folder for screenshots
 #
-# At the scale of QT_SCALE_FACTOR, and with letters of POINTS points if that is set.
+# At the scale of QT_SCALE_FACTOR, with letters of POINTS points and the studio in THEME, if set.
 set -euo pipefail
 program=$1
 root=$2
@@ -77,9 +77,13 @@ export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$folder XDG_CONFIG_HOME=$fold
 unset WAYLAND_DISPLAY QT_QPA_PLATFORMTHEME
 if [ -n "${POINTS:-}" ]; then
   export QT_QPA_PLATFORMTHEME=kde KDE_SESSION_VERSION=5
-  mkdir "$folder/config"
+  mkdir -p "$folder/config"
   printf '[General]\nfont=Sans,%d\nmenuFont=Sans,%d\nfixed=Monospace,%d\n' "$POINTS" "$POINTS" \
     "$POINTS" >"$folder/config/kdeglobals"
+fi
+if [ -n "${THEME:-}" ]; then
+  mkdir -p "$folder/config/marovia"
+  printf '[General]\ntheme=%s\n' "$THEME" >"$folder/config/marovia/studio.conf"
 fi
 openbox >/dev/null 2>&1 &
 started+=($!)
@@ -136,16 +140,66 @@ if [ -n "$shots" ]; then
   shoot help
   xdotool key Escape
   await_window Marovia
-  picture 20 200
-  xdotool click --repeat 2 --delay 60 1
-  wait_for is_active "Full Resolution - Marovia"
-  shoot viewer
-  xdotool key Escape
-  await_window Marovia
 fi
+
+# The studio: the file that the form shows, then the image anew; a size typed, one chosen on the
+# curve, a region drawn; each saved.
+picture 20 200
+xdotool click --repeat 2 --delay 60 1
+await_window "photo.awf - Marovia Studio"
+xdotool key ctrl+o
+await_window Open
+xdotool type --delay 5 -- "$folder/photo.pgm"
+xdotool key Return
+await_window "photo.pgm - Marovia Studio"
+wait_for is_idle
+shoot studio
+
+save_as() {
+  press_for ctrl+s "Save compressed file"
+  xdotool key ctrl+a
+  xdotool type --delay 5 -- "$folder/$1"
+  xdotool key Return
+  await_window "photo.pgm - Marovia Studio"
+  wait_for is_settled "$folder/$1" "$2"
+  [ "$(stat -c %s "$folder/$1")" -le "$3" ] || fail "$1 has more bytes than were asked for"
+}
+studio() { xdotool mousemove --window "$(window 'Marovia Studio$')" "$1" "$2"; }
+xdotool key alt+z
+xdotool type --delay 5 8000
+xdotool key Return
+wait_for is_idle
+save_as photo_typed.awf 7900 8000
+if [ "${QT_SCALE_FACTOR:-1}-${POINTS:-9}" = 1-9 ]; then
+  studio 1200 300
+  xdotool click 1
+  wait_for is_idle
+  save_as photo_curve.awf 8100 200000
+  xdotool key alt+z
+  xdotool type --delay 5 8000
+  xdotool key Return
+fi
+for view in 2 5; do
+  xdotool key "alt+$view"
+  wait_for is_idle
+  shoot "studio_view$view"
+done
+xdotool key alt+1 alt+d
+wait_for is_idle
+studio 200 300
+xdotool mousedown 1
+studio 260 360
+studio 350 450
+xdotool mouseup 1
+wait_for is_idle
+shoot studio_region
+save_as photo_region.awf 7800 8000
+! cmp -s "$folder/photo_typed.awf" "$folder/photo_region.awf" || fail "the region changes no bit"
+xdotool key ctrl+w
+await_window Marovia
 
 xdotool key alt+F4
 wait_for test ! -d "/proc/$marovia"
-[ "$(cd "$folder" && ls photo* decoded*)" = $'decoded.bmp\nphoto.awf\nphoto.pgm' ] ||
+[ "$(cd "$folder" && ls -I 'photo_*' | grep -E '^(photo|decoded)')" = $'decoded.bmp\nphoto.awf\nphoto.pgm' ] ||
   fail "there are other files than expected"
 cmp -s "$root/Images/camera.pgm" "$folder/photo.pgm" || fail "the source image was changed"
