@@ -5,11 +5,11 @@
 
 #include "marovia/error.h"
 
+#include "app/form_pgm.h"
 #include "app/frm_main.h"
 #include "base/checked.h"
 #include "codec/coders.h"
 #include "image/bmp.h"
-#include "image/form_pgm.h"
 
 namespace marovia {
 namespace {

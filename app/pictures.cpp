@@ -1,10 +1,10 @@
 // The pictures: what they show, what is done on them, and the way to the studio.
 #include <algorithm>
 
+#include "app/form_pgm.h"
 #include "app/frm_main.h"
 #include "base/number_text.h"
 #include "codec/coders.h"
-#include "image/form_pgm.h"
 
 namespace marovia {
 

@@ -91,7 +91,7 @@ class Stopwatch {
   void Choose(marovia::FileKind kind) {
     auto* kinds = studio_.findChild<QComboBox*>("Kind");
     kinds->setCurrentIndex(static_cast<int>(kind));
-    UntilPicture([&] { QMetaObject::invokeMethod(kinds, "activated", kinds->currentIndex()); });
+    UntilPicture([&] { Q_EMIT kinds->activated(kinds->currentIndex()); });
     Settle();
   }
 

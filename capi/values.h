@@ -5,8 +5,7 @@
 #include "marovia/codec.h"
 #include "marovia/measures.h"
 
-#include "capi/guard.h"
-#include "capi/sized_struct.h"
+#include "capi/border.h"
 
 namespace marovia::capi {
 

@@ -7,7 +7,7 @@
 
 #include "marovia/codec.h"
 
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 
 namespace fs = std::filesystem;
 

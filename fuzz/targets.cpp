@@ -5,12 +5,11 @@
 #include <stdexcept>
 #include <string>
 
-#include "fuzz/coding_request.h"
+#include "app/form_pgm.h"
 #include "fuzz/input.h"
-#include "image/form_pgm.h"
 #include "pictures/picture.h"
-#include "tests/support/differences.h"
 #include "tests/support/plain_context.h"
+#include "tests/support/testing.h"
 
 namespace marovia::fuzz {
 namespace {

@@ -5,6 +5,7 @@
 #include "marovia/measures.h"
 
 #include "base/number_text.h"
+#include "measures/measure_text.h"
 #include "measures/region.h"
 
 namespace marovia {
@@ -15,6 +16,10 @@ void CheckShapes(const Image& source, const Image& reconstruction) {
     Fail(Errc::kIndex, "The two images differ in shape: " + SizeText(source.Rows(), source.Cols()) +
                            " and " + SizeText(reconstruction.Rows(), reconstruction.Cols()) + ".");
   }
+}
+
+std::string Titled(MeasuredArea area, const std::string& text) {
+  return area == MeasuredArea::kRegion ? "ROI " + text : text;
 }
 
 }  // namespace
@@ -62,6 +67,26 @@ Image DifferenceImage(const Image& source, const Image& reconstruction, double g
             std::clamp(std::round(kNoDifference + gain * (to - from)), 0.0, 255.0));
       });
   return picture;
+}
+
+std::string SupNormText(const ErrorMeasures& measures, MeasuredArea area) {
+  return Titled(area, "Sup-norm error:  " + TrimmedNumberText(measures.supNorm));
+}
+
+std::string MeanSquareText(const ErrorMeasures& measures, MeasuredArea area) {
+  if (area == MeasuredArea::kRegion)
+    return "ROI Mean Square Error:  " + TrimmedNumberText(measures.meanSquareError);
+  return "Root Mean Square Error:  " + TrimmedNumberText(measures.rootMeanSquare);
+}
+
+std::string PsnrText(const ErrorMeasures& measures, MeasuredArea area) {
+  return Titled(area, PSNRVal(measures.meanSquareError));
+}
+
+std::string PSNRVal(float meanSquareError) {
+  const std::optional<float> psnr = Psnr(meanSquareError);
+  if (!psnr) return "Error computing PSNR.";
+  return "PSNR error:  " + TrimmedNumberText(*psnr);
 }
 
 }  // namespace marovia

@@ -60,7 +60,7 @@ likely_programs() {
   case $1 in
     files | cli) echo test_cli ;;
     capi) echo c_interface_test ;;
-    base | image | chart | app | window | qtplugin) echo "test_$1" ;;
+    base | image | pictures | chart | app | window | qtplugin) echo "test_$1" ;;
     *) echo test_golden test_codec "test_$1" ;;
   esac
 }

@@ -71,11 +71,10 @@ ExitStatus TruncateFile(const TruncateArguments& arguments, const FileTask& task
   return ExitStatus::kDone;
 }
 
-// That of the shorter file, by the name of the long one; what a file without one holds is seen when
-// it is read.
+// That of the shorter file, by the name of the long one. Only files of one kind are known without.
 std::string ExtensionAfter(const TruncateArguments& arguments, const std::string& input) {
   const auto named = arguments.formats.kind ? arguments.formats.kind : KindNamed(input);
-  const FileKind kind = named.value_or(FileKind::kAwf);
+  const FileKind kind = named.value_or(FileKind::kAwh);
   return std::string(Extension(kind == FileKind::kAwg ? FileKind::kAwf : kind));
 }
 

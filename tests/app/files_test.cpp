@@ -1,5 +1,7 @@
 // Loading and saving, the file questions, and the names that are answered to them.
-#include "image/form_pgm.h"
+#include <set>
+
+#include "app/form_pgm.h"
 #include "tests/app/form_test.h"
 
 namespace marovia::test {
@@ -11,45 +13,36 @@ class Files : public FormTest {
 };
 
 TEST_F(Files, TheQuestionsCarryTheirFilterFolderFormAndFlags) {
-  const auto expect = [this](DialogForm itsForm, int flags, std::string_view filter,
-                             const std::filesystem::path& itsFolder, std::string_view proposed) {
-    const FileDialog& asked = desktop.questions.back();
-    EXPECT_EQ(asked.form, itsForm);
-    EXPECT_EQ(asked.flags, flags);
-    EXPECT_EQ(asked.filter, filter);
-    EXPECT_EQ(asked.initialFolder, itsFolder);
-    EXPECT_EQ(asked.proposedName, proposed);
-    EXPECT_EQ(asked.fileName, "");
+  const auto asked = [this] {
+    const FileDialog& q = desktop.questions.back();
+    return testing::PrintToString(std::tuple(q.form == DialogForm::kSave, std::to_string(q.flags),
+                                             q.filter, q.initialFolder == folder.Path(),
+                                             q.proposedName, q.fileName, q.AsksBeforeReplacing()));
   };
-  expect(DialogForm::kOpen, 2, "Windows bitmap|*.bmp|PGM file|*.pgm", "/programs/marovia/Images",
-         "");
-  EXPECT_FALSE(desktop.questions.back().AsksBeforeReplacing());  // only what is written
-  desktop.answers.clear();
-  form.mnuSaveReconstructedImage_Click();
-  expect(DialogForm::kSave, 2, "Windows Bitmap file|*.bmp|PGM file (*.pgm)|*.pgm", folder,
-         "source_decoded");
   std::string name = "as it was";
-  const std::string_view lossless = "ASWDR_V1 lossless arith. compression (*.awg)|*.awg";
+  EXPECT_EQ(asked(),
+            R"((false, "2", "Windows bitmap|*.bmp|PGM file|*.pgm", false, "", "", false))");
+  EXPECT_EQ(desktop.questions.back().initialFolder, "/programs/marovia/Images");
   EXPECT_EQ(form.SetCompressedFileName(name, "awg"), -1);
   EXPECT_EQ(name, "as it was");
-  expect(DialogForm::kOpen, 2, lossless, folder, "source.awg");
-  EXPECT_TRUE(desktop.questions.back().AsksBeforeReplacing());
+  const std::string lossless = R"("ASWDR_V1 lossless arith. compression (*.awg)|*.awg")";
+  EXPECT_EQ(asked(), R"((false, "2", )" + lossless + R"(, true, "source.awg", "", true))");
   // An extension that is not in the table leaves the filter of the question before.
   desktop.answers = {"/tmp/x"};
   EXPECT_EQ(form.GetCompressedFileName(name, "AWB"), 1);
   EXPECT_EQ(name, "/tmp/x");
-  expect(DialogForm::kOpen, 4096, lossless, folder, "");
+  EXPECT_EQ(asked(), R"((false, "4096", )" + lossless + R"(, true, "", "", false))");
 }
 
 TEST_F(Files, AQuestionNamesItsFiltersAndBeginsWithOneThatShowsAFile) {
   const std::string_view filter = "Windows bitmap|*.tif|PGM file (*.pgm)|*.pgm";
   EXPECT_EQ(FilterNames(filter), "Windows bitmap (*.tif);;PGM file (*.pgm)");
   EXPECT_EQ(SuffixOfFilter("PGM file (*.pgm)"), "pgm");
-  EXPECT_EQ(UsefulFilter(filter, folder), "Windows bitmap (*.tif)");
+  EXPECT_EQ(UsefulFilter(filter, folder.Path()), "Windows bitmap (*.tif)");
   EXPECT_EQ(UsefulFilter(filter, Path("missing")), "Windows bitmap (*.tif)");
   WriteFile(Path("only.pgm"), {});
-  EXPECT_EQ(UsefulFilter(filter, folder), "PGM file (*.pgm)");
-  EXPECT_EQ(FilterNames("") + UsefulFilter("", folder), "");
+  EXPECT_EQ(UsefulFilter(filter, folder.Path()), "PGM file (*.pgm)");
+  EXPECT_EQ(FilterNames("") + UsefulFilter("", folder.Path()), "");
 
   FileDialog question;
   question.filter = "a|*.bmp|b|*.pgm";
@@ -66,30 +59,19 @@ TEST_F(Files, AQuestionNamesItsFiltersAndBeginsWithOneThatShowsAFile) {
   EXPECT_EQ(NameRefusal(question, "a.awf"), "");
 }
 
-TEST_F(Files, TheFileJustMadeIsTheOneProposedForDecompression) {
-  Compress(FileKind::kAwf, "1", "made.awf");
-  for (const FileKind kind : {FileKind::kAwf, FileKind::kAwa}) {
-    Choose(CoderOf(kind), "1");
-    desktop.answers.clear();
-    form.cmdBegin_Click(0);
-    EXPECT_EQ(desktop.questions.back().proposedName, kind == FileKind::kAwf ? "made.awf" : "");
-  }
-}
-
 TEST_F(Files, TheFilesOfTheProgramAreBesideItOrInTheSharedFolderOfItsInstallation) {
   EXPECT_EQ(FolderOfProgramFiles("/usr/bin"), "/usr/share/marovia");
   WriteFile(Path("Marovia.HLP"), {});
-  EXPECT_EQ(FolderOfProgramFiles(folder), folder);
+  EXPECT_EQ(FolderOfProgramFiles(folder.Path()), folder.Path());
 }
 
 TEST_F(Files, ALoadDiscardsTheEarlierTransformAndReconstruction) {
   Compress(FileKind::kAwf, "2", "a.awf");
-  Decompress(FileKind::kAwf, "2", "a.awf");
+  Go("a.awf");
   Load(Photograph(32, 48));
-  EXPECT_EQ(*form.state.ReconstructedImage, Image(32, 48));
+  EXPECT_EQ(Reconstructed(), Image(32, 48));
   EXPECT_EQ(*form.state.TransformArray, Grid<float>(32, 48));
   EXPECT_TRUE(form.GraphBoxRec.raster.Empty());
-  EXPECT_TRUE(form.mnuCompress.enabled && form.mnuDecompress.enabled);
   LoadFile(MAROVIA_TEST_DATA "/images/colour24.bmp");
   EXPECT_NE(form.Report.text.find("colour turned to grey"), std::string::npos) << form.Report.text;
 }
@@ -98,33 +80,29 @@ TEST_F(Files, ThePgmOfTheFormIsRowsFirstSoThatItsSizesComeBackExchanged) {
   form.state.ReconstructedImage = Photograph(32, 48);
   Save("r.Pgm");
   const Bytes file = FileBytes(Path("r.Pgm"));
+  EXPECT_EQ(file, WriteFormPgm(Reconstructed()));
   EXPECT_EQ(std::string(file.begin(), file.begin() + 13), "P5\n32 48\n255\n");
-  EXPECT_EQ(file.size(), 13U + 32 * 48);
   LoadFile(Path("r.Pgm"));
   EXPECT_EQ(form.state.NumRows * 1000 + form.state.NumCols, 48032);
 }
 
 TEST_F(Files, OtherExtensionsAndCancelledQuestionsChangeNothing) {
-  const Image source = Photograph(32, 32);
   WriteFile(Path("image.tif"), WritePgm(Photograph(64, 64)));
   LoadFile(Path("image.tif"));
   form.mnuGetImage_Click();
   Save("out.tif");
-  EXPECT_FALSE(std::filesystem::exists(Path("out.tif")));
-  EXPECT_EQ(*form.state.SourceImage, source);
-  EXPECT_TRUE(desktop.reports.empty());
+  EXPECT_FALSE(fs::exists(Path("out.tif")));
+  EXPECT_TRUE(*form.state.SourceImage == Photograph(32, 32) && desktop.reports.empty());
   // The compressors of ASWDR clear the text before they ask.
   for (const Coder& coder : AllCoders()) {
-    Choose(coder, coder.lossless ? "0" : "1");
-    form.Report.text = "before";
-    form.mnuCompress_Click();
-    form.cmdBegin_Click(0);
-    EXPECT_EQ(form.Report.text, coder.method == ScanMethod::kAswdr ? "" : "before");
-    EXPECT_EQ(form.Label[0].caption, "Compress");
-    form.Report.text = "before";
-    form.mnuDecompress_Click();
-    form.cmdBegin_Click(0);
-    EXPECT_EQ(form.Report.text, "before");
+    Choose(coder);
+    for (const bool compresses : {true, false}) {
+      form.Report.text = "before";
+      compresses ? form.mnuCompress_Click() : form.mnuDecompress_Click();
+      form.cmdBegin_Click(0);
+      const bool clears = compresses && coder.method == ScanMethod::kAswdr;
+      EXPECT_EQ(form.Report.text, clears ? "" : "before");
+    }
   }
 }
 
@@ -135,7 +113,7 @@ TEST_F(Files, AChosenNameIsNeverAPattern) {
     Compress(FileKind::kAwd, "1", name);
     EXPECT_GT(FileBytes(Path(name)).size(), 14U) << name;
     Save(name + ".pgm");
-    EXPECT_TRUE(std::filesystem::exists(Path(name + ".pgm"))) << name;
+    EXPECT_TRUE(fs::exists(Path(name + ".pgm"))) << name;
   }
   for (const std::string& name : others) EXPECT_EQ(FileBytes(Path(name)), (Bytes{1, 2, 3})) << name;
 }
@@ -149,7 +127,7 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestionAndSetsTheOptionsToItsOwn) {
     const Bytes file = marovia::Compress(source, {.kind = coder.kind, .rate = 1.5}).file;
     WriteFile(Path(name), file);
     form.OpenFile(Path(name));
-    EXPECT_EQ(*form.state.ReconstructedImage, marovia::Decompress(file, coder.kind).image);
+    EXPECT_EQ(Reconstructed(), marovia::Decompress(file, coder.kind).image);
     if (coder.kind == FileKind::kAwh) continue;  // which the options do not have
     EXPECT_EQ(form.txtBitRate.text, coder.lossless ? "0" : "1.5");
     EXPECT_EQ(form.cmbWavelet.text, coder.lossless ? "DD 2+2,2 Integer" : "Daub 9/7");
@@ -167,7 +145,7 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestionAndSetsTheOptionsToItsOwn) {
   WriteFile(Path("d.AWF"), odd);
   form.OpenFiles({Path("d.AWF"), Path("c.pgm")});
   EXPECT_EQ(*form.state.SourceImage, source);
-  EXPECT_EQ(*form.state.ReconstructedImage, marovia::Decompress(odd, FileKind::kAwf).image);
+  EXPECT_EQ(Reconstructed(), marovia::Decompress(odd, FileKind::kAwf).image);
   EXPECT_FALSE(form.GraphBoxRec.raster.Empty());
   form.OpenFile(Path("notes.txt"));
   EXPECT_EQ(
@@ -178,13 +156,10 @@ TEST_F(Files, ADroppedOrNamedFileNeedsNoQuestionAndSetsTheOptionsToItsOwn) {
 
 TEST_F(Files, TheRateHintSaysHowTheTextIsRead) {
   Load(Photograph(64, 128));
-  const std::pair<const char*, const char*> hints[] = {{"0.25", "0.25 bits per pixel: 256 bytes"},
-                                                       {".9x", "0.9 bits per pixel: 920 bytes"},
-                                                       {"0,25", "lossless"},
-                                                       {"-1", "-1 bits per pixel: 0 bytes"},
-                                                       {"1e999", "more bits than a file can have"},
-                                                       {"0", "lossless"}};
-  for (const auto& [text, hint] : hints) {
+  for (const auto& [text, hint] : {std::pair{".9x", "0.9 bits per pixel: 920 bytes"},
+                                   {"-1", "-1 bits per pixel: 0 bytes"},
+                                   {"1e999", "more bits than a file can have"},
+                                   {"0,25", "lossless"}}) {
     form.txtBitRate.text = text;
     EXPECT_EQ(form.RateHint(), hint) << text;
   }
@@ -192,8 +167,6 @@ TEST_F(Files, TheRateHintSaysHowTheTextIsRead) {
   EXPECT_EQ(form.RateHint(), "lossless in the region only");
   form.state.WaveletKind = WaveletKind::kDaub97;
   EXPECT_EQ(form.RateHint(), "not lossless with Daub 9/7");
-  form.mnuDecompress_Click();
-  EXPECT_EQ(form.RateHint(), "lossless");
 }
 
 TEST_F(Files, ABudgetIsRoundedOnceWhereTheRateIsExactAndElseByRows) {
@@ -205,6 +178,60 @@ TEST_F(Files, ABudgetIsRoundedOnceWhereTheRateIsExactAndElseByRows) {
     EXPECT_TRUE(form.RateHint().ends_with(exact ? ": 38 bytes" : ": 50 bytes"));
     Go("a.awb");
     EXPECT_EQ(form.Report.text, "Image decompressed.");
+  }
+}
+
+TEST_F(Files, UnloadDeletesItsThreePatternsInTheCurrentFolderAndNothingElse) {
+  fs::current_path(folder.Path());
+  fs::create_directories(Path("folder.wti"));
+  for (const char* name : {"a.wti", "b c.rim", ".wtr", "a.wti.txt", "wti", "x.awb"})
+    WriteFile(Path(name), {});
+  form.Form_Unload();
+  form.Form_Unload();  // nothing matches any more
+  std::set<std::string> left;
+  for (const auto& entry : fs::directory_iterator(folder.Path()))
+    left.insert(entry.path().filename().string());
+  EXPECT_EQ(left, (std::set<std::string>{"folder.wti", "a.wti.txt", "wti", "x.awb", "source.bmp"}));
+  fs::current_path("/");
+}
+
+std::string TextOf(const Image& image) {
+  return std::to_string(image.Rows()) + "x" + std::to_string(image.Cols()) + " " +
+         std::string(image.Samples().begin(), image.Samples().end());
+}
+
+TEST(FormPgm, TakesFieldsOfFiveBytesAtMost) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"P5\n3 2\n255\nabcdefg", "2x3 abcdef"},
+      // The width "1MB" would be 1024, and only that: "2MB" is 2, a height of "1MB" is 1.
+      {"P5\n2MB 1MB\n255\nab", "1x2 ab"},
+      // Any byte may follow P5, any maximum or none may be given.
+      {"P5x2 1\n\nab", "1x2 ab"},
+      {"P5\n2 1\n65535\nab", "1x2 \na"},
+      // The blank behind a width of five digits goes to the height.
+      {"P5\n00002 1\n255\nab", "1x2 ab"},
+      {"P5\n00002 0001\n255\nab", "1x2 25"},
+      // The line feed behind a height of five digits is the whole field of the maximum.
+      {"P5\n2 00001\n255\nab", "1x2 25"},
+      {"P5\n2.5 1.6\n255\nabcd", "2x2 abcd"}};
+  for (const auto& [file, image] : cases)
+    EXPECT_EQ(TextOf(ReadFormPgm(BytesOf(file))), image) << file;
+  EXPECT_EQ(ReadFormPgm(BytesOf("P5\n1MB 1\n255\n" + std::string(1024, 'x'))).Cols(), 1024);
+}
+
+TEST(FormPgm, SaysWhatCouldOnlyBeGarbage) {
+  const std::tuple<std::string_view, Errc, std::string_view> cases[] = {
+      {"P5", Errc::kMalformed, "does not begin with P5"},
+      {"P2\n1 1\n255\n0 ", Errc::kMalformed, "does not begin with P5"},
+      {"P5\n# by hand\n2 1\n255\nab", Errc::kMalformed, "0 columns"},
+      {"P5\n2 -1\n255\nab", Errc::kMalformed, "2 columns and -1 rows"},
+      {"P5\n2 1\n255\na", Errc::kMalformed, "need 2 bytes, but 1 are"},
+      {"P5\n2 1", Errc::kMalformed, "within its header"},
+      {"P5\n9999 9999\n255\n", Errc::kLimit, "9999 rows"},
+      {"P5\n32768 1\n255\nab", Errc::kOverflow, "32768"},
+      {"P5\n1E999 1\n255\nab", Errc::kOverflow, "too large"}};
+  for (const auto& [file, code, part] : cases) {
+    EXPECT_EQ(CodeOf([bytes = BytesOf(file)] { ReadFormPgm(bytes); }, part), code) << file;
   }
 }
 

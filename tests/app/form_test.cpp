@@ -1,44 +1,6 @@
 #include "tests/app/form_test.h"
 
-#include <fstream>
-#include <iterator>
-#include <unistd.h>
-
 namespace marovia::test {
-
-namespace fs = std::filesystem;
-
-Bytes FileBytes(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void WriteFile(const fs::path& file, ByteView bytes) {
-  std::ofstream stream(file, std::ios::binary);
-  for (const std::uint8_t byte : bytes) stream.put(static_cast<char>(byte));
-}
-
-Image Photograph(int rows, int cols) {
-  const Image whole = ReadImage(FileBytes(MAROVIA_TEST_DATA "/../../Images/camera.pgm")).image;
-  Image part(rows, cols);
-  for (int r = 0; r < rows; ++r) {
-    for (int c = 0; c < cols; ++c) part(r, c) = whole(r + 90, c + 200);
-  }
-  return part;
-}
-
-FormTest::FormTest() {
-  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  folder = fs::path(testing::TempDir()) /
-           (std::string("form-") + test->name() + "-" + std::to_string(::getpid()));
-  fs::create_directories(folder);
-  form.Form_Load();
-}
-
-FormTest::~FormTest() {
-  std::error_code ignored;
-  fs::remove_all(folder, ignored);
-}
 
 void FormTest::Load(const Image& image) {
   WriteFile(Path("source.bmp"), WriteBmp(image));
@@ -55,11 +17,11 @@ void FormTest::Save(const std::string& name) {
   form.mnuSaveReconstructedImage_Click();
 }
 
-void FormTest::Choose(const Coder& coder, std::string rate) {
+void FormTest::Choose(const Coder& coder, const std::string& rate) {
   const int version = coder.method == ScanMethod::kAswdr ? coder.version : 0;
   form.OpMethod.Select(static_cast<std::size_t>(version));
   form.OpEntropyCode.Select(coder.IsArithmetic() ? 1 : 0);
-  form.txtBitRate.text = std::move(rate);
+  form.txtBitRate.text = rate;
 }
 
 void FormTest::Go(const std::string& name) {

@@ -1,43 +1,64 @@
-// A loaded form on a fake desktop, a folder of its own, and the hands of a user.
+// A loaded form on a desktop without a display, a folder of its own, and the hands of a user.
 #pragma once
 
-#include <filesystem>
-#include <functional>
-#include <gtest/gtest.h>
-#include <string>
-#include <utility>
-
-#include "marovia/codec.h"
-#include "marovia/image.h"
+#include <deque>
 
 #include "app/frm_main.h"
 #include "codec/coders.h"
-#include "tests/app/fake_desktop.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 
-// A part of a photograph, 0 to 255 everywhere.
-Image Photograph(int rows, int cols);
+// A queue of answers to file questions, and a log of what was asked, shown and focused.
+class FakeDesktop : public Desktop {
+ public:
+  // A question without an answer is cancelled.
+  std::deque<fs::path> answers;
+  UnitsPerPixel units;
 
-Bytes FileBytes(const std::filesystem::path& file);
-void WriteFile(const std::filesystem::path& file, ByteView bytes);
+  std::vector<FileDialog> questions;
+  std::vector<std::string> reports;  // each text that Report showed
+  std::vector<std::string> focused;
+  std::vector<StudioRequest> studios;
+  std::string help;
+  bool busy = false;
+
+  std::optional<fs::path> ChooseFile(const FileDialog& dialog) override {
+    questions.push_back(dialog);
+    if (answers.empty()) return std::nullopt;
+    const auto answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+  void SetPointer(Pointer pointer) override { busy = pointer == Pointer::kBusy; }
+  void Repaint(const Control& control) override {
+    if (control.name == "Report") reports.push_back(static_cast<const TextBox&>(control).text);
+  }
+  void SetFocus(const Control& control) override { focused.emplace_back(control.name); }
+  void ShowStudio(const StudioRequest& request) override { studios.push_back(request); }
+  void ShowHelp(const fs::path& file, int command) override {
+    help = file.string() + " " + std::to_string(command);
+  }
+  [[nodiscard]] fs::path ProgramFolder() const override { return "/programs/marovia"; }
+  [[nodiscard]] UnitsPerPixel PictureUnits() const override { return units; }
+};
 
 constexpr std::int16_t kLeft = 1;
 constexpr std::int16_t kRight = 2;
 
 class FormTest : public testing::Test {
  protected:
-  FormTest();
-  ~FormTest() override;
+  FormTest() { form.Form_Load(); }
 
-  [[nodiscard]] std::filesystem::path Path(const std::string& name) const { return folder / name; }
+  [[nodiscard]] fs::path Path(const std::string& name) const { return folder.Path() / name; }
 
   // Writes the image as a BMP and loads it through the menu.
   void Load(const Image& image);
-  void LoadFile(const std::filesystem::path& file);
+  void LoadFile(const fs::path& file);
   void Save(const std::string& name);
   // Method and coding of a kind, and the rate's text.
-  void Choose(const Coder& coder, std::string rate);
+  void Choose(const Coder& coder, const std::string& rate);
+  void Choose(const Coder& coder) { Choose(coder, coder.lossless ? "0" : "1"); }
   // Go under the answer `name`.
   void Go(const std::string& name);
   void Compress(FileKind kind, const std::string& rate, const std::string& name);
@@ -49,8 +70,9 @@ class FormTest : public testing::Test {
   [[nodiscard]] CompressResult Expected(FileKind kind, double rate,
                                         const std::optional<Region>& region = {}) const;
   [[nodiscard]] bool InForce() const { return form.state.region.IsInForce(); }
+  [[nodiscard]] const Image& Reconstructed() const { return *form.state.ReconstructedImage; }
 
-  std::filesystem::path folder;
+  TemporaryFolder folder;
   FakeDesktop desktop;
   frmMain form{desktop};
 };

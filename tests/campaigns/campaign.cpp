@@ -9,21 +9,10 @@
 //                                       kind and wavelet, their pictures, and the coefficients of
 //                                       the floating-point wavelet; the same on every machine
 //   campaign images COUNT FOLDER        writes seeded images, FOLDER/00000.pgm and on
-#include <algorithm>
 #include <bit>
-#include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
-#include <random>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
-#include "marovia/codec.h"
-#include "marovia/measures.h"
-
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 #include "wavelet/catalogue.h"
 #include "wavelet/transform.h"
 

@@ -27,7 +27,11 @@ second_grey() {
   if [ -f "$picture" ] && convert "$picture" "ppm:$folder/theirs.pgm" && near; then return; fi
   case ${1,,} in
     *.bmp) bmptopnm "$1" ;;
-    *.tif | *.tiff) tiff2rgba "$1" "$folder/theirs.tif" && convert "$folder/theirs.tif[0]" ppm:- ;;
+    *.tif | *.tiff)
+      # A later page that it does not read is no matter.
+      tiff2rgba "$1" "$folder/theirs.tif" || true
+      convert "$folder/theirs.tif[0]" ppm:-
+      ;;
     *.png) pngtopam "$1" ;;
   esac >"$folder/theirs.pgm" 2>/dev/null && near
 }

@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "chart/line_chart.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

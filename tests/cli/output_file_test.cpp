@@ -1,17 +1,11 @@
 #include "files/output_file.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstddef>
 #include <ctime>
 #include <fcntl.h>
-#include <filesystem>
-#include <functional>
-#include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
-#include <string>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -20,15 +14,13 @@
 #include <thread>
 #include <unistd.h>
 
-#include "marovia/error.h"
-
-#include "tests/cli/tool_process.h"
+#include "tests/support/testing.h"
 
 namespace marovia::cli {
 namespace {
 
 namespace fs = std::filesystem;
-using test::ScratchFolder;
+using test::TemporaryFolder;
 
 const Bytes kContent = {'n', 'e', 'w'};
 
@@ -60,11 +52,11 @@ void LeaveNamedFilesOnly() {
 }
 
 // Runs the test where files can be written without a name, and where they cannot.
-void OnEveryFileSystem(const std::function<void(const ScratchFolder&)>& test) {
+void OnEveryFileSystem(const std::function<void(const TemporaryFolder&)>& test) {
   for (const bool named : {false, true}) {
     std::jthread([&] {
       SCOPED_TRACE(named ? "named" : "nameless");
-      const ScratchFolder folder;
+      const TemporaryFolder folder;
       if (named) LeaveNamedFilesOnly();
       test(folder);
     }).join();
@@ -72,7 +64,7 @@ void OnEveryFileSystem(const std::function<void(const ScratchFolder&)>& test) {
 }
 
 TEST(OutputFile, GetsThePermissionsOfAnyNewFileOrOfTheOneThatItReplaces) {
-  OnEveryFileSystem([](const ScratchFolder& folder) {
+  OnEveryFileSystem([](const TemporaryFolder& folder) {
     const mode_t before = ::umask(027);
     OutputFile(folder.Path("new"), false).Put(kContent);
     ::umask(before);
@@ -108,7 +100,7 @@ std::string Attribute(const std::string& path, const char* name) {
 
 TEST(OutputFile, GetsTheListAndTheAttributesOfTheOneThatItReplacesAndNoneOfTheFolder) {
   constexpr const char* kList = "system.posix_acl_access";
-  OnEveryFileSystem([](const ScratchFolder& folder) {
+  OnEveryFileSystem([](const TemporaryFolder& folder) {
     const std::string old = folder.Path("old");
     const std::string list = AccessList({6, 4, 0, 4, 0});
     const std::string wide = AccessList({7, 7, 7, 7, 7});
@@ -130,7 +122,7 @@ TEST(OutputFile, GetsTheListAndTheAttributesOfTheOneThatItReplacesAndNoneOfTheFo
 }
 
 TEST(OutputFile, FollowsSymbolicLinksAlsoToAFileYetToBe) {
-  const ScratchFolder folder;
+  const TemporaryFolder folder;
   fs::create_directory(folder.Path("deep"));
   fs::create_symlink("deep/target", folder.Path("link"));
   for (const bool force : {false, true}) {
@@ -143,18 +135,22 @@ TEST(OutputFile, FollowsSymbolicLinksAlsoToAFileYetToBe) {
   EXPECT_THROW(OutputFile(folder.Path("loop"), true), Error);
 }
 
+void ExpectOldAlone(const TemporaryFolder& folder) {
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{"old"});
+  EXPECT_EQ(folder.Read("old"), "old");
+}
+
 TEST(OutputFile, DoesNotReplaceAFileThatAppearedMeanwhile) {
-  OnEveryFileSystem([](const ScratchFolder& folder) {
-    const OutputFile output(folder.Path("late"), false);
-    folder.Write("late", "first");
+  OnEveryFileSystem([](const TemporaryFolder& folder) {
+    const OutputFile output(folder.Path("old"), false);
+    folder.Write("old", "old");
     EXPECT_THROW(output.Put(kContent), Error);
-    EXPECT_EQ(folder.Read("late"), "first");
-    EXPECT_EQ(folder.Names(), std::vector<std::string>{"late"});
+    ExpectOldAlone(folder);
   });
 }
 
 TEST(OutputFile, LeavesTheOldFileAndNothingElseAfterAnInterrupt) {
-  OnEveryFileSystem([](const ScratchFolder& folder) {
+  OnEveryFileSystem([](const TemporaryFolder& folder) {
     folder.Write("old", "old");
     // Held back here, the signal waits for the thread while the file is written.
     sigset_t terminate{};
@@ -165,8 +161,7 @@ TEST(OutputFile, LeavesTheOldFileAndNothingElseAfterAnInterrupt) {
     EXPECT_THROW(OutputFile(folder.Path("old"), true).Put(kContent), Error);
     const timespec atOnce{};
     EXPECT_EQ(::sigtimedwait(&terminate, nullptr, &atOnce), SIGTERM);
-    EXPECT_EQ(folder.Read("old"), "old");
-    EXPECT_EQ(folder.Names(), std::vector<std::string>{"old"});
+    ExpectOldAlone(folder);
   });
 }
 
@@ -174,15 +169,14 @@ TEST(OutputFile, LeavesTheOldFileAndNothingElseWhereTheDiskIsFull) {
   rlimit before{};
   ::getrlimit(RLIMIT_FSIZE, &before);
   const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  OnEveryFileSystem([&](const ScratchFolder& folder) {
+  OnEveryFileSystem([&](const TemporaryFolder& folder) {
     folder.Write("old", "old");
     const rlimit tiny{.rlim_cur = 2, .rlim_max = before.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &tiny);
-    EXPECT_THROW(OutputFile(folder.Path("old"), true).Put(kContent), Error);
-    EXPECT_THROW(OutputFile(folder.Path("new"), true).Put(kContent), Error);
+    for (const char* name : {"old", "new"})
+      EXPECT_THROW(OutputFile(folder.Path(name), true).Put(kContent), Error);
     ::setrlimit(RLIMIT_FSIZE, &before);
-    EXPECT_EQ(folder.Read("old"), "old");
-    EXPECT_EQ(folder.Names(), std::vector<std::string>{"old"});
+    ExpectOldAlone(folder);
   });
   std::signal(SIGXFSZ, handler);
 }

@@ -1,14 +1,10 @@
 // The built tool as a process, in a folder of its own.
 #pragma once
 
-#include <algorithm>
-#include <filesystem>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <string>
-#include <vector>
+#include <sys/wait.h>
 
-#include "marovia/image.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 
@@ -16,40 +12,40 @@ using Words = std::vector<std::string>;
 using Json = nlohmann::json;
 
 struct ToolResult {
-  int status = -1;  // the exit status; minus the signal that ended it
+  int status;  // the exit status; above 128 where a signal ended it
   std::string out;
   std::string err;
 };
 
-// A folder that is empty at first and gone at the end of the test.
-class ScratchFolder {
- public:
-  ScratchFolder();
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  ~ScratchFolder();
+class ToolTest : public testing::Test {
+ protected:
+  // Runs the tool with the words behind its name, as a shell reads them. Standard output may go to
+  // a file of the system, such as /dev/full.
+  [[nodiscard]] ToolResult Run(const std::string& words, const std::string& input = "",
+                               const std::string& outFile = "") const {
+    streams_.Write("in", input);
+    streams_.Write("out", "");
+    const std::string out = outFile.empty() ? streams_.Path("out") : outFile;
+    const std::string command = "cd " + folder_.Path().string() + " && exec " MAROVIA_TOOL " " +
+                                words + " <" + streams_.Path("in") + " >" + out + " 2>" +
+                                streams_.Path("err");
+    const int status = std::system(command.c_str());
+    return {WEXITSTATUS(status), streams_.Read("out"), streams_.Read("err")};
+  }
+  // A run that must end well; its standard output.
+  std::string Done(const std::string& words, const std::string& input = "") const {
+    const ToolResult result = Run(words, input);
+    EXPECT_EQ(result.status, 0) << words << '\n' << result.err;
+    return result.out;
+  }
+  [[nodiscard]] Json Record(const std::string& words) const {
+    return Json::parse(Done(words + " --json"));
+  }
 
-  [[nodiscard]] std::string Path(const std::string& name) const { return folder_ / name; }
-  void Write(const std::string& name, const std::string& content) const;
-  [[nodiscard]] std::string Read(const std::string& name) const;
-  [[nodiscard]] Words Names(const std::string& folder = ".") const;  // sorted
-
-  // Runs the tool with this folder as its current one. Standard output may go to a file of the
-  // system, such as /dev/full.
-  [[nodiscard]] ToolResult Run(const Words& words, const std::string& input = "",
-                               const std::string& outFile = "") const;
+  TemporaryFolder folder_;
 
  private:
-  std::filesystem::path folder_;  // what the tool sees; beside it, its standard streams
-};
-
-class ToolTest : public ::testing::Test {
- protected:
-  // A run that must end well; its standard output.
-  std::string Done(const Words& words, const std::string& input = "") const;
-  [[nodiscard]] Json Record(Words words) const;  // the same with --json
-
-  ScratchFolder folder_;
+  TemporaryFolder streams_;
 };
 
 inline auto LinesIn(const std::string& text) {
@@ -57,7 +53,12 @@ inline auto LinesIn(const std::string& text) {
 }
 
 // The samples of an image as a binary PGM, and back from any format.
-std::string PgmText(const Image& image);
-Image ImageIn(const std::string& file);
+inline std::string PgmText(const Image& image) {
+  const Bytes bytes = WritePgm(image);
+  return {bytes.begin(), bytes.end()};
+}
+inline Image ImageIn(const std::string& file) {
+  return ReadImage(BytesOf(file)).image;
+}
 
 }  // namespace marovia::test

@@ -1,11 +1,8 @@
 // Folders of folders, and what of them is done again.
 #include "tests/cli/tool_process.h"
-#include "tests/support/test_images.h"
 
 namespace marovia::test {
 namespace {
-
-namespace fs = std::filesystem;
 
 // Files of one name in several folders, with names that a shell or a terminal minds.
 class Trees : public ToolTest {
@@ -37,35 +34,31 @@ class Trees : public ToolTest {
 };
 
 TEST_F(Trees, GoThereAndBackWithTheirFolders) {
-  Done({"compress", "-r", "in", "--output-dir", "packed", "--mirror", "in/", "--lossless", "-j",
-        "auto"});
+  Done("compress -r in --output-dir packed --mirror in/ --lossless -j auto");
   EXPECT_EQ(FilesBelow("packed"), files_);
-  Done({"truncate", "-r", "packed", "--output-dir", "packed/small", "--mirror", "packed", "--rate",
-        "1"});
+  Done("truncate -r packed --output-dir packed/small --mirror packed --rate 1");
   EXPECT_EQ(FilesBelow("packed/small"), files_);
-  Done({"thumbnail", "-r", "packed/small", "--output-dir", "icons", "--mirror", "packed/small"});
+  Done("thumbnail -r packed/small --output-dir icons --mirror packed/small");
   EXPECT_EQ(FilesBelow("icons"), files_);
   fs::remove_all(folder_.Path("packed/small"));
-  Done({"decompress", "-r", "packed", "--output-dir", "back", "--mirror", "packed", "--format",
-        "png"});
+  Done("decompress -r packed --output-dir back --mirror packed --format png");
   EXPECT_EQ(FilesBelow("back"), files_);
 
-  const std::string measures =
-      Done({"measure", "-r", "in", "--against", "back", "--mirror", "in", "-q"});
+  const std::string measures = Done("measure -r in --against back --mirror in -q");
   EXPECT_EQ(LinesIn(measures), 4 * std::ssize(files_)) << measures;
   std::istringstream lines(measures);
   for (std::string line; std::getline(lines, line);)
     EXPECT_TRUE(!line.starts_with("PSNR") || line.ends_with("identical")) << line;
-  EXPECT_EQ(LinesIn(Done({"info", "-r", "packed", "--json"})), std::ssize(files_));
+  EXPECT_EQ(LinesIn(Done("info -r packed --json")), std::ssize(files_));
 }
 
 TEST_F(Trees, AreRefusedBeforeAnythingRunsWhereAFileHasNoPlaceOfItsOwn) {
-  const std::pair<Words, std::string> cases[] = {
-      {{"compress", "-r", "in", "--output-dir", "out"}, ", and 3 more likewise; nothing was done"},
-      {{"compress", "-r", "in", "--output-dir", "out", "--mirror", "in/c"}, "not lie below in/c"},
-      {{"decompress", "-r", "in", "--output-dir", "out"}, "no file that is read here"}};
+  const std::pair<std::string, std::string> cases[] = {
+      {"compress -r in --output-dir out", ", and 3 more likewise; nothing was done"},
+      {"compress -r in --output-dir out --mirror in/c", "not lie below in/c"},
+      {"decompress -r in --output-dir out", "no file that is read here"}};
   for (const auto& [words, said] : cases) {
-    const ToolResult result = folder_.Run(words);
+    const ToolResult result = Run(words);
     EXPECT_EQ(result.status, 2);
     EXPECT_NE(result.err.find(said), std::string::npos) << result.err;
     EXPECT_FALSE(fs::exists(folder_.Path("out")));
@@ -74,9 +67,7 @@ TEST_F(Trees, AreRefusedBeforeAnythingRunsWhereAFileHasNoPlaceOfItsOwn) {
 
 TEST_F(Trees, AreUpdatedWhereAnInputIsNewer) {
   const auto update = [&] {
-    return folder_
-        .Run({"compress", "-r", "in", "--output-dir", "out", "--mirror", "in", "--update"})
-        .err;
+    return Run("compress -r in --output-dir out --mirror in --update").err;
   };
   EXPECT_EQ(update(), "marovia: 5 of 5 files done\n");
   EXPECT_EQ(update(), "marovia: 0 of 5 files done, 5 skipped\n");
@@ -91,8 +82,7 @@ TEST_F(Trees, AreMeasuredAsFarAsEachHasItsLike) {
   for (const char* name :
        {"one.pgm", "two.pgm", "three.pgm", "other/one.bmp", "other/two.pgm", "other/two.png"})
     folder_.Write(name, "P2 1 1 255 7");
-  const ToolResult result =
-      folder_.Run({"measure", "one.pgm", "two.pgm", "three.pgm", "--against", "other"});
+  const ToolResult result = Run("measure one.pgm two.pgm three.pgm --against other");
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.out.starts_with("one.pgm\nSup-norm error:  0\n")) << result.out;
   EXPECT_NE(result.err.find("two.pgm: both other/two.pgm and other/two.png"), std::string::npos);

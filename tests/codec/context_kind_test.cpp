@@ -1,16 +1,5 @@
 // The context-coded kind through the functions that all kinds share.
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <gtest/gtest.h>
-#include <utility>
-#include <vector>
-
-#include "marovia/codec.h"
-#include "marovia/measures.h"
-
-#include "tests/support/code_of.h"
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

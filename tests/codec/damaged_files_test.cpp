@@ -1,14 +1,7 @@
 // Files that are cut, and headers that ask for what cannot be.
-#include <gtest/gtest.h>
-#include <tuple>
-
-#include "marovia/codec.h"
-
 #include "format/file_header.h"
-#include "tests/support/code_of.h"
 #include "tests/support/plain_codec.h"
 #include "tests/support/plain_symbols.h"
-#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {

@@ -1,15 +1,6 @@
 // The library against the codec written plainly: the same bytes, reports and pictures, over seeded
 // random images and settings.
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <random>
-
-#include "tests/support/differences.h"
 #include "tests/support/plain_codec.h"
-#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {

@@ -1,12 +1,4 @@
 // The worked example of docs/file_format.md: the files that it lists are those of its image.
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <sstream>
-#include <string>
-
-#include "marovia/codec.h"
-
 #include "tests/support/plain_codec.h"
 
 namespace marovia {

@@ -1,14 +1,5 @@
 // What a rate, a number of bytes, a quality and a region promise.
-#include <cmath>
-#include <cstdint>
-#include <gtest/gtest.h>
-
-#include "marovia/codec.h"
-#include "marovia/measures.h"
-
-#include "tests/support/code_of.h"
 #include "tests/support/plain_codec.h"
-#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {

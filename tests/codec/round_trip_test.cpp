@@ -1,16 +1,5 @@
 // Images of every size come back, and their files tell the size.
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <gtest/gtest.h>
-#include <random>
-#include <string_view>
-
-#include "marovia/codec.h"
-
-#include "tests/support/code_of.h"
 #include "tests/support/plain_codec.h"
-#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {

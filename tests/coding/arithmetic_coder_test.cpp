@@ -1,12 +1,7 @@
 // The arithmetic coder against the one that moves its interval bit by bit.
 #include "coding/arithmetic_coder.h"
 
-#include <gtest/gtest.h>
-#include <random>
-#include <vector>
-
 #include "tests/support/plain_symbols.h"
-#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {

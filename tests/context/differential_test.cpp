@@ -1,14 +1,10 @@
 // The engine, with either set of loops, against the codec written plainly: the same files, and the
 // same pictures of whole, cut and damaged ones.
-#include <algorithm>
 #include <cstdlib>
-#include <gtest/gtest.h>
-#include <random>
-#include <string>
 
 #include "context/kernels.h"
 #include "tests/support/plain_context.h"
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

@@ -1,10 +1,6 @@
 // What a context-coded file may not be, and what is told of one while it is coded.
-#include <gtest/gtest.h>
-#include <optional>
-#include <vector>
-
 #include "context/context_codec.h"
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {

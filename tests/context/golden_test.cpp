@@ -1,55 +1,20 @@
 // The recorded context-coded files and the pictures of whole and cut ones.
-#include <fstream>
-#include <functional>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <map>
-#include <sstream>
-#include <string>
-#include <vector>
-
 #include "context/kernels.h"
 #include "tests/support/plain_context.h"
-#include "tests/support/sha256.h"
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {
 
-const std::string kData = MAROVIA_TEST_DATA;
-
 using Cells = std::map<std::string, std::string>;
-
-std::vector<std::string> SplitAtTabs(const std::string& line) {
-  std::vector<std::string> cells;
-  std::istringstream in(line);
-  for (std::string cell; std::getline(in, cell, '\t');) cells.push_back(cell);
-  return cells;
-}
-
-// The rows of a table, each by the headings of its columns.
-std::vector<Cells> ReadTable(const std::string& name) {
-  std::ifstream file(kData + "/" + name);
-  std::string line;
-  std::getline(file, line);
-  const std::vector<std::string> headings = SplitAtTabs(line);
-  std::vector<Cells> rows;
-  while (std::getline(file, line)) {
-    const std::vector<std::string> cells = SplitAtTabs(line);
-    Cells& row = rows.emplace_back();
-    for (std::size_t i = 0; i < headings.size(); ++i) row[headings[i]] = cells.at(i);
-  }
-  if (rows.empty()) throw std::runtime_error(name + ": no rows");
-  return rows;
-}
+using test::ReadTable;
 
 Image ImageOf(const Cells& row) {
   const std::string& name = row.at("image");
   if (!name.ends_with(".pgm")) {
     return test::NamedImage(name, std::stoi(row.at("rows")), std::stoi(row.at("cols")));
   }
-  std::ifstream file(kData + "/../../Images/" + name, std::ios::binary);
-  return ReadImage(Bytes(std::istreambuf_iterator<char>(file), {})).image;
+  return ReadImage(test::FileBytes(MAROVIA_ROOT "/Images/" + name)).image;
 }
 
 // "20,30,60,90 share 0.5" or "-".

@@ -1,12 +1,9 @@
 // Every answer of an explorer is that of the library to the same question.
 #include "explore/explorer.h"
 
-#include <gtest/gtest.h>
-#include <random>
-
 #include "codec/coders.h"
 #include "explore/similarity.h"
-#include "tests/support/test_images.h"
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 namespace {

@@ -1,10 +1,9 @@
 // Where a view stands, how a region is dragged, what small and different images look like.
-#include <gtest/gtest.h>
-
 #include "explore/difference.h"
 #include "explore/rate_scale.h"
 #include "explore/region_grip.h"
 #include "explore/viewport.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 

@@ -1,12 +1,6 @@
 // The fuzzers' targets without a fuzzer, on inputs that once failed.
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <string>
-
 #include "fuzz/targets.h"
+#include "tests/support/testing.h"
 
 namespace marovia::fuzz {
 namespace {

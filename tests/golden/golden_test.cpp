@@ -1,67 +1,41 @@
 // The library and the plain codec against the files and pictures that an independent program gave.
-#include <cmath>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include "marovia/codec.h"
-
 #include "tests/support/plain_codec.h"
-#include "tests/support/sha256.h"
-#include "tests/support/test_images.h"
 
 namespace marovia {
 namespace {
 
-std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
-  return parts;
-}
+using Cells = std::map<std::string, std::string>;
 
-// A row of a table: its cells, and what its first say.
+// What a row of a table asks for.
 struct Row {
-  std::string label;
-  std::vector<std::string> cells;
+  explicit Row(Cells& row)
+      : image(test::NamedImage(row["image"], std::stoi(row["rows"]), std::stoi(row["cols"]))),
+        bitsOfARow(image.Cols() * std::stod(row["rate"])) {
+    options.kind = KindOfExtension(row["extension"]).value();
+    options.wavelet = static_cast<WaveletKind>(std::stoi(row["wavelet"]));
+    options.levels = std::stoi(row["levels"]);
+    options.pad = false;
+    // The budgets were made of as many whole bits for each row.
+    options.rate = std::nearbyint(bitsOfARow) / image.Cols();
+    if (row["roi"].size() < 2) return;
+    std::istringstream sides(row["roi"]);
+    Region& region = options.region.emplace();
+    char comma = 0;
+    sides >> region.row1 >> comma >> region.col1 >> comma >> region.row2 >> comma >> region.col2;
+    options.share = std::stof(row["share"]);
+  }
+
   Image image;
+  double bitsOfARow;  // not yet rounded
   CompressOptions options;
-  double bitsOfARow = 0;  // of the image, not yet rounded
 };
 
-Row ReadRow(const std::string& line) {
-  Row row;
-  row.cells = Split(line, '\t');
-  for (int i = 0; i < 9; ++i) row.label += row.cells.at(i) + " ";
-  row.image = test::NamedImage(row.cells[0], std::stoi(row.cells[1]), std::stoi(row.cells[2]));
-  row.options.kind = KindOfExtension(row.cells[3]).value();
-  row.options.wavelet = static_cast<WaveletKind>(std::stoi(row.cells[4]));
-  row.options.levels = std::stoi(row.cells[5]);
-  row.options.pad = false;
-  // The budgets were made of as many whole bits for each row.
-  row.bitsOfARow = row.image.Cols() * std::stod(row.cells[6]);
-  row.options.rate = std::nearbyint(row.bitsOfARow) / row.image.Cols();
-  return row;
-}
-
-std::vector<Row> ReadTable(const std::string& name) {
-  std::ifstream file(std::string(MAROVIA_TEST_DATA "/") + name);
-  std::vector<Row> rows;
-  std::string line;
-  std::getline(file, line);
-  while (std::getline(file, line)) rows.push_back(ReadRow(line));
-  EXPECT_FALSE(rows.empty()) << name;
-  return rows;
-}
-
-void AddRegion(Row& row) {
-  if (row.cells[7] == "-") return;
-  const auto sides = Split(row.cells[7], ',');
-  row.options.region = Region{std::stoi(sides.at(0)), std::stoi(sides.at(1)),
-                              std::stoi(sides.at(2)), std::stoi(sides.at(3))};
-  row.options.share = std::stof(row.cells[8]);
+// Calls check(cells, row) for every row.
+void ForRows(const std::string& table, auto check) {
+  for (Cells& cells : test::ReadTable(table)) {
+    SCOPED_TRACE(testing::PrintToString(cells));
+    check(cells, Row(cells));
+  }
 }
 
 struct Codec {
@@ -94,25 +68,22 @@ class Golden : public testing::TestWithParam<Codec> {
 };
 
 TEST_P(Golden, GivesTheRecordedFilesAndPictures) {
-  for (Row& row : ReadTable("expected_results.tsv")) {
-    SCOPED_TRACE(row.label);
-    AddRegion(row);
+  ForRows("expected_results.tsv", [](Cells& cells, const Row& row) {
     const plain::Coded coded = GetParam().compress(row.image, row.options);
-    EXPECT_EQ(test::Sha256(coded.file), row.cells[10]);
-    EXPECT_EQ(std::to_string(3 * coded.passes.size()), row.cells[15]);
-    EXPECT_EQ(PixelHash(row, coded.file, 1), row.cells[11]);
-    if (row.cells[12] == "-") continue;
-    EXPECT_EQ(PixelHash(row, coded.file, 0.5), row.cells[12]);
-  }
+    EXPECT_EQ(test::Sha256(coded.file), cells["sha256_file"]);
+    EXPECT_EQ(std::to_string(3 * coded.passes.size()), cells["report_lines"]);
+    EXPECT_EQ(PixelHash(row, coded.file, 1), cells["sha256_pixels"]);
+    if (cells["sha256_pixels_half_rate"] == "-") return;
+    EXPECT_EQ(PixelHash(row, coded.file, 0.5), cells["sha256_pixels_half_rate"]);
+  });
 }
 
 TEST_P(Golden, GivesTheRecordedPicturesOfCutFiles) {
-  for (const Row& row : ReadTable("cut_files.tsv")) {
-    SCOPED_TRACE(row.label);
+  ForRows("cut_files.tsv", [](Cells& cells, const Row& row) {
     const Bytes file = GetParam().compress(row.image, row.options).file;
-    const ByteView cut = ByteView(file).first(std::stoul(row.cells[7]));
-    EXPECT_EQ(PixelHash(row, cut, 1), row.cells[8]);
-  }
+    const ByteView cut = ByteView(file).first(std::stoul(cells["bytes_kept"]));
+    EXPECT_EQ(PixelHash(row, cut, 1), cells["sha256_pixels"]);
+  });
 }
 
 INSTANTIATE_TEST_SUITE_P(, Golden, testing::ValuesIn(kCodecs),

@@ -1,11 +1,11 @@
 // Headers and run-length codes that files of other programs do not show, and the writer.
-#include <gtest/gtest.h>
-#include <limits>
 
-#include "tests/image/image_files.h"
+#include "tests/support/testing.h"
 
-namespace marovia {
+namespace marovia::test {
 namespace {
+
+constexpr std::int64_t kUnlimited = std::numeric_limits<std::int64_t>::max();
 
 // Field positions.
 constexpr std::size_t kPixelsAt = 10;
@@ -17,9 +17,7 @@ constexpr std::size_t kCompression = 30;
 constexpr std::size_t kColours = 46;
 
 Bytes With(Bytes file, std::size_t at, std::uint32_t value, std::size_t bytes = 4) {
-  for (std::size_t i = 0; i < bytes; ++i, value >>= 8) {
-    file[at + i] = static_cast<std::uint8_t>(value);
-  }
+  for (; bytes > 0; --bytes, value >>= 8) file[at++] = static_cast<std::uint8_t>(value);
   return file;
 }
 
@@ -53,12 +51,12 @@ std::string TextOf(const Image& image) {
 }
 
 TEST(BmpHeader, SaysWhatIsWrong) {
-  const Bytes good = FileBytes("palette8.bmp");
+  const Bytes good = SampleFile("palette8.bmp");
   const std::tuple<Bytes, Errc, std::string_view> cases[] = {
       {Bytes(good.begin(), good.begin() + 17), Errc::kMalformed, "takes 18 bytes; 17 are there"},
       {Bytes(good.begin(), good.begin() + 53), Errc::kMalformed, "takes 54 bytes; 53 are there"},
       {With(good, kInfoSize, 60), Errc::kUnsupported, "information header of 60 bytes"},
-      {With(FileBytes("palette8_os2.bmp"), kCompression, 3), Errc::kUnsupported,
+      {With(SampleFile("palette8_os2.bmp"), kCompression, 3), Errc::kUnsupported,
        "compression 3 of OS/2"},
       {With(good, kBits, 7, 2), Errc::kUnsupported, "7 bits a pixel"},
       {With(good, kCompression, 2), Errc::kMalformed, "compression 2 with 8 bits"},
@@ -66,22 +64,18 @@ TEST(BmpHeader, SaysWhatIsWrong) {
       {With(good, kHeight, 0x80000000), Errc::kLimit, "2147483648 rows"},
       {With(good, kHeight, 8), Errc::kMalformed, "need 125 bytes, but 112 are"},
       {With(good, kColours, 2), Errc::kMalformed, "but a palette of 2"},
-      {With(FileBytes("colour32_masks.bmp"), 54, 0xF0F), Errc::kMalformed, "mask of 3855"},
-      {With(FileBytes("colour565.bmp"), 58, 0x1E000), Errc::kMalformed, "mask of 122880"},
-      {With(FileBytes("colour32_masks.bmp"), kPixelsAt, 54), Errc::kMalformed, "end at 66"}};
-  for (const auto& [file, code, part] : cases) {
-    EXPECT_EQ(CodeOf([&, &bytes = file] { ReadImage(bytes); }, part), code) << part;
-  }
-}
-
-TEST(BmpHeader, NeedsTheBytesOfAHugeImageBeforeItIsAllocated) {
-  const Bytes file = With(With(FileBytes("colour32.bmp"), kWidth, 0x2000000), kHeight, 0x7FFFFFFF);
-  EXPECT_EQ(CodeOf([&] { ReadImage(file, std::numeric_limits<std::int64_t>::max()); }, "cut short"),
-            Errc::kMalformed);
+      {With(SampleFile("colour32_masks.bmp"), 54, 0xF0F), Errc::kMalformed, "mask of 3855"},
+      {With(SampleFile("colour565.bmp"), 58, 0x1E000), Errc::kMalformed, "mask of 122880"},
+      {With(SampleFile("colour32_masks.bmp"), kPixelsAt, 54), Errc::kMalformed, "end at 66"},
+      // Needs the bytes before anything is allocated.
+      {With(With(SampleFile("colour32.bmp"), kWidth, 0x2000000), kHeight, 0x7FFFFFFF),
+       Errc::kMalformed, "cut short"}};
+  for (const auto& [file, code, part] : cases)
+    EXPECT_EQ(CodeOf([&, &bytes = file] { ReadImage(bytes, kUnlimited); }, part), code) << part;
 }
 
 TEST(BmpHeader, IsReadLeniently) {
-  const Bytes good = FileBytes("palette8.bmp");
+  const Bytes good = SampleFile("palette8.bmp");
   const Image image = ReadImage(good).image;
   EXPECT_EQ(ReadImage(With(good, 2, 1)).image, image) << "a wrong file size";
   EXPECT_EQ(ReadImage(With(good, 34, 0xFFFFFFFF)).image, image) << "a wrong size of the pixels";
@@ -162,4 +156,4 @@ TEST(WriteBmp, GivesAGreyFileOfPaddedRowsFromTheBottom) {
 }
 
 }  // namespace
-}  // namespace marovia
+}  // namespace marovia::test

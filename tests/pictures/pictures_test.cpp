@@ -1,13 +1,9 @@
 // Image files that libraries read: made by other programs, damaged, and refused.
-#include <algorithm>
-#include <sstream>
-#include <tuple>
-
 #include "pictures/orientation.h"
 #include "pictures/picture.h"
-#include "tests/image/image_files.h"
+#include "tests/support/testing.h"
 
-namespace marovia {
+namespace marovia::test {
 namespace {
 
 // Files that hold the samples of a plain one.
@@ -40,7 +36,7 @@ const SameFiles kFiles[] = {
     {"grey_turned.jpg", "turned_jpg.pgm", ""}};
 
 Bytes PictureBytes(const std::string& name) {
-  return FileBytes("../pictures/" + name);
+  return SampleFile("../pictures/" + name);
 }
 
 // Calls check(file, group) for all of them.
@@ -116,8 +112,8 @@ TEST(ReadPicture, RefusesWhatItCannotTurnToGrey) {
 TEST(ReadPicture, TakesTheFirstPageOfSeveralAndSaysSo) {
   const Bytes file = PictureBytes("pages.tif");
   EXPECT_EQ(ReadPicture(file).notices, std::vector<std::string>{"page 1 of 2"});
-  EXPECT_EQ(ReadPicture(file).image, ReadImage(FileBytes("grey.pgm")).image);
-  EXPECT_EQ(ReadPicture(file, {.page = 2}).image, ReadImage(FileBytes("colour.ppm")).image);
+  EXPECT_EQ(ReadPicture(file).image, ReadImage(SampleFile("grey.pgm")).image);
+  EXPECT_EQ(ReadPicture(file, {.page = 2}).image, ReadImage(SampleFile("colour.ppm")).image);
   EXPECT_EQ(CodeOf([&] { ReadPicture(file, {.page = 3}); }, "no page 3; the file has 2"),
             Errc::kInvalidArgument);
 }
@@ -150,4 +146,4 @@ TEST(PictureWriters, WriteWhatComesBack) {
 }
 
 }  // namespace
-}  // namespace marovia
+}  // namespace marovia::test

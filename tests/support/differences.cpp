@@ -1,8 +1,3 @@
-#include "tests/support/differences.h"
-
-#include <algorithm>
-#include <sstream>
-
 #include "codec/coders.h"
 #include "tests/support/plain_codec.h"
 

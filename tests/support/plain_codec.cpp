@@ -1,14 +1,6 @@
 #include "tests/support/plain_codec.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstddef>
-#include <limits>
 #include <memory>
-#include <stdexcept>
-#include <string>
-#include <utility>
 
 #include "base/checked.h"
 #include "measures/region.h"

@@ -3,12 +3,7 @@
 // mask are the library's own; files recorded elsewhere hold those.
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <vector>
-
-#include "marovia/codec.h"
-#include "marovia/grid.h"
+#include "tests/support/testing.h"
 
 namespace marovia::plain {
 

@@ -1,11 +1,8 @@
 #include "tests/support/plain_context.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
-
 #include "context/context_bands.h"
 #include "context/range_coder.h"
+#include "tests/support/testing.h"
 #include "wavelet/catalogue.h"
 
 namespace marovia::plain {

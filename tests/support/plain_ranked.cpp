@@ -1,7 +1,5 @@
 #include "tests/support/plain_ranked.h"
 
-#include <cstdlib>
-
 namespace marovia::plain {
 
 RankedVisits::RankedVisits(int levels, int rows, int cols)

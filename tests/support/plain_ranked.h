@@ -1,11 +1,7 @@
 // The order of the second ASWDR version, read plainly: every score a number, every line a queue.
 #pragma once
 
-#include <array>
 #include <deque>
-#include <optional>
-
-#include "marovia/grid.h"
 
 #include "tests/support/plain_codec.h"
 

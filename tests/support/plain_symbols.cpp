@@ -1,7 +1,5 @@
 #include "tests/support/plain_symbols.h"
 
-#include <utility>
-
 #include "base/checked.h"
 
 namespace marovia::plain {

@@ -3,12 +3,7 @@
 // it; to read, it returns what comes next, whatever it is given.
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <optional>
-#include <vector>
-
-#include "marovia/image.h"
+#include "tests/support/testing.h"
 
 namespace marovia::plain {
 

@@ -1,11 +1,6 @@
-#include "tests/support/sha256.h"
-
-#include <algorithm>
-#include <array>
 #include <bit>
-#include <cmath>
-#include <cstddef>
-#include <cstdint>
+
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 namespace {

@@ -1,9 +1,4 @@
-#include "tests/support/test_images.h"
-
-#include <algorithm>
-#include <cstdint>
-#include <stdexcept>
-#include <string>
+#include "tests/support/testing.h"
 
 namespace marovia::test {
 namespace {

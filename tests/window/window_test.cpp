@@ -9,30 +9,31 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QRadioButton>
-#include <fstream>
-#include <iterator>
+
+#include "window/tool_window.h"
 
 namespace marovia::test {
 
-namespace {
-
-Bytes FileBytes(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+QPoint PixelOf(const QWidget& picture, QPoint coordinate) {
+  const auto [left, top, factor] = PlaceOfPicture(picture);
+  const QPointF pixel = QPointF(left, top) + (QPointF(coordinate) - QPointF(0.5, 0.5)) * factor;
+  const QPointF middle = pixel / picture.devicePixelRatioF();
+  return {static_cast<int>(std::floor(middle.x())), static_cast<int>(std::floor(middle.y()))};
 }
 
-}  // namespace
-
-Image ReadImageFile(const std::filesystem::path& file) {
-  return ReadImage(FileBytes(file)).image;
-}
-
-Image Photograph(int rows, int cols) {
-  const Image whole = ReadImageFile(MAROVIA_ROOT "/Images/camera.pgm");
-  Image part(rows, cols);
-  for (int r = 0; r < rows; ++r)
-    for (int c = 0; c < cols; ++c) part(r, c) = whole((r + 90) % 512, (c + 200) % 512);
-  return part;
+void ExpectShows(QWidget& picture, const Image& raster) {
+  ASSERT_EQ(raster.Rows(), 256);
+  const QImage shown = picture.grab().toImage();
+  const PicturePlace place = PlaceOfPicture(picture);
+  const int side = 256 * place.factor;
+  int wrong = 0;
+  for (int y = place.top; y < place.top + side; ++y) {
+    for (int x = place.left; x < place.left + side; ++x) {
+      const PicturePoint at = place.CoordinateAt(x + 0.5, y + 0.5);
+      wrong += qGray(shown.pixel(x, y)) != raster(at.row - 1, at.col - 1) ? 1 : 0;
+    }
+  }
+  EXPECT_EQ(wrong, 0);
 }
 
 WindowTest::WindowTest() {
@@ -75,21 +76,18 @@ void WindowTest::AnswerFileQuestion(const QString& name, bool replace) {
   answerer_.start(10);
 }
 
-void WindowTest::Load(const Image& image, const QString& name) {
-  const Bytes bytes = WriteBmp(image);
-  std::ofstream(Path(name).toStdString(), std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()),
-             static_cast<std::streamsize>(bytes.size()));
-  AnswerFileQuestion(Path(name));
+void WindowTest::Load(const Image& image) {
+  const QString name = Path("source.bmp");
+  WriteFile(name.toStdString(), WriteBmp(image));
+  AnswerFileQuestion(name);
   Menu("mnuGetImage");
   answerer_.stop();
   window.activateWindow();
   EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
 }
 
-void WindowTest::Choose(const char* method, const char* coding, const QString& rate) {
-  Click(method);
-  Click(coding);
+void WindowTest::Choose(const std::string& number, const QString& rate) {
+  for (const char* group : {"OpMethod", "OpEntropyCode"}) Click((group + number).c_str());
   Type("txtBitRate", rate);
 }
 
@@ -141,19 +139,19 @@ TEST_F(WindowTest, FileQuestionsOfferTheFiltersGiveTheSuffixAndAskBeforeReplacin
   Load(Photograph(64, 64));
   EXPECT_EQ(filters, (QStringList{"Windows bitmap (*.bmp)", "PGM file (*.pgm)"}));
   Menu("mnuCompress");
-  Choose("OpMethod(1)", "OpEntropyCode(1)", "0.5");
+  Choose("(1)", "0.5");
   GoUnder("bare");
   EXPECT_EQ(filters, QStringList{"ASWDR_Ver1 arith. compression (*.awf)"});
   EXPECT_FALSE(asked);
   ASSERT_TRUE(QFile::exists(Path("bare.awf")));
   // A name that means something else does not come into question.
   for (const char* name : {"bare.awf", "source.bmp"}) {
-    const Bytes before = FileBytes(Path(name).toStdString());
+    const std::string file = Path(name).toStdString();
+    const Bytes before = FileBytes(file);
     Menu("mnuCompress");
     Type("txtBitRate", "1");
     GoUnder(name, false);
-    EXPECT_TRUE(asked);
-    EXPECT_EQ(FileBytes(Path(name).toStdString()), before);
+    EXPECT_TRUE(asked && FileBytes(file) == before);
   }
 }
 
@@ -197,13 +195,10 @@ TEST_F(WindowTest, EveryLabelFitsFromSmallLettersToLargeOnes) {
 
 TEST_F(WindowTest, DroppedFilesLoadAndDecompress) {
   const Bytes ranked = Compress(Photograph(96, 80), {.kind = FileKind::kAwc}).file;
-  QFile file(Path("a.awc"));
-  file.open(QIODevice::WriteOnly);
-  file.write(reinterpret_cast<const char*>(ranked.data()), static_cast<qint64>(ranked.size()));
-  file.close();
+  WriteFile(Path("a.awc").toStdString(), ranked);
   QMimeData mime;
-  mime.setUrls({QUrl::fromLocalFile(MAROVIA_ROOT "/Images/camera.pgm"),
-                QUrl::fromLocalFile(file.fileName())});
+  mime.setUrls(
+      {QUrl::fromLocalFile(MAROVIA_ROOT "/Images/camera.pgm"), QUrl::fromLocalFile(Path("a.awc"))});
   const Qt::DropActions offered = Qt::MoveAction | Qt::CopyAction;
   QDragEnterEvent enter({10, 10}, offered, &mime, Qt::LeftButton, Qt::ShiftModifier);
   QApplication::sendEvent(&window, &enter);
@@ -218,6 +213,34 @@ TEST_F(WindowTest, DroppedFilesLoadAndDecompress) {
   // No button shows that it is chosen, but the keyboard still gets to the others.
   EXPECT_FALSE(Find<QWidget>("OpMethod(2)").isVisible());
   EXPECT_EQ(Find<QWidget>("OpMethod(0)").focusPolicy(), Qt::StrongFocus);
+}
+
+TEST_F(WindowTest, TheHelpLeadsWhereItsLinksSayAndFindsWords) {
+  QTest::keyClick(&window, Qt::Key_F1);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window.findChild<QWidget*>("Help") != nullptr; }));
+  EXPECT_TRUE(Find<QTextBrowser>("HelpPage").isVisible());  // which says where it is missing
+  ShowHelpWindow(MAROVIA_ROOT "/help/Marovia.HLP", &Reconstruction());
+  auto& help = FindIn<QWidget>(Reconstruction(), "Help");
+  auto& page = FindIn<QTextBrowser>(help, "HelpPage");
+  QStringList links;
+  for (auto block = page.document()->begin(); block.isValid(); block = block.next())
+    for (auto part = block.begin(); !part.atEnd(); ++part)
+      links << part.fragment().charFormat().anchorHref();
+  links.removeAll("");
+  ASSERT_GT(links.size(), 11);
+  for (const QString& link : links)
+    EXPECT_TRUE(page.toHtml().contains("name=\"" + link.mid(1) + "\"")) << link.toStdString();
+  page.setSource(QUrl(links[4]));
+  FindIn<QAction>(help, "Back").trigger();
+  EXPECT_TRUE(FindIn<QAction>(help, "Forward").isEnabled());
+
+  auto& search = FindIn<QLineEdit>(help, "HelpSearch");
+  QTest::keyClicks(&search, "flawless");
+  QTest::keyClick(&search, Qt::Key_Return);
+  EXPECT_EQ(page.textCursor().selectedText().toLower(), "flawless");
+  // The only place is found again from the top.
+  FindIn<QAction>(help, "Find Next").trigger();
+  EXPECT_TRUE(page.textCursor().hasSelection());
 }
 
 }  // namespace

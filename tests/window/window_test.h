@@ -7,19 +7,11 @@
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <string>
 
-#include "marovia/image.h"
-
+#include "tests/support/testing.h"
 #include "window/main_window.h"
 
 namespace marovia::test {
-
-Image ReadImageFile(const std::filesystem::path& file);
-// The sample photograph repeated and cut.
-Image Photograph(int rows, int cols);
 
 class WindowTest : public testing::Test {
  protected:
@@ -48,9 +40,10 @@ class WindowTest : public testing::Test {
   // What the question showed is kept in `filters`, `asked` tells whether it was a replacement.
   void AnswerFileQuestion(const QString& name, bool replace = true);
 
-  // Writes the image as a BMP and loads it through the menu and the file question.
-  void Load(const Image& image, const QString& name = "source.bmp");
-  void Choose(const char* method, const char* coding, const QString& rate);
+  // Writes the image as source.bmp and loads it through the menu and the file question.
+  void Load(const Image& image);
+  // Method and coding by their number in brackets.
+  void Choose(const std::string& number, const QString& rate);
   // Presses Go, and answers its question.
   void GoUnder(const QString& name, bool replace = true) {
     AnswerFileQuestion(Path(name), replace);

@@ -1,4 +1,4 @@
-#include "image/form_pgm.h"
+#include "app/form_pgm.h"
 
 #include <algorithm>
 #include <string>

@@ -1,9 +1,8 @@
+// The header, the first threshold, and the raw symbols.
+#include "coding/raw_symbols.h"
 #include "format/file_header.h"
-
-#include <algorithm>
-#include <gtest/gtest.h>
-
-#include "tests/support/code_of.h"
+#include "passes/run.h"
+#include "tests/support/testing.h"
 
 namespace marovia {
 namespace {
@@ -96,6 +95,47 @@ TEST(Budget, OfADecoderIsHeldToThatOfTheFile) {
   for (const std::int32_t stored : {99, 100, 101}) {
     EXPECT_EQ(SetBitBudget(stored, 100).bits, std::min(stored, 100));
     EXPECT_EQ(SetBitBudget(stored, 100).held, stored == 99);
+  }
+}
+
+// With 2^n itself the exponent must be above n: no decoder could know that it was passed over.
+TEST(FirstThreshold, LiesAboveEveryMagnitude) {
+  for (int n = -3; n < 24; ++n) {
+    const float power = std::ldexp(1.0F, n);
+    for (const float most : {std::nextafter(power, 0.0F), power, std::nextafter(power, 1e9F)}) {
+      const std::array coefficients = {0.0F, most / 3, -most, most / 2};
+      const int exponent = std::max(0, most < power ? n : n + 1);
+      EXPECT_EQ(GetThreshold(coefficients, kDaub97), exponent) << most;
+      EXPECT_EQ(GetThreshold(coefficients, kInteger53), exponent) << most;
+    }
+  }
+  EXPECT_EQ(GetThreshold(std::array{0.0F}, kDaub97), 0);
+  EXPECT_EQ(GetThreshold(std::array{0.0F}, kInteger22), 1);
+}
+
+TEST(BitSymbols, ReadBackNumbersOfEveryLength) {
+  Bytes stream;
+  BitSymbolWriter writer(120, stream);
+  std::vector<std::uint32_t> numbers;
+  for (int digits = 0; digits <= kMostDigits; ++digits) {
+    const std::uint32_t power = 1U << digits;
+    for (const std::uint32_t number : {power, power + power / 3, 2 * power - 1}) {
+      numbers.push_back(number);
+      writer.Found(number, digits % 2 == 0);
+      writer.Refine(digits % 3 == 0);
+    }
+  }
+  writer.Finish();
+  BitSymbolReader reader(120, stream);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    std::uint32_t number = 0;
+    bool negative = false;
+    bool moves = false;
+    ASSERT_TRUE(reader.ReadNumber(number) && reader.ReadSign(negative) &&
+                reader.ReadRefinement(moves));
+    EXPECT_EQ(number, numbers[i]);
+    EXPECT_EQ(negative, i / 3 % 2 == 0);
+    EXPECT_EQ(moves, i / 3 % 3 == 0);
   }
 }
 

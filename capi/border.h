@@ -1,11 +1,36 @@
-// Structs that begin with the size their caller was compiled with, which may be older or newer.
+// The border to C: nothing thrown behind it gets across, and structs that begin with the size their
+// caller was compiled with may be older or newer than ours.
 #pragma once
 
 #include <cstddef>
 
-#include "capi/public.h"
+// The header itself is free of attributes.
+#pragma GCC visibility push(default)
+#include "marovia/marovia.h"
+#pragma GCC visibility pop
 
 namespace marovia::capi {
+
+// Thrown where the caller's listener ends a run.
+struct Cancelled {};
+
+// The status of the exception being handled, told in `error` too unless that is null.
+marovia_status ReportException(marovia_error* error) noexcept;
+marovia_status ReportSuccess(marovia_error* error) noexcept;
+
+// What `work` does, with everything it throws turned into a status.
+template <class Work>
+marovia_status Guarded(marovia_error* error, const Work& work) noexcept {
+  try {
+    work();
+  } catch (...) {
+    return ReportException(error);
+  }
+  return ReportSuccess(error);
+}
+
+// Error kInvalidArgument that names what is missing where the pointer is null.
+void Require(const void* pointer, const char* name);
 
 // What is known of a struct: its size here, the least that it ever had, and its alignment, of which
 // every size is a multiple.

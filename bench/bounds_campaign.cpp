@@ -2,23 +2,14 @@
 // and 50 milliseconds; 64 MiB and 24 bytes a pixel beside the file itself.
 //
 //   bounds_campaign ROWS COLS TIMES     the dearest files known, as a table; exit status 1 where
-//   one
-//                                       takes more than TIMES the time, or too much memory
+//                                       one takes more than TIMES the time, or too much memory
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <limits>
 #include <malloc.h>
 #include <new>
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "marovia/codec.h"
 
 #include "codec/coders.h"
 #include "context/context_header.h"
