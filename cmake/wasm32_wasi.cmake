@@ -6,6 +6,6 @@ set(CMAKE_CXX_COMPILER clang++-19)
 set(CMAKE_CXX_COMPILER_TARGET wasm32-wasi)
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 # A throw ends the run (web/codec/module/run_time.cpp), so that a landing pad is never reached.
-set(CMAKE_CXX_FLAGS_INIT "-msimd128 -fexceptions")
+set(CMAKE_CXX_FLAGS_INIT "-msimd128 -mbulk-memory -mnontrapping-fptoint -msign-ext -fexceptions")
 # What the environment asks of the native linker is not for this one.
 unset(ENV{LDFLAGS})

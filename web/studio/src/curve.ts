@@ -4,6 +4,8 @@ import { sizeText } from "./texts";
 
 const width = 300;
 const height = 190;
+// Above it no eye sees a difference; the line runs out of the frame.
+const mostDecibels = 60;
 const frame = { left: 30, right: 6, top: 8, bottom: 22 };
 const namespace = "http://www.w3.org/2000/svg";
 
@@ -68,17 +70,18 @@ export class Curve {
   #decibels(): [number, number] {
     const values = [...this.#points, ...this.#before].map((point) => point.psnr!);
     if (values.length === 0) return [20, 50];
-    return [10 * Math.floor(Math.min(...values) / 10), 10 * Math.ceil(Math.max(...values) / 10 + 0.01)];
+    const most = Math.min(mostDecibels, 10 * Math.ceil(Math.max(...values) / 10));
+    return [Math.min(most - 10, 10 * Math.floor(Math.min(...values) / 10)), most];
   }
 
   #line(points: CurvePoint[], className: string): SVGElement {
     const places = points.map(({ bytes, psnr }) => `${this.#x(bytes).toFixed(1)},${this.#y(psnr!).toFixed(1)}`);
-    return shape("polyline", { class: className, points: places.join(" ") });
+    return shape("polyline", { class: className, points: places.join(" "), "clip-path": "url(#frame)" });
   }
 
   #paint(): void {
     const [low, high] = this.#decibels();
-    const parts: SVGElement[] = [];
+    const parts = [this.#clip()];
     for (let psnr = low; psnr <= high; psnr += 10) {
       const y = this.#y(psnr);
       parts.push(shape("line", { class: "axis", x1: frame.left, x2: width - frame.right, y1: y, y2: y }));
@@ -89,9 +92,15 @@ export class Curve {
       parts.push(shape("text", { x: this.#x(bytes), y: height - 6, "text-anchor": "middle" }, sizeText(bytes)));
     parts.push(this.#line(this.#before, "before"), this.#line(this.#points, "line"));
     if (this.#place?.psnr !== undefined)
-      parts.push(shape("circle", { class: "place", r: 5, cx: this.#x(this.#place.bytes), cy: this.#y(this.#place.psnr) }));
+      parts.push(shape("circle", { class: "place", r: 5, cx: this.#x(this.#place.bytes), cy: this.#y(Math.min(high, this.#place.psnr)) }));
     this.#svg.replaceChildren(...parts);
     this.#svg.setAttribute("aria-label", this.#said());
+  }
+
+  #clip(): SVGElement {
+    const clip = shape("clipPath", { id: "frame" });
+    clip.append(shape("rect", { x: frame.left, y: frame.top, width, height: height - frame.top - frame.bottom }));
+    return clip;
   }
 
   #said(): string {
