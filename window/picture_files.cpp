@@ -4,6 +4,7 @@
 
 #include "codec/coders.h"
 #include "image/raster.h"
+#include "pictures/picture.h"
 #include "window/make.h"
 
 namespace marovia {
@@ -22,7 +23,7 @@ Bytes BytesOf(const QString& file) {
 }
 
 // By the toolkit, where the readers of this house know nothing of the file.
-LoadedImage ReadByToolkit(const QByteArray& bytes, const QString& name) {
+Picture ReadByToolkit(const QByteArray& bytes, const QString& name) {
   QBuffer buffer;
   buffer.setData(bytes);
   QImageReader reader(&buffer);
@@ -34,18 +35,15 @@ LoadedImage ReadByToolkit(const QByteArray& bytes, const QString& name) {
   if (picture.isNull())
     Fail(Errc::kUnsupported, (name + ": " + reader.errorString()).toStdString());
   const bool coloured = !picture.isGrayscale();
-  return {GreyOf(picture), ImageFormat::kPgm, coloured ? "colour turned to grey" : ""};
+  return {GreyOf(picture), coloured ? "colour turned to grey" : "", {}};
 }
 
-LoadedImage ReadPicture(const Bytes& bytes, const QString& name) {
-  try {
-    return ReadImage(bytes);
-  } catch (const Error& error) {
-    if (error.Code() != Errc::kUnsupported && error.Code() != Errc::kMalformed) throw;
-    return ReadByToolkit(
-        QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes)),
-        name);
-  }
+// What the toolkit alone knows is left to it.
+Picture ReadAny(const Bytes& bytes, const QString& name) {
+  if (IsPicture(bytes)) return ReadPicture(bytes);
+  return ReadByToolkit(
+      QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes)),
+      name);
 }
 
 }  // namespace
@@ -58,9 +56,12 @@ Subject ReadSubject(const QString& file, const Recipe& recipe) {
     subject.file = std::move(bytes);
     return subject;
   }
-  LoadedImage loaded = ReadPicture(bytes, subject.name);
-  subject.source = std::make_shared<const Image>(std::move(loaded.image));
-  subject.note = Text(loaded.alteration);
+  Picture picture = ReadAny(bytes, subject.name);
+  subject.source = std::make_shared<const Image>(std::move(picture.image));
+  QStringList notes;
+  if (!picture.alteration.empty()) notes += Text(picture.alteration);
+  for (const std::string& notice : picture.notices) notes += Text(notice);
+  subject.note = notes.join(", ");
   return subject;
 }
 
