@@ -8,8 +8,9 @@ scripts/with_progress.sh "Configuring the module" cmake --preset wasm
 scripts/with_progress.sh "Building the module" cmake --build --preset wasm
 
 cd web
+# Not `npm ci`: npm 11 finds the lock out of step with packages for other systems, which it left out.
 if [ package-lock.json -nt node_modules/.package-lock.json ]; then
-  ../scripts/with_progress.sh "Fetching what the page is built with" npm ci --no-fund --no-audit
+  ../scripts/with_progress.sh "Fetching what the page is built with" npm install --no-save --no-fund --no-audit
 fi
 npm run --silent build --workspace codec
 cp ../build/wasm/web/codec/module/marovia.wasm codec/dist/
