@@ -56,7 +56,7 @@ class CandidateWalk {
   std::size_t word_ = 0;      // the next one of a stretch that is not ordered
   StretchOrder rest_;         // what is left of one that is
   std::uint32_t passed_ = 0;  // pending homes so far
-  std::array<Candidate, kMost + kSlack> list_;
+  std::array<Candidate, kMost + kSlack> list_{};
   std::size_t count_ = 0;
 };
 
