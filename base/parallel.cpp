@@ -9,9 +9,9 @@
 namespace marovia {
 namespace {
 
-constexpr int kMostThreads = 64;
+[[maybe_unused]] constexpr int kMostThreads = 64;
 // A thread starts in some 20 microseconds; so many pixels take five times that in any step.
-constexpr std::size_t kLeastPixels = std::size_t{1} << 17;
+[[maybe_unused]] constexpr std::size_t kLeastPixels = std::size_t{1} << 17;
 
 }  // namespace
 
@@ -23,6 +23,8 @@ Share::Range Share::Of(std::size_t size, std::size_t unit) const {
   };
   return {begin(index), begin(index + 1)};
 }
+
+#ifdef __STDCPP_THREADS__
 
 int UsefulThreads(int threads, std::size_t pixels) {
   if (threads == 0) threads = static_cast<int>(std::thread::hardware_concurrency());
@@ -56,5 +58,17 @@ void RunShares(int count, const std::function<void(Share)>& work) {
     if (first) std::rethrow_exception(first);
   }
 }
+
+#else
+
+int UsefulThreads(int /*threads*/, std::size_t /*pixels*/) {
+  return 1;
+}
+
+void RunShares(int count, const std::function<void(Share)>& work) {
+  for (int i = 0; i < count; ++i) work({i, count});
+}
+
+#endif
 
 }  // namespace marovia
