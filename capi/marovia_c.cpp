@@ -96,6 +96,18 @@ marovia_status marovia_inspect(const void* file, std::size_t file_size, std::int
   });
 }
 
+marovia_status marovia_read_image(const void* file, std::size_t file_size, std::int64_t max_pixels,
+                                  marovia_picture* picture, std::int32_t* altered,
+                                  marovia_error* error) {
+  return Guarded(error, [&] {
+    Require(picture, "The picture");
+    Give(marovia_picture{}, *picture);
+    const LoadedImage loaded = ReadImage(ViewOf(file, file_size), MaxPixelsOf(max_pixels));
+    if (altered != nullptr) *altered = loaded.alteration.empty() ? 0 : 1;
+    Give(PictureOf({.image = loaded.image}, HandOut(loaded.image.Samples())), *picture);
+  });
+}
+
 marovia_status marovia_truncate(const void* file, std::size_t file_size, std::int32_t kind,
                                 const marovia_truncate_options* options, marovia_buffer* result,
                                 std::int32_t* result_kind, marovia_error* error) {

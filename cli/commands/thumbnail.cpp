@@ -75,8 +75,9 @@ DecompressResult DecodeFor(const ThumbnailArguments& arguments, const std::strin
   const double rate = RateFor(info, arguments.size);
   const Bytes stream = input.Read(BytesFor(info, rate));
   file.insert(file.end(), stream.begin(), stream.end());
-  DecompressOptions options{
-      .maxPixels = maxPixels, .threads = arguments.files.ThreadsOfAFile(), .reduce = LevelsToSpare(info, arguments.size)};
+  DecompressOptions options{.maxPixels = maxPixels,
+                            .threads = arguments.files.ThreadsOfAFile(),
+                            .reduce = LevelsToSpare(info, arguments.size)};
   if (info.budget) {
     options.rate = rate;
     return Decompress(file, kind, options);

@@ -41,6 +41,21 @@ static marovia_buffer Lossless(void) {
   return file;
 }
 
+static void ImageFilesAreReadAndTellWhatTheyLose(void) {
+  static const char grey[] = "P2 2 1 255 7 9", colour[] = "P3 1 1 255 9 9 9", none[] = "GIF89a";
+  marovia_picture picture = {sizeof picture, NULL, 0, 0, 0, 0};
+  int32_t altered = -1;
+  CHECK(marovia_read_image(grey, sizeof grey - 1, 0, &picture, &altered, NULL) == MAROVIA_OK);
+  CHECK(picture.rows == 1 && picture.cols == 2 && picture.samples[1] == 9 && altered == 0);
+  marovia_free(picture.samples);
+  CHECK(marovia_read_image(grey, sizeof grey - 1, 1, &picture, NULL, NULL) == MAROVIA_LIMIT);
+  CHECK(picture.samples == NULL);
+  CHECK(marovia_read_image(colour, sizeof colour - 1, 0, &picture, &altered, NULL) == MAROVIA_OK);
+  CHECK(picture.samples[0] == 9 && altered == 1);
+  marovia_free(picture.samples);
+  CHECK(marovia_read_image(none, sizeof none - 1, 0, &picture, NULL, NULL) == MAROVIA_UNSUPPORTED);
+}
+
 static void LosslessComesBackThroughAStride(void) {
   marovia_buffer file = Lossless();
   marovia_picture back = {sizeof back, NULL, 0, 0, 0, 0};
@@ -297,6 +312,7 @@ static void LackOfMemoryIsAStatus(void) {
 }
 
 int main(void) {
+  ImageFilesAreReadAndTellWhatTheyLose();
   LosslessComesBackThroughAStride();
   OptionsReachTheCodec();
   RefusalsSayWhatIsWrong();
