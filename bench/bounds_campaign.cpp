@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <iostream>
 #include <malloc.h>
 #include <new>
 
@@ -100,6 +101,13 @@ Bytes StreamOf(plain::Coding coding, std::int64_t pixels, int first, int second,
   return symbols.Finish();
 }
 
+Bytes Noise(std::size_t size) {
+  std::mt19937 random(7);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in every run
+  Bytes noise(size);
+  for (auto& byte : noise) byte = static_cast<std::uint8_t>(random());
+  return noise;
+}
+
 void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   constexpr int kNone = std::numeric_limits<int>::max();
   const std::int64_t pixels = std::int64_t{rows} * cols;
@@ -125,10 +133,7 @@ void AddFiles(Table& table, FileKind kind, int rows, int cols) {
   add("one found at the end of each pass", StreamOf(coding, pixels, 0, 0, 0));
   add("some found at once, then one at the end of each pass", StreamOf(coding, pixels, 14, 0, 0));
   add("half found at once, then one at the end of each pass", StreamOf(coding, pixels, 2, 0, 0));
-  std::mt19937 random(7);
-  Bytes noise(static_cast<std::size_t>(pixels) / 2);
-  for (auto& byte : noise) byte = static_cast<std::uint8_t>(random());
-  add("noise", noise);
+  add("noise", Noise(static_cast<std::size_t>(pixels) / 2));
   // As raw bits, these would leave the 32 bits that count them.
   if (raw && pixels * 34 > kNone) return;
   add("all found at once and refined", StreamOf(coding, pixels, 1, kNone, kNone));
@@ -142,12 +147,9 @@ void AddContextFiles(Table& table, int rows, int cols) {
                                .rows = rows,
                                .cols = cols});
   const std::size_t size = static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols) / 2;
-  Bytes noise(size);
-  std::mt19937 random(7);
-  for (auto& byte : noise) byte = static_cast<std::uint8_t>(random());
   for (const auto& [name, stream] :
        {std::pair("header alone", Bytes()), std::pair("zeros", Bytes(size)),
-        std::pair("ones", Bytes(size, 0xFF)), std::pair("noise", noise)}) {
+        std::pair("ones", Bytes(size, 0xFF)), std::pair("noise", Noise(size))}) {
     Bytes file = header;
     file.insert(file.end(), stream.begin(), stream.end());
     table.Add(std::string("awh: ") + name, file,
@@ -160,14 +162,15 @@ void AddContextFiles(Table& table, int rows, int cols) {
 
 int main(int argc, char** argv) {
   if (argc < 4) {
-    std::fputs("usage: bounds_campaign ROWS COLS TIMES [KIND...]\n", stderr);
+    std::cerr << "usage: bounds_campaign ROWS COLS TIMES [KIND...]\n";
     return 2;
   }
   const int rows = std::stoi(argv[1]);
   const int cols = std::stoi(argv[2]);
   marovia::Table table{static_cast<double>(rows), static_cast<double>(cols), std::stod(argv[3])};
-  std::puts(
-      "| File | Bytes | ms | of the allowed | MiB | of the allowed |\n|---|---|---|---|---|---|");
+  std::cout << "| File | Bytes | ms | of the allowed | MiB | of the allowed "
+               "|\n|---|---|---|---|---|---|\n"
+            << std::flush;
   const std::vector<std::string_view> chosen(argv + 4, argv + argc);
   for (const marovia::FileKind kind : marovia::AllKinds()) {
     if (!chosen.empty() && std::ranges::count(chosen, marovia::Extension(kind)) == 0) continue;

@@ -121,12 +121,12 @@ int main(int argc, char** argv) {
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
   QMainWindow& studio = *marovia::ShowStudio();
   Stopwatch watch(studio);
+  std::setbuf(stdout, nullptr);
   const QString jpeg = folder.filePath("photo.jpg");
   marovia::ShownImage(Tiled(3000, 4000)).save(jpeg);
   const Heartbeat heart;
   std::printf("4000 x 3000 JPEG to picture: %.0f\n",
               watch.UntilPicture([&] { marovia::OpenInStudio(jpeg); }));
-  std::fflush(stdout);
   watch.Settle();
   for (const auto& [rows, cols] : {std::pair{512, 512}, {2048, 2048}, {6000, 8000}}) {
     const QString file = folder.filePath(QString("%1.pgm").arg(rows));
@@ -138,7 +138,6 @@ int main(int argc, char** argv) {
       watch.Choose(kind);
       const std::string name(marovia::Extension(kind));
       std::printf("%d x %d, %s: %.1f\n", cols, rows, name.c_str(), watch.SliderMoves());
-      std::fflush(stdout);
     }
   }
   std::printf("longest block: %.0f\n", heart.Longest());

@@ -104,7 +104,7 @@ marovia_status marovia_read_image(const void* file, std::size_t file_size, std::
     Give(marovia_picture{}, *picture);
     const LoadedImage loaded = ReadImage(ViewOf(file, file_size), MaxPixelsOf(max_pixels));
     if (altered != nullptr) *altered = loaded.alteration.empty() ? 0 : 1;
-    Give(PictureOf({.image = loaded.image}, HandOut(loaded.image.Samples())), *picture);
+    Give(PictureOf(loaded.image, HandOut(loaded.image.Samples())), *picture);
   });
 }
 

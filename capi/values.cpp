@@ -176,13 +176,20 @@ double PsnrOf(const std::optional<float>& psnr) {
   return psnr ? double{*psnr} : std::numeric_limits<double>::infinity();
 }
 
-marovia_picture PictureOf(const DecompressResult& result, std::uint8_t* samples) {
+marovia_picture PictureOf(const Image& image, std::uint8_t* samples) {
   return {.size = sizeof(marovia_picture),
           .samples = samples,
-          .rows = result.image.Rows(),
-          .cols = result.image.Cols(),
-          .rate_held = result.rateHeld ? 1 : 0,
-          .truncated = result.truncated ? 1 : 0};
+          .rows = image.Rows(),
+          .cols = image.Cols(),
+          .rate_held = 0,
+          .truncated = 0};
+}
+
+marovia_picture PictureOf(const DecompressResult& result, std::uint8_t* samples) {
+  marovia_picture picture = PictureOf(result.image, samples);
+  picture.rate_held = result.rateHeld ? 1 : 0;
+  picture.truncated = result.truncated ? 1 : 0;
+  return picture;
 }
 
 std::uint8_t* HandOut(ByteView bytes) {

@@ -53,6 +53,7 @@ marovia_info InfoOf(const FileInfo& info);
 double PsnrOf(const std::optional<float>& psnr);
 marovia_measures MeasuresOf(const ErrorMeasures& measures);
 // With samples that lie elsewhere.
+marovia_picture PictureOf(const Image& image, std::uint8_t* samples);
 marovia_picture PictureOf(const DecompressResult& result, std::uint8_t* samples);
 
 // Memory that marovia_free gives back.

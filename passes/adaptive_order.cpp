@@ -146,7 +146,7 @@ void AdaptiveOrder::MakeFirst(Level& level) {
   level.homes = WalkOf(order, TheGrid());
   const auto cols = static_cast<std::uint32_t>(TheGrid().cols);
   // As many positions as lie before the end of the level's last band.
-  const std::size_t rows = static_cast<std::size_t>(2 * TheGrid().CornerRows(level.number));
+  const auto rows = 2 * static_cast<std::size_t>(TheGrid().CornerRows(level.number));
   Buffer<Home> homeAt(rows * cols);
   ForChildren(parents_, level.firstBlock, level.lastBlock, {},
               [&](Home child, std::uint32_t place) {

@@ -252,7 +252,7 @@ template <class Sample>
 void BasicSplitLine<Sample>::StoreInBandOrder(std::span<Sample> line) const {
   const auto high = std::copy_n(low_.begin() + kMargin, highCount_, line.begin());
   std::copy_n(high_.begin() + kMargin, highCount_, high);
-  if (lowCount_ > highCount_) line.back() = low_[static_cast<std::size_t>(kMargin + highCount_)];
+  if (lowCount_ > highCount_) line.back() = low_[kMargin + static_cast<std::size_t>(highCount_)];
 }
 
 template <class Sample>

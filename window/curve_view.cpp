@@ -85,7 +85,9 @@ void CurveView::PaintGrid(QPainter& painter, const Axis& axis) const {
   const QColor text = line;
   line.setAlpha(36);
   const double letter = fontMetrics().height();
-  for (double psnr = axis.low; psnr <= axis.high; psnr += axis.step) {
+  const auto lines = static_cast<int>((axis.high - axis.low) / axis.step) + 1;
+  for (int i = 0; i < lines; ++i) {
+    const double psnr = axis.low + i * axis.step;
     const double y = Place(session_.Scale().most, psnr, axis).y();
     painter.setPen(line);
     painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));

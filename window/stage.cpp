@@ -18,7 +18,7 @@ const QList<QRgb>& HeatColours() {
         {{0, 0, 8}, {66, 10, 104}, {147, 38, 103}, {221, 81, 58}, {252, 165, 10}, {252, 255, 164}}};
     QList<QRgb> made;
     for (int i = 0; i < 256; ++i) {
-      const double place = i * (kAnchors.size() - 1) / 255.0;
+      const double place = i * static_cast<int>(kAnchors.size() - 1) / 255.0;
       const auto low = std::min(static_cast<std::size_t>(place), kAnchors.size() - 2);
       const auto mixed = [&](std::size_t k) {
         return static_cast<int>(std::lround(std::lerp(

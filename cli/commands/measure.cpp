@@ -95,8 +95,8 @@ std::string ImageNamed(const std::string& name) {
   }
   if (found.size() > 1)
     Fail(Errc::kInvalidArgument, "both " + found[0] + " and " + found[1] + " go with it");
-  if (found.empty()) Fail(Errc::kIo, "there is no image " + name + ".* that goes with it");
-  return found.front();
+  if (found.size() == 1) return found[0];
+  Fail(Errc::kIo, "there is no image " + name + ".* that goes with it");
 }
 
 ExitStatus RunMeasure(const MeasureArguments& arguments, Console& console) {

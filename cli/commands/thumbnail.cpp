@@ -97,9 +97,8 @@ int ParseSize(const std::string& text) {
 // Desktops name it as they like.
 const PictureWriter& WriterOfThumbnail(const std::string& name) {
   if (const PictureWriter* const named = WriterNamed(name)) return *named;
-  const PictureWriter* const png = WriterNamed("thumbnail.png");
-  if (png == nullptr) Fail(Errc::kUnsupported, "the name must end in " + WrittenExtensions());
-  return *png;
+  if (const PictureWriter* const png = WriterNamed("thumbnail.png")) return *png;
+  Fail(Errc::kUnsupported, "the name must end in " + WrittenExtensions());
 }
 
 ExitStatus MakeThumbnail(const ThumbnailArguments& arguments, const FileTask& task,

@@ -28,7 +28,7 @@ enum class ImageFormat {
 
 struct LoadedImage {
   Image image;
-  ImageFormat format;
+  ImageFormat format = ImageFormat::kPgm;
   // What of the file the image does not hold ("colour turned to grey", "transparency dropped",
   // "values scaled from 1023 to 255"), with commas between; empty where it holds all.
   std::string alteration;
