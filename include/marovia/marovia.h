@@ -230,9 +230,9 @@ marovia_status marovia_decompress_into(const void* file, size_t file_size, int32
 marovia_status marovia_inspect(const void* file, size_t file_size, int32_t kind, int64_t max_pixels,
                                marovia_info* info, marovia_error* error);
 
-/* The grey values of an image file, told by its first bytes: PGM, PPM, PBM, PAM or BMP. `altered` is
- * 1 where those are not all that the file holds: colour, alpha, or values of another range. It may be
- * NULL. max_pixels 0: 2^26. */
+/* The grey values of an image file, told by its first bytes: PGM, PPM, PBM, PAM or BMP. `altered`
+ * is 1 where those are not all that the file holds: colour, alpha, or values of another range. It
+ * may be NULL. max_pixels 0: 2^26. */
 marovia_status marovia_read_image(const void* file, size_t file_size, int64_t max_pixels,
                                   marovia_picture* picture, int32_t* altered, marovia_error* error);
 
