@@ -140,7 +140,7 @@ void AddDecompress(CLI::App& tool, Action& action) {
   AddThreadsOption(command, arguments->files);
   AddRateOption(command, arguments->rate, "Bits per pixel to decode (all)")->group("General");
   AddParsedOption(command, "--reduce", "N",
-                  "A picture 2^N times smaller, in a fraction of the time",
+                  "A picture 2^N times smaller, in less time and memory",
                   [arguments = arguments.get()](const std::string& text) {
                     arguments->reduce = ParseReduce(text);
                   })

@@ -120,7 +120,7 @@ struct DecompressOptions {
   PassListener onPass = {};
   // As in CompressOptions.
   int threads = 1;
-  // A picture whose sides are 2^reduce smaller, rounded up, in a fraction of the time and memory:
+  // A picture whose sides are 2^reduce smaller, rounded up, in less time and memory:
   // the low band of that many levels. Held to the levels of the file; the info tells the full size.
   int reduce = 0;
 };

@@ -178,7 +178,7 @@ def decode(
 ) -> Grey:
     """The picture of a file in memory (bytes, an array, a map of a file), or of its first bits.
 
-    With `reduce` its sides are 2**reduce smaller, rounded up, in a fraction of the time; at most by
+    With `reduce` its sides are 2**reduce smaller, rounded up, in less time; at most by
     the levels of the file.
     `kind` is needed where neither the bytes nor what holds them tell it. The picture goes into
     `out` where that is given. A file that was cut short gives what is left of it, and a
