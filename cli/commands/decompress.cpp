@@ -139,8 +139,7 @@ void AddDecompress(CLI::App& tool, Action& action) {
                    "The image: " + WrittenExtensions());
   AddThreadsOption(command, arguments->files);
   AddRateOption(command, arguments->rate, "Bits per pixel to decode (all)")->group("General");
-  AddParsedOption(command, "--reduce", "N",
-                  "A picture 2^N times smaller, in less time and memory",
+  AddParsedOption(command, "--reduce", "N", "A picture 2^N times smaller, in less time and memory",
                   [arguments = arguments.get()](const std::string& text) {
                     arguments->reduce = ParseReduce(text);
                   })
