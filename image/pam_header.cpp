@@ -46,11 +46,14 @@ Lines TakeLines(std::string_view text) {
   Fail(Errc::kMalformed, "The PAM has no end of its header (ENDHDR).");
 }
 
-std::int64_t NumberOf(const Lines& lines, std::string_view word) {
+const std::string& ValueOf(const Lines& lines, std::string_view word) {
   const auto line = lines.values.find(word);
-  if (line == lines.values.end())
-    Fail(Errc::kMalformed, "The PAM does not tell its " + std::string(word) + ".");
-  const std::string& text = line->second;
+  if (line != lines.values.end()) return line->second;
+  Fail(Errc::kMalformed, "The PAM does not tell its " + std::string(word) + ".");
+}
+
+std::int64_t NumberOf(const Lines& lines, std::string_view word) {
+  const std::string& text = ValueOf(lines, word);
   std::int64_t number = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
   if (result.ec != std::errc() || result.ptr != text.data() + text.size())
