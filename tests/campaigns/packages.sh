@@ -70,7 +70,7 @@ cp -r "$root/examples" "$bare/tmp/"
 inside 'cd /tmp
   c++ -std=c++20 examples/consumer/consumer.cpp -o consumer $(pkg-config --cflags --libs marovia)
   ./consumer /usr/share/marovia/Images/camera.pgm
-  python3 -c "import marovia.pillow; from PIL import Image; print(Image.open(\"camera.awf\"))"
+  python3 -c "import marovia.pillow; from PIL import Image; print(Image.open(\"camera.awh\"))"
   man marovia-compress | grep -q "compress an image"'
 echo "Built upon"
 
