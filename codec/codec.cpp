@@ -18,7 +18,7 @@ namespace {
 void CheckPsnr(const CompressOptions& options) {
   if (!(std::isfinite(*options.psnr) && *options.psnr > 0)) {
     Fail(Errc::kInvalidArgument,
-         "The PSNR is" + NumberText(*options.psnr) + " decibels; it must be above 0.");
+         "The PSNR is " + TrimmedNumberText(*options.psnr) + " decibels; it must be above 0.");
   }
   // Where the bits of a region begin depends on the budget: a start of such a file is none.
   if (options.region || options.bytes) {
@@ -67,7 +67,7 @@ void CheckOptions(const Image& image, const CompressOptions& options) {
   }
   if (hasBudget && !options.bytes && !(std::isfinite(options.rate) && options.rate > 0)) {
     Fail(Errc::kInvalidArgument,
-         "The rate is" + NumberText(options.rate) + " bits per pixel; it must be above 0.");
+         "The rate is " + TrimmedNumberText(options.rate) + " bits per pixel; it must be above 0.");
   }
   if (options.region) CheckRegion(*options.region, image, Errc::kInvalidArgument);
   if (hasBudget && options.psnr) CheckPsnr(options);

@@ -23,8 +23,8 @@ void CheckTarget(const TruncateOptions& options) {
     Fail(Errc::kInvalidArgument, "Just one of a rate and a number of bytes must be given.");
   }
   if (options.rate && !(std::isfinite(*options.rate) && *options.rate > 0)) {
-    Fail(Errc::kInvalidArgument,
-         "The rate is" + NumberText(*options.rate) + " bits per pixel; it must be above 0.");
+    Fail(Errc::kInvalidArgument, "The rate is " + TrimmedNumberText(*options.rate) +
+                                     " bits per pixel; it must be above 0.");
   }
   if (options.bytes && *options.bytes < 1) {
     Fail(Errc::kInvalidArgument, "The file is to have " + std::to_string(*options.bytes) +
